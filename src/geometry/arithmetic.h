@@ -1,0 +1,39 @@
+// The arithmetic of the picture: 32-bit integers that wrap, division and conversion that truncate toward zero. Every
+// coordinate goes through these, so that the same picture comes out on every machine and under the sanitizers.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+
+inline int32_t wrapAdd(int32_t a, int32_t b) {
+    return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
+}
+inline int32_t wrapSub(int32_t a, int32_t b) {
+    return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
+}
+inline int32_t wrapMul(int32_t a, int32_t b) {
+    return static_cast<int32_t>(static_cast<uint32_t>(a) * static_cast<uint32_t>(b));
+}
+
+// Truncates toward zero. A divisor of 0 is taken as 1: a window or a view without extent must not end the program.
+inline int32_t truncDiv(int32_t a, int32_t b) {
+    if (b == 0) return a;
+    return b == -1 ? wrapSub(0, a) : a / b;
+}
+
+// Truncates toward zero; what 32 bits cannot hold becomes the nearest number that they can, not-a-number 0.
+inline int32_t truncToInt(double value) {
+    if (value >= 2147483648.0) return std::numeric_limits<int32_t>::max();
+    if (value > -2147483649.0) return static_cast<int32_t>(value);
+    return value != value ? 0 : std::numeric_limits<int32_t>::min();
+}
+inline int32_t truncToInt(float value) {
+    if (value >= 2147483648.0F) return std::numeric_limits<int32_t>::max();
+    if (value >= -2147483648.0F) return static_cast<int32_t>(value);
+    return value != value ? 0 : std::numeric_limits<int32_t>::min();
+}
+
+// A coordinate parameter in scaled plotter units: multiplied in single precision, truncated.
+inline int32_t scaleCoordinate(int32_t value, float factor) {
+    return truncToInt(static_cast<float>(value) * factor);
+}

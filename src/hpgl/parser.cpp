@@ -1,0 +1,384 @@
+#include "parser.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include "parser_internal.h"
+#include "trace.h"
+
+namespace {
+
+// One call: the instance and the chunk with the reading position.
+struct Chunk {
+    ParseInt* parser;
+    IStatus* status;
+    CBlock* block;  // the one being written
+    const char* text;
+    int64_t length;
+    int64_t at;
+};
+
+bool traceOn() {
+    return TRCAdmits(HPGLTraceHandle, TRC_DETAIL);
+}
+
+CBlock* lastBlock(CBlockList* blocks) {
+    void* block = nullptr;
+    HPGLgotoLast(blocks);
+    return HPGLgetActualListData(blocks, &block, nullptr, nullptr) ? static_cast<CBlock*>(block) : nullptr;
+}
+
+int32_t beginCall(Chunk* chunk) {
+    if (chunk->status->newParse == 0) {
+        chunk->block = lastBlock(chunk->parser->blocks);
+        return chunk->block != nullptr ? 1 : 0;
+    }
+    chunk->status->newParse = 0;
+    chunk->block = GetNewCBlock(chunk->parser->blocks);
+    return HPGLCBlockClearCommand(chunk->block);
+}
+
+// ---- parameters -----------------------------------------------------------------------------------------------------
+
+int32_t countAndConvert(Chunk* chunk) {
+    IStatus* status = chunk->status;
+    if (++status->parameterCount > HPGL_MAX_PARAMETERS) return 1;
+    return HPGLconvertParameter(status, chunk->parser->blocks, &chunk->block);
+}
+
+int32_t completeParameter(Chunk* chunk) {
+    IStatus* status = chunk->status;
+    if (countAndConvert(chunk) == 0) return 0;
+    ++status->signatureLetter;
+    if (++status->signatureIndex >= status->signatureLength) {
+        status->signatureLetter = status->signatureStart;
+        status->signatureIndex = 0;
+    }
+    status->pending = 0;
+    status->bufferPointer = status->numberBuffer;
+    return 1;
+}
+
+void collect(IStatus* status, char c) {
+    if (status->bufferPointer < status->numberBuffer + HPGL_NUMBER_LENGTH) *status->bufferPointer++ = c;
+    status->pending = 1;
+}
+
+bool isSeparator(char c) {
+    return c == ' ' || c == ',' || c == ';';
+}
+
+int32_t parseOrdinaryByte(Chunk* chunk, char c) {
+    IStatus* status = chunk->status;
+    if (isSeparator(c)) return status->pending != 0 ? completeParameter(chunk) : 1;
+    if ((c == '+' || c == '-') && status->pending != 0 && *status->signatureLetter != 'C') {
+        if (completeParameter(chunk) == 0) return 0;
+        if (c == '+') return 1;
+    }
+    collect(status, c);
+    return 1;
+}
+
+int32_t parseFileName(Chunk* chunk) {
+    const char* name = chunk->text + chunk->at;
+    const char* end = chunk->text + chunk->length;
+    const auto bytes = static_cast<size_t>(end - name) + 1;  // what remains, and a terminator
+    auto* copy = static_cast<char*>(malloc(bytes));
+    if (copy == nullptr) {
+        TRCTraceError(HPGLTraceHandle, "HPGLparseCode: malloc failed for FileName (number of bytes = %d)\n",
+                      static_cast<int>(bytes));
+        return 0;
+    }
+    if (*name == ':') ++name;
+    size_t length = 0;
+    while (name + length < end && static_cast<signed char>(name[length]) >= 32) {
+        copy[length] = name[length];
+        ++length;
+    }
+    copy[length] = '\0';
+    free(chunk->parser->global->fileName);
+    chunk->parser->global->fileName = copy;
+    chunk->status->controlsAllowed = 0;
+    HPGLcloseCommand(chunk->status);
+    chunk->at = name + length - chunk->text;
+    return 1;
+}
+
+void parseCommentByte(IStatus* status, char c) {
+    if (c != '"') return;
+    if (status->quoteSeen == 0) {
+        status->quoteSeen = 1;
+        return;
+    }
+    status->stringMode = 0;
+    HPGLcloseCommand(status);
+}
+
+int32_t parseLabelByte(Chunk* chunk, char c) {
+    IStatus* status = chunk->status;
+    if (c == status->labelTerminator || static_cast<signed char>(c) < 32) {
+        status->stringMode = 0;
+        status->controlsAllowed = 0;
+        HPGLcloseCommand(status);
+        return 1;
+    }
+    if (++status->parameterCount <= HPGL_MAX_PARAMETERS &&
+        HPGLwriteBytes(chunk->parser->blocks, &chunk->block, &c, 1) == 0) {
+        return 0;
+    }
+    if (traceOn()) TRCTrace(HPGLTraceHandle, TRC_DETAIL, "%c", c);
+    return 1;
+}
+
+int32_t parsePolylineBytes(Chunk* chunk) {
+    const int64_t used = HPGLparsePolyline(chunk->status, chunk->parser->blocks, &chunk->block, chunk->text + chunk->at,
+                                           chunk->length - chunk->at);
+    chunk->at += used;
+    return used > 0 ? 1 : 0;
+}
+
+// Consumes the byte at chunk->at, and for a file name or an encoded value those behind it.
+int32_t parseParameterByte(Chunk* chunk, char c) {
+    IStatus* status = chunk->status;
+    if (status->signatureStart == nullptr) {
+        ++chunk->at;
+        return 1;
+    }
+    switch (status->commandId) {
+        case CMD_HPGL_FILE:
+            return parseFileName(chunk);
+        case CMD_PE:
+            return parsePolylineBytes(chunk);
+        case CMD_CO:
+            ++chunk->at;
+            parseCommentByte(status, c);
+            return 1;
+        case CMD_LB:
+            ++chunk->at;
+            return parseLabelByte(chunk, c);
+        default:
+            ++chunk->at;
+            return parseOrdinaryByte(chunk, c);
+    }
+}
+
+// ---- commands -------------------------------------------------------------------------------------------------------
+
+// The first letter of the name that was found stands at the end of the number buffer, if a parameter was begun.
+int32_t closeRecord(Chunk* chunk) {
+    IStatus* status = chunk->status;
+    if (status->pending != 0 && --status->bufferPointer > status->numberBuffer && countAndConvert(chunk) == 0) return 0;
+    setNoOfParameters(chunk->block, status->parameterCount);
+    const bool hasRecord = status->commandId > CMD_CO && status->commandId != CMD_PE;
+    if (hasRecord && traceOn()) TRCTrace(HPGLTraceHandle, TRC_DETAIL, " PNo: %d\n", status->parameterCount);
+    return 1;
+}
+
+int32_t openOrdinary(Chunk* chunk, const HPGLCommand* row) {
+    const auto id = static_cast<uint8_t>(row->id);
+    if (HPGLopenRecord(chunk->status, chunk->parser->blocks, &chunk->block, id, 0) == 0) return 0;
+    if (traceOn()) {
+        TRCTrace(HPGLTraceHandle, TRC_DETAIL, "%s(=%d) P: ", row->name, static_cast<int>(row->id));
+    }
+    return 1;
+}
+
+void beginPolyline(EncodedPolyline* polyline) {
+    polyline->absolute = false;
+    polyline->penUp = false;
+    polyline->fractionBits = 0;
+    polyline->sevenBit = false;
+}
+
+int32_t beginCommand(Chunk* chunk, const HPGLCommand* row) {
+    IStatus* status = chunk->status;
+    switch (row->id) {
+        case CMD_HPGL_DATA:
+        case CMD_HPGL_FILE:
+            return HPGLCBlockClearCommand(chunk->block);
+        case CMD_HPGL_INFO:
+            chunk->parser->global->infoRequested = 1;
+            return HPGLCBlockClearCommand(chunk->block);
+        case CMD_CO:
+            status->quoteSeen = 0;
+            break;
+        case CMD_PE:
+            beginPolyline(&status->polyline);
+            break;
+        case CMD_PA:
+            status->polyline.relative = false;
+            return openOrdinary(chunk, row);
+        case CMD_PR:
+            status->polyline.relative = true;
+            return openOrdinary(chunk, row);
+        case CMD_LB:
+            status->stringMode = 1;
+            status->controlsAllowed = 1;
+            return openOrdinary(chunk, row);
+        default:
+            return openOrdinary(chunk, row);
+    }
+    status->stringMode = 1;
+    return HPGLCBlockClearCommand(chunk->block);
+}
+
+int32_t openCommand(Chunk* chunk, const HPGLCommand* row) {
+    IStatus* status = chunk->status;
+    if (closeRecord(chunk) == 0 || beginCommand(chunk, row) == 0) return 0;
+    status->commandId = static_cast<int32_t>(row->id);
+    status->bufferPointer = status->numberBuffer;
+    status->signatureStart = row->signature;
+    status->signatureLetter = row->signature;
+    status->signatureLength = static_cast<int32_t>(strlen(row->signature));
+    status->signatureIndex = 0;
+    status->parameterCount = 0;
+    status->pending = 0;
+    return 1;
+}
+
+// ---- pseudo-commands: "HP" has been seen, a whole name must follow --------------------------------------------------
+
+constexpr int32_t PSEUDO_NAME_LENGTH = 9;
+
+int32_t failPseudoName(IStatus* status) {
+    status->pseudoLength = 0;
+    TRCTraceError(HPGLTraceHandle, "HPGLparseCode: error parsing TOLK command\n");
+    return 0;
+}
+
+bool canBecomePseudoName(const char* text, int32_t length) {
+    for (int32_t id = CMD_HPGL_DATA; id <= CMD_HPGL_INFO; ++id) {
+        if (memcmp(text, HPGLCommandTable[id].name, static_cast<size_t>(length)) == 0) return true;
+    }
+    return false;
+}
+
+// Goes on with the name, which may have begun in an earlier chunk, and opens the command when it is whole.
+int32_t continuePseudoName(Chunk* chunk) {
+    IStatus* status = chunk->status;
+    while (status->pseudoLength < PSEUDO_NAME_LENGTH) {
+        if (chunk->at == chunk->length) return 1;
+        status->pseudoName[status->pseudoLength++] = chunk->text[chunk->at++];
+        if (!canBecomePseudoName(status->pseudoName, status->pseudoLength)) return failPseudoName(status);
+    }
+    status->pseudoName[status->pseudoLength] = '\0';
+    status->pseudoLength = 0;
+    const HPGLCommand* row = HPGLlookupCommand(chunk->parser->commands, HPGLcompareCommand, status->pseudoName);
+    return row != nullptr ? openCommand(chunk, row) : failPseudoName(status);
+}
+
+int32_t beginPseudoName(Chunk* chunk) {
+    IStatus* status = chunk->status;
+    const char before = chunk->at > 0 ? chunk->text[chunk->at - 1] : status->lastByte;
+    ++chunk->at;
+    if (before != 'H') return failPseudoName(status);  // control characters lie between the two letters
+    memcpy(status->pseudoName, "HP", 2);
+    status->pseudoLength = 2;
+    return continuePseudoName(chunk);
+}
+
+// ---- the loop -------------------------------------------------------------------------------------------------------
+
+bool isCapital(char c) {
+    return c >= 'A' && c <= 'Z';
+}
+
+// Only two capitals can begin a name, so that digits need no look-up.
+const HPGLCommand* lookupMnemonic(const Chunk* chunk) {
+    const char* mnemonic = chunk->status->mnemonic;
+    if (!isCapital(mnemonic[1]) || !isCapital(mnemonic[0])) return nullptr;
+    return HPGLlookupCommand(chunk->parser->commands, HPGLcompareCommand, mnemonic);
+}
+
+int32_t parseByte(Chunk* chunk) {
+    IStatus* status = chunk->status;
+    const char c = chunk->text[chunk->at];
+    const bool control = static_cast<signed char>(c) < 32;  // bytes from 128 on too
+    if (control && status->controlsAllowed == 0 && status->stringMode == 0) {
+        ++chunk->at;
+        return 1;
+    }
+    status->mnemonic[0] = status->mnemonic[1];
+    status->mnemonic[1] = c;
+    const HPGLCommand* row = status->stringMode == 0 ? lookupMnemonic(chunk) : nullptr;
+    if (row == nullptr) return parseParameterByte(chunk, c);
+    status->mnemonic[1] = '\0';  // its second letter cannot begin another name
+    if (row->id == CMD_HPGL_DATA) return beginPseudoName(chunk);
+    ++chunk->at;
+    return openCommand(chunk, row);
+}
+
+int32_t parseChunk(Chunk* chunk) {
+    if (beginCall(chunk) == 0) return 0;
+    if (chunk->status->pseudoLength > 0 && continuePseudoName(chunk) == 0) return 0;
+    while (chunk->at < chunk->length) {
+        if (parseByte(chunk) == 0) return 0;
+    }
+    // The same record may grow in the next call; its count is written again then.
+    setNoOfParameters(chunk->block, chunk->status->parameterCount);
+    return 1;
+}
+
+}  // namespace
+
+int32_t HPGLwriteBytes(CBlockList* blocks, CBlock** block, const void* bytes, int32_t n) {
+    CBlock* to = HPGLCBlockMakeRoom(blocks, *block, n);
+    if (to == nullptr) return 0;
+    memcpy(to->actPnt, bytes, static_cast<size_t>(n));
+    HPGLCBlockAdvance(to, n);
+    *block = to;
+    return 1;
+}
+
+int32_t HPGLopenRecord(IStatus* status, CBlockList* blocks, CBlock** block, uint8_t id, uint8_t count) {
+    HPGLCBlockMarkCommand(*block);
+    status->parameterCount = count;
+    return HPGLwriteBytes(blocks, block, &id, 1) != 0 ? HPGLwriteBytes(blocks, block, &count, 1) : 0;
+}
+
+void HPGLcloseCommand(IStatus* status) {
+    status->signatureStart = nullptr;
+    status->pending = 0;
+}
+
+int32_t HPGLconvertParameter(IStatus* status, CBlockList* blocks, CBlock** block) {
+    int32_t done = 1;
+    *status->bufferPointer = '\0';
+    switch (*status->signatureLetter) {
+        case 'C': {
+            const auto length = static_cast<int32_t>(status->bufferPointer - status->numberBuffer);
+            done = HPGLwriteBytes(blocks, block, status->numberBuffer, length);
+            if (traceOn()) TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %s", status->numberBuffer);
+            break;
+        }
+        case 'I': {
+            const auto value = static_cast<int16_t>(atoi(status->numberBuffer));
+            done = HPGLwriteBytes(blocks, block, &value, sizeof value);
+            if (traceOn()) TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %d", static_cast<int>(value));
+            break;
+        }
+        case 'L': {
+            const auto value = static_cast<int32_t>(atol(status->numberBuffer));
+            done = HPGLwriteBytes(blocks, block, &value, sizeof value);
+            if (traceOn()) TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %d", static_cast<int>(value));
+            break;
+        }
+        case 'R': {
+            const auto value = static_cast<float>(atof(status->numberBuffer));
+            done = HPGLwriteBytes(blocks, block, &value, sizeof value);
+            if (traceOn()) TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %f", static_cast<double>(value));
+            break;
+        }
+        default:
+            break;  // no signature: counted, not stored
+    }
+    if (status->commandId == CMD_DT && status->parameterCount == 1) status->labelTerminator = status->numberBuffer[0];
+    return done;
+}
+
+int32_t HPGLparseCode(ParseInt* parser, const char* text, int64_t length) {
+    Chunk chunk = {parser, parser->status, nullptr, text, length, 0};
+    const int32_t result = parseChunk(&chunk);
+    if (length > 0) parser->status->lastByte = text[length - 1];
+    return result;
+}

@@ -1,0 +1,114 @@
+#include "application.h"
+
+#include <cstdlib>
+
+#include "cont.h"
+#include "data_channel.h"
+#include "main_loop.h"
+#include "main_window.h"
+#include "out.h"
+#include "shell_state.h"
+#include "shl.h"
+#include "texts.h"
+#include "toolkit_start.h"
+#include "trace.h"
+#include "wi.h"
+#include "zoom.h"
+
+namespace {
+
+constexpr char APPLICATION[] = "HPGL";
+constexpr int32_t CONFIGURATION_SIZE = 128;
+constexpr int32_t RECEIVE_BUFFER_SIZE = 256;
+constexpr uint32_t SHELL_FLAGS = 3728;  // the toolkit's: a main window with bars and a sizing border
+
+struct Configuration {
+    const char* language;  // "LANG", the toolkit's own affair
+    const char* echo;      // "LOGF": base of the echo file's name
+    const char* trace;     // "INST": base of the trace file's name
+    char buffer[CONFIGURATION_SIZE];
+};
+
+void readConfiguration(WHandle app, Configuration* configuration) {
+    constexpr const char* keys[] = {"LANG", "LOGF", "INST"};
+    const char* values[] = {nullptr, nullptr, nullptr};
+    WIstdinit_cfg(app, APPLICATION, keys, values, 3, configuration->buffer, CONFIGURATION_SIZE);
+    configuration->language = values[0];
+    configuration->echo = values[1];
+    configuration->trace = values[2];
+}
+
+void openLogs(const Configuration& configuration) {
+    char traceName[HPGL_LOG_NAME_SIZE] = "";
+    if (configuration.echo != nullptr) {
+        TRCMakeLogName(TheShell.echoName, sizeof TheShell.echoName, configuration.echo);
+    }
+    TRCMakeLogName(traceName, sizeof traceName, configuration.trace != nullptr ? configuration.trace : "dev_hp");
+    TRCOpenViewer(traceName);
+    TRCTraceError(HPGLTraceHandle, "HPGL-Viewer started\n");
+}
+
+void createWindows() {
+    HPGLShell& shell = TheShell;
+    shell.windowClass = Wregisterclass(shell.app, MAINmsgproc);
+    shell.object = Wcreateobject(shell.app, shell.windowClass, 0, 1);
+    shell.shell = SHLcreate(shell.app, &shell.container, TheTexts.title[0], 0, SHELL_FLAGS);
+    CONTstdcreate(shell.container, shell.windowClass, 0, 0, 0, 0);
+    CONTdrawbackground(shell.container, 1);
+    TheDisplay.Window = Wcreatechild(shell.app, shell.container);
+    TheDisplay.Application = shell.app;
+    TheDisplay.FontOwner = shell.object;
+    TheDisplay.MainObject = shell.object;
+}
+
+char* openChannel() {
+    auto* wdbuff = static_cast<char*>(malloc(RECEIVE_BUFFER_SIZE));
+    if (wdbuff == nullptr) {
+        Wfatalerror(TheShell.app, "Kein Speicher fuer wdbuff vorhanden\n");
+    } else if (!initTolk(TheShell.app, wdbuff, 8, CallbackData, 1)) {
+        Wfatalerror(TheShell.app, "Kann Verbindung zum Tolk nicht initialisieren\n:");
+    }
+    return wdbuff;
+}
+
+void destroyWindows() {
+    if (TheDisplay.Window != 0) {
+        OUTdestroy(TheDisplay.Window);
+        Wdestroychild(TheDisplay.Window);
+    }
+    if (TheShell.container != 0) CONTdestroy(TheShell.container);
+    if (TheShell.shell != 0) SHLdestroy(TheShell.shell);
+    if (TheShell.object != 0) Wdestroyobject(TheShell.object);
+}
+
+void destroyPicture() {
+    HPGLreleaseColours(&TheDisplay);
+    HPGLdestroyParser(TheParser);
+    TheParser = nullptr;
+    HPGLdestroyZoom(TheZoom);
+    TheZoom = nullptr;
+}
+
+}  // namespace
+
+int32_t HPGLrunApplication(int32_t count, char** values) {
+    auto* textBuffer = static_cast<char*>(malloc(HPGL_TEXT_BUFFER_SIZE));
+    HPGLsetCoordLimits();
+    Configuration configuration = {};
+    TheShell.app = HPGLinitToolkit(count, values);
+    readConfiguration(TheShell.app, &configuration);
+    if (TheShell.app == 0) Wfatalerror(TheShell.app, "Gbtmp: unable to initialize W");
+    openLogs(configuration);
+    HPGLloadTexts(TheShell.app, textBuffer);
+    createWindows();
+    char* wdbuff = openChannel();
+
+    HPGLrunMainLoop(TheShell.app);
+
+    free(wdbuff);
+    closeTolk();
+    destroyWindows();
+    free(textBuffer);
+    destroyPicture();
+    return Wterminate(TheShell.app);
+}

@@ -1,0 +1,213 @@
+#include "data_channel.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include "display.h"
+#include "regular_file.h"
+#include "scaling.h"
+#include "setup_pass.h"
+#include "shell_state.h"
+#include "shl.h"
+#include "trace.h"
+#include "zoom.h"
+
+namespace {
+
+constexpr size_t SCRATCH_SIZE = 512;
+constexpr size_t FILE_PIECE = 8192;  // bytes of a file that are parsed at a time
+
+struct Channel {
+    bool open;
+    char* scratch;  // a reserve of the channel's that nothing reads
+    char* scratchPosition;
+    bool transmissionBegun;  // set by the first begin chunk ever, never cleared
+    bool colonPrefix;        // the begin chunk began with a colon: so may the others
+    FILE* echo;              // null: not open
+    FILE* pictureFile;       // the file that the data named last
+};
+
+Channel channel = {};
+
+// ---- one picture after the other ------------------------------------------------------------------------------------
+
+void beginPicture() {
+    HPGLreleaseColours(&TheDisplay);
+    HPGLdestroyParser(TheParser);
+    TheParser = HPGLinitParser();
+    HPGLdestroyZoom(TheZoom);
+    TheZoom = nullptr;
+}
+
+void finishPicture() {
+    if (TheParser == nullptr) return;
+    HPGLGlobal* global = TheParser->global;
+    if (global->fileName != nullptr) {
+        HPGLflushCompactCode(TheParser);
+        readFromFile(TheParser, global->fileName);
+    }
+    HPGLsetupPicture(TheParser, &TheDisplay, RotationSign);
+    if (TheZoom != nullptr) HPGLdestroyZoom(TheZoom);  // of a transmission without a begin chunk
+    TheZoom = HPGLinitZoom(global->MinX, global->MinY, global->MaxX, global->MaxY);
+    TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-WDCeodata: %d %d %d %d\n", global->MinX, global->MinY, global->MaxX,
+             global->MaxY);
+}
+
+void showPicture() {
+    TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-WDCeodata: vor SHLsetpos\n");
+    if (!InitialDataLoaded) {
+        SHLsetpos(TheShell.shell, 50, 50, 500, 500, SHL_SHOW);
+    } else {
+        KWMsize();
+    }
+    InitialDataLoaded = true;
+}
+
+// ---- chunks ---------------------------------------------------------------------------------------------------------
+
+struct Chunk {
+    const char* data;
+    uint64_t length;
+};
+
+bool beginsWithColon(const Chunk& chunk) {
+    return chunk.length > 0 && chunk.data[0] == ':';
+}
+
+void stripColon(Chunk* chunk) {
+    if (!channel.colonPrefix || !beginsWithColon(*chunk)) return;
+    ++chunk->data;
+    --chunk->length;
+}
+
+void closeEcho() {
+    if (channel.echo != nullptr) fclose(channel.echo);
+    channel.echo = nullptr;
+}
+
+void openEcho() {
+    closeEcho();
+    if (TheShell.echoName[0] != '\0') channel.echo = fopen(TheShell.echoName, "w");
+}
+
+void echo(const Chunk& chunk) {
+    if (channel.echo == nullptr) return;
+    for (uint64_t i = 0; i < chunk.length; ++i) {
+        fprintf(channel.echo, "%c", static_cast<signed char>(chunk.data[i]));
+    }
+    fflush(channel.echo);
+}
+
+void parse(const Chunk& chunk) {
+    if (TheParser != nullptr) HPGLparseCode(TheParser, chunk.data, static_cast<int64_t>(chunk.length));
+}
+
+void takeChunk(Chunk chunk) {
+    stripColon(&chunk);
+    echo(chunk);
+    parse(chunk);
+}
+
+void takeBegin(const Chunk& chunk) {
+    beginPicture();
+    channel.transmissionBegun = true;
+    channel.colonPrefix = beginsWithColon(chunk);
+    openEcho();
+    takeChunk(chunk);
+}
+
+void takeEnd(const Chunk& chunk) {
+    // Deliberate: once a begin chunk has been seen, a sender that leaves it out adds to the picture before.
+    if (!channel.transmissionBegun) beginPicture();
+    takeChunk(chunk);
+    finishPicture();
+    closeEcho();
+    showPicture();
+    channel.colonPrefix = false;
+}
+
+// ---- files ----------------------------------------------------------------------------------------------------------
+
+void keepOpen(FILE* file) {
+    if (channel.pictureFile != nullptr) fclose(channel.pictureFile);
+    channel.pictureFile = file;
+}
+
+void traceShortRead(FILE* file) {
+    if (feof(file) != 0) {
+        TRCTraceInfo(HPGLTraceHandle, "HPGL readFromFile: end of file reached\n");
+    } else {
+        TRCTraceError(HPGLTraceHandle, "HPGL readFromFile: problems reading HPGLfile into buffer\n");
+    }
+}
+
+void parseFile(ParseInt* parserContext, FILE* file, char* buffer) {
+    do {
+        const size_t bytes = fread(buffer, 1, FILE_PIECE, file);
+        if (bytes < FILE_PIECE) traceShortRead(file);
+        HPGLparseCode(parserContext, buffer, static_cast<int64_t>(bytes));
+    } while (feof(file) == 0 && ferror(file) == 0);
+}
+
+}  // namespace
+
+bool initTolk(WHandle app, char* wdbuff, uint32_t kind, WDCallback callback, uint32_t flag) {
+    if (channel.open) {
+        channel.scratchPosition = channel.scratch;
+        return true;
+    }
+    TheShell.channel = WDstdopen(app, wdbuff, kind, callback, flag);
+    if (TheShell.channel == 0) return false;
+    channel.scratch = static_cast<char*>(malloc(SCRATCH_SIZE));
+    if (channel.scratch == nullptr) {
+        TRCTraceError(HPGLTraceHandle, "initTolk: malloc: nicht genuegend Speicher\n");
+        TRCTraceError(HPGLTraceHandle, "BytesToAllocate:  %ul\n", static_cast<unsigned>(SCRATCH_SIZE));
+        return false;
+    }
+    channel.open = false;  // deliberate: a second call opens the channel again
+    channel.scratchPosition = channel.scratch;
+    return true;
+}
+
+void closeTolk() {
+    if (TheShell.channel != 0) WDstdclose(TheShell.channel);
+    TheShell.channel = 0;
+    free(channel.scratch);
+    closeEcho();
+    keepOpen(nullptr);
+    channel = {};
+}
+
+void CallbackData(const char* data, uint64_t length, uint32_t kind) {
+    switch (kind) {
+        case WD_CHUNK_BEGIN:
+            takeBegin({data, length});
+            break;
+        case WD_CHUNK_FURTHER:
+            takeChunk({data, length});
+            break;
+        case WD_CHUNK_END:
+            takeEnd({data, length});
+            break;
+        default:
+            break;
+    }
+}
+
+int32_t readFromFile(ParseInt* parserContext, const char* fileName) {
+    FILE* file = openRegularFile(fileName);
+    if (file == nullptr) {
+        TRCTraceError(HPGLTraceHandle, "HPGL readFromFile: problems open %s\n", fileName);
+        return 0;
+    }
+    keepOpen(file);
+    auto* buffer = static_cast<char*>(malloc(FILE_PIECE + 1));
+    if (buffer == nullptr) {
+        TRCTraceError(HPGLTraceHandle, "HPGL readFromFile: problems allocating %d bytes for HPGLBuffer\n",
+                      static_cast<int>(FILE_PIECE));
+        return 0;
+    }
+    parseFile(parserContext, file, buffer);
+    free(buffer);
+    return 1;
+}

@@ -1,0 +1,92 @@
+#include "main_window.h"
+
+#include "actions.h"
+#include "display.h"
+#include "interpreter.h"
+#include "out.h"
+#include "scaling.h"
+#include "shell_state.h"
+#include "trace.h"
+#include "zoom.h"
+
+namespace {
+
+void paint(WHandle object) {
+    // The text names the size handler; so do the logs that people compare.
+    TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-KWMsize: InitialDataLoaded: %d\n", InitialDataLoaded ? 1 : 0);
+    if (!InitialDataLoaded || object != TheDisplay.Window) return;
+    TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-KWMpaint\n");
+    OUTreset(object);
+    if (TheParser != nullptr) HPGLinterpretCompactCode(TheParser, &TheDisplay, RotationSign);
+    OUTendpaint(object);
+}
+
+int32_t zoomEvent(uint32_t button) {
+    switch (button) {
+        case 0:
+            TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-KWMmouse: HPGL_BUTTON_DOWN\n");
+            return HPGL_BUTTON_DOWN;
+        case 1:
+            TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-KWMmouse: HPGL_BUTTON_UP\n");
+            return HPGL_BUTTON_UP;
+        case 2:
+            TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-KWMmouse: HPGL_BUTTON_DRAG\n");
+            return HPGL_BUTTON_DRAG;
+        default:
+            return HPGL_BUTTON_OTHER;
+    }
+}
+
+void mouse(uint32_t button) {
+    if (!InitialDataLoaded) return;
+    const int32_t event = zoomEvent(button);
+    if (HPGLpushZoomRect(TheZoom, &TheDisplay, event) == 0 || event != HPGL_BUTTON_UP) return;
+    ZoomRect view = {};
+    HPGLgetZoomRect(TheZoom, &view.MinX, &view.MinY, &view.MaxX, &view.MaxY);
+    HPGLsetScaling(&TheDisplay, view.MinX, view.MinY, view.MaxX, view.MaxY);
+    HPGLpaintBackground(TheDisplay.Window);
+}
+
+void action(uint32_t kind, uint32_t parameter) {
+    switch (kind) {
+        case 2:
+        case 3:
+        case 4:
+            HPGLmenuAction(kind, parameter);
+            break;
+        default:
+            break;
+    }
+}
+
+}  // namespace
+
+void MAINmsgproc(WHandle object, uint32_t message, uint32_t first, uint32_t second) {
+    switch (message) {
+        case W_MSG_SIZE:
+            KWMsize();
+            break;
+        case W_MSG_PAINT:
+            paint(object);
+            break;
+        case W_MSG_MOUSE:
+            mouse(first);
+            break;
+        case W_MSG_ACTION:
+            action(first, second);
+            break;
+        default:
+            break;
+    }
+}
+
+int32_t HPGLpaintBackground(WHandle child) {
+    int32_t width = 0;
+    int32_t height = 0;
+    OUTquerysize(child, &width, &height);
+    OUTreset(child);
+    OUTfillcolour(child, 0);
+    OUTboxr2(child, 0, 0, width, height);
+    Wupdate(child, 1);
+    return 1;
+}

@@ -1,0 +1,11 @@
+// The main object's message procedure: paint, size, mouse and actions.
+#pragma once
+
+#include <cstdint>
+
+#include "w.h"
+
+void MAINmsgproc(WHandle object, uint32_t message, uint32_t first, uint32_t second);
+
+// Clears the drawing child and asks for a paint message. Always 1.
+int32_t HPGLpaintBackground(WHandle child);

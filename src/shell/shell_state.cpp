@@ -1,0 +1,4 @@
+#include "shell_state.h"
+
+HPGLShell TheShell = {};
+bool InitialDataLoaded = false;

@@ -1,0 +1,73 @@
+#include "texts.h"
+
+namespace {
+
+struct Text {
+    const char* key;
+    const char* defaultText;
+};
+
+// '~' stands before the mnemonic letter.
+// clang-format off
+constexpr Text TEXTS[] = {
+    {"HTIT1",  "KEL HPGL Display"},
+    {"ABTX01", "~Graphic"},
+    {"ABTX02", "~Edit"},
+    {"ABTX03", "~Goto"},
+    {"ABTX04", "~Settings"},
+    {"ABTX05", "~Help"},
+    {"ABTX06", "~Print"},
+    {"ABTX07", "~Save"},
+    {"ABTX08", "~Exit"},
+    {"ABTX15", "C~ancel"},
+    {"ABTX16", "~Back"},
+    {"ABTX17", "~Complete picture"},
+    {"ABTX18", "~Last Zoom"},
+    {"ABTX24", "~Rotate 180 degrees"},
+    {"ABTX19", "~Help"},
+    {"ABTX20", "~Info..."},
+    {"ABTX21", "~Function keys..."},
+    {"ABTX22", "~Glossary"},
+    {"ABTX23", "~Product Information..."},
+    {"HLTX01", "F1=Help"},
+    {"HLTX02", "F3=Back"},
+    {"HLTX03", "F11=Save"},
+    {"HLTX04", "F12=Quit"},
+    {"HLTX05", "F15=Exit"},
+    {"LOAD01", "Information"},
+    {"LOAD02", "Load data from TOLK/4 program"},
+};
+// clang-format on
+
+constexpr int32_t TITLE_TEXTS = 1;
+constexpr int32_t ACTION_BAR_TEXTS = 18;
+constexpr int32_t HELP_LINE_TEXTS = 5;
+constexpr int32_t LOAD_PANEL_TEXTS = 2;
+static_assert(sizeof TEXTS / sizeof TEXTS[0] == HPGL_TEXTS);
+static_assert(TITLE_TEXTS + ACTION_BAR_TEXTS + HELP_LINE_TEXTS + LOAD_PANEL_TEXTS == HPGL_TEXTS);
+
+const char* loaded[HPGL_TEXTS];
+
+}  // namespace
+
+HPGLTexts TheTexts = {};
+
+void HPGLloadTexts(WHandle app, char* buffer) {
+    const char* keys[HPGL_TEXTS];
+    for (int32_t i = 0; i < HPGL_TEXTS; ++i) {
+        keys[i] = TEXTS[i].key;
+        loaded[i] = nullptr;
+    }
+    if (buffer == nullptr) {
+        Wfatalerror(app, "Kein Speicher fuer Textbuffer vorhanden\n");
+    } else if (Wloadtxt(app, "HPGL", keys, loaded, HPGL_TEXTS, buffer, HPGL_TEXT_BUFFER_SIZE) == 0) {
+        Wfatalerror(app, "Unable to open language file");
+    }
+    for (int32_t i = 0; i < HPGL_TEXTS; ++i) {
+        if (loaded[i] == nullptr) loaded[i] = TEXTS[i].defaultText;
+    }
+    TheTexts.title = loaded;
+    TheTexts.actionBar = TheTexts.title + TITLE_TEXTS;
+    TheTexts.helpLine = TheTexts.actionBar + ACTION_BAR_TEXTS;
+    TheTexts.loadPanel = TheTexts.helpLine + HELP_LINE_TEXTS;
+}

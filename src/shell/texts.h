@@ -1,0 +1,23 @@
+// The language texts: 26 of them, by key, each with a default that is used where the language file has none.
+#pragma once
+
+#include <cstdint>
+
+#include "w.h"
+
+inline constexpr int32_t HPGL_TEXTS = 26;
+inline constexpr int32_t HPGL_TEXT_BUFFER_SIZE = 2000;
+
+// A group is a pointer to its first text; all point into one array, in this order.
+struct HPGLTexts {
+    const char** title;      // 1
+    const char** actionBar;  // 18
+    const char** helpLine;   // 5
+    const char** loadPanel;  // 2
+};
+
+extern HPGLTexts TheTexts;
+
+// Loads the texts into `buffer` (HPGL_TEXT_BUFFER_SIZE bytes, which must live as long as the application) and sets
+// TheTexts. Ends the program through Wfatalerror when there is no buffer or no language file.
+void HPGLloadTexts(WHandle app, char* buffer);

@@ -1,0 +1,151 @@
+#include "picture_text.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "display.h"
+#include "hpgldump_sections.h"
+#include "interpreter.h"
+#include "primitives.h"
+#include "recorder.h"
+#include "scaling.h"
+#include "setup_pass.h"
+#include "trace.h"
+#include "trace_slots.h"
+#include "zoom.h"
+
+namespace {
+
+constexpr WHandle MAIN_OBJECT = 5;
+constexpr WHandle DRAWING_CHILD = 7;
+
+template <class Print>
+std::string printed(Print print) {
+    char* text = nullptr;
+    size_t size = 0;
+    FILE* stream = open_memstream(&text, &size);
+    print(stream);
+    std::fclose(stream);
+    std::string result(text, size);
+    std::free(text);  // NOLINT: the stream's own
+    return result;
+}
+
+void forgetPicture() {
+    HPGLdestroyParser(TheParser);
+    TheParser = nullptr;
+    if (TheZoom != nullptr) HPGLdestroyZoom(TheZoom);
+    TheZoom = nullptr;
+}
+
+void forgetViewer() {
+    forgetPicture();
+    HPGLfreeDeviceArrays(&TheDisplay);
+    std::free(TheDisplay.Palette);
+    TheDisplay = {};
+    RotationSign = 1;
+    CoordMax = INT32_MAX;
+    CoordMin = INT32_MIN;
+    TRCForgetEverything();
+    recorder::reset();
+}
+
+std::string readBytes(const std::string& name) {
+    std::ifstream file(name, std::ios::binary);
+    std::stringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
+}
+
+}  // namespace
+
+FreshViewer::FreshViewer() {
+    forgetViewer();
+    TheDisplay.Window = DRAWING_CHILD;
+    TheDisplay.MainObject = MAIN_OBJECT;
+    TheDisplay.FontOwner = MAIN_OBJECT;
+    TheDisplay.Application = 1;
+}
+
+FreshViewer::~FreshViewer() {
+    forgetViewer();
+}
+
+TraceCapture::TraceCapture(int level) {
+    std::string pattern = (std::filesystem::temp_directory_path() / "traceXXXXXX").string();
+    folder_ = mkdtemp(pattern.data());
+    file_ = folder_ + "/trace";
+    TRCForgetEverything();
+    recorder::script.environment["DGTRACE"] = std::to_string(level);
+    TRCOpenViewer(file_.c_str());
+    headerSize_ = readBytes(file_).size();
+}
+
+TraceCapture::~TraceCapture() {
+    TRCSlot* slot = TRCFindSlot(HPGLTraceHandle);
+    if (slot != nullptr && slot->file > 0) _lclose(slot->file);
+    TRCForgetEverything();
+    std::filesystem::remove_all(folder_);
+}
+
+std::string TraceCapture::text() const {
+    std::string text = readBytes(file_).substr(headerSize_);
+    std::erase(text, '\r');
+    return text;
+}
+
+int parseChunks(const std::vector<std::string_view>& chunks) {
+    forgetPicture();
+    TheParser = HPGLinitParser();
+    int result = 0;
+    for (const std::string_view chunk : chunks) {
+        result = HPGLparseCode(TheParser, chunk.data(), static_cast<int64_t>(chunk.size()));
+    }
+    return result;
+}
+
+int parseText(std::string_view text) {
+    return parseChunks({text});
+}
+
+std::string recordsText() {
+    return printed(dumpRecords);
+}
+std::string hexText() {
+    return printed(dumpHex);
+}
+std::string pictureText() {
+    return printed(dumpPicture);
+}
+
+std::string shortRecords(std::string_view text) {
+    parseText(text);
+    std::istringstream lines(recordsText());
+    std::string result;
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream words(line);
+        std::string kind, block, offset, id, rest;
+        words >> kind >> block >> offset >> id >> std::ws;
+        std::getline(words, rest);
+        result += rest + "\n";
+    }
+    return result;
+}
+
+std::string drawingCalls(std::string_view text, int width, int height, int rotationSign) {
+    std::string calls;
+    parseText(text);
+    recorder::script.width = width;
+    recorder::script.height = height;
+    HPGLsetupPicture(TheParser, &TheDisplay, rotationSign);
+    const HPGLGlobal& global = *TheParser->global;
+    HPGLqueryDeviceSize(&TheDisplay, &TheDisplay.DSizeX, &TheDisplay.DSizeY);
+    HPGLsetScaling(&TheDisplay, global.MinX, global.MinY, global.MaxX, global.MaxY);
+    recorder::drawingSink = [&](std::string_view line) { calls += line; };
+    HPGLinterpretCompactCode(TheParser, &TheDisplay, rotationSign);
+    recorder::drawingSink = nullptr;
+    return calls;
+}

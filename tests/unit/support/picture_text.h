@@ -1,0 +1,50 @@
+// A picture as text, for tests that put HP-GL beside what comes of it.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The whole viewer in one process: recorder, trace, display record, parser and zoom stack as after a fresh start, with
+// windows and devices made up (drawing child 7, main object 5), so that folders can be called without the shell.
+class FreshViewer {
+  public:
+    FreshViewer();
+    ~FreshViewer();
+    FreshViewer(const FreshViewer&) = delete;
+    FreshViewer& operator=(const FreshViewer&) = delete;
+};
+
+// The level-1 to level-`level` trace lines of the tests go to a string: opens the trace on a scratch file in a folder
+// of its own. text() is what was written so far, without the opening header, with LF line ends.
+class TraceCapture {
+  public:
+    explicit TraceCapture(int level);
+    ~TraceCapture();
+    TraceCapture(const TraceCapture&) = delete;
+    TraceCapture& operator=(const TraceCapture&) = delete;
+    std::string text() const;
+
+  private:
+    std::string folder_;
+    std::string file_;
+    std::size_t headerSize_ = 0;
+};
+
+// Parses into TheParser (a new one) in the given chunks; answers the result of the last call.
+int parseChunks(const std::vector<std::string_view>& chunks);
+int parseText(std::string_view text);
+
+// hpgldump's sections, of TheParser.
+std::string recordsText();
+std::string hexText();
+std::string pictureText();
+
+// The records of a text parsed in one piece, as hpgldump --records prints them, but without the "rec BLOCK OFFSET ID "
+// in front: "PA 2 10 20\nPD 0\n".
+std::string shortRecords(std::string_view text);
+
+// The output calls of one drawing pass of a text: parse, set-up pass, scaling to the extents in a window of
+// width x height, interpreter. One call a line, as hpgldump --calls prints them.
+std::string drawingCalls(std::string_view text, int width = 500, int height = 500, int rotationSign = 1);

@@ -1,0 +1,115 @@
+// hpgldump: what the viewer makes of a file. Runs the whole viewer, from its entry to its end, on a toolkit that writes
+// everything down, and prints compact code, picture and output calls as text.
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "actions.h"
+#include "display.h"
+#include "hpgldump_options.h"
+#include "hpgldump_sections.h"
+#include "main_window.h"
+#include "recorder.h"
+#include "winmain.h"
+
+namespace {
+
+enum ExitStatus : int { EXIT_DUMPED = 0, EXIT_UNREADABLE = 1, EXIT_USAGE = 2 };
+
+constexpr uint32_t MENU_KIND = 4;
+constexpr uint32_t PRESS = 0;
+constexpr uint32_t RELEASE = 1;
+
+bool readFile(const std::string& name, std::string* bytes) {
+    FILE* file = std::fopen(name.c_str(), "rb");
+    if (file == nullptr) return false;
+    char buffer[65536];
+    for (size_t n = 0; (n = std::fread(buffer, 1, sizeof buffer, file)) > 0;) {
+        bytes->append(buffer, n);
+    }
+    const bool whole = std::ferror(file) == 0;
+    std::fclose(file);
+    return whole;
+}
+
+// One transmission: the first piece begins it, an empty one ends it.
+void sendPicture(std::string_view bytes, size_t chunk) {
+    uint32_t kind = WD_CHUNK_BEGIN;
+    do {
+        const std::string_view piece = bytes.substr(0, chunk);
+        recorder::sendChunk(piece, kind);
+        bytes.remove_prefix(piece.size());
+        kind = WD_CHUNK_FURTHER;
+    } while (!bytes.empty());
+    recorder::sendChunk({}, WD_CHUNK_END);
+}
+
+void rotate(int32_t times) {
+    for (int32_t i = 0; i < times; ++i) {
+        recorder::deliver(TheDisplay.MainObject, W_MSG_ACTION, MENU_KIND, HPGL_MENU_ROTATE);
+    }
+}
+
+void mouse(int32_t x, int32_t y, uint32_t button) {
+    recorder::script.mouseX = x;
+    recorder::script.mouseY = y;
+    recorder::deliver(TheDisplay.MainObject, W_MSG_MOUSE, button);
+}
+
+void zoom(const std::vector<DumpZoom>& zooms) {
+    for (const DumpZoom& drag : zooms) {
+        mouse(drag.x1, drag.y1, PRESS);
+        mouse(drag.x2, drag.y2, RELEASE);
+    }
+}
+
+void dumpCalls() {
+    dumpScaling(stdout);
+    recorder::recording = true;
+    recorder::drawingSink = [](std::string_view line) { std::fwrite(line.data(), 1, line.size(), stdout); };
+    recorder::deliver(TheDisplay.Window, W_MSG_PAINT);
+    recorder::drawingSink = nullptr;
+    recorder::recording = false;
+}
+
+void dump(const DumpOptions& options) {
+    rotate(options.rotations);
+    zoom(options.zooms);
+    if (options.hex) dumpHex(stdout);
+    if (options.picture) dumpPicture(stdout);
+    if (options.calls) dumpCalls();
+    if (options.records) dumpRecords(stdout);
+}
+
+int runViewer(const DumpOptions& options, const std::string& bytes) {
+    recorder::reset();
+    recorder::recording = false;
+    recorder::script.width = options.width;
+    recorder::script.height = options.height;
+    // Between the two the loop delivers the size message of the window's first show.
+    recorder::script.turns.emplace_back([&] { sendPicture(bytes, static_cast<size_t>(options.chunk)); });
+    recorder::script.turns.emplace_back([&] { dump(options); });
+    std::string commandLine;
+    return WinMain(nullptr, nullptr, commandLine.data(), 0);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    DumpOptions options;
+    std::string problem;
+    if (!parseDumpOptions(std::vector<std::string>(argv + 1, argv + argc), &options, &problem)) {
+        std::fprintf(stderr, "hpgldump: %s\n%s", problem.c_str(), DUMP_USAGE);
+        return EXIT_USAGE;
+    }
+    std::string bytes;
+    if (!readFile(options.file, &bytes)) {
+        std::fprintf(stderr, "hpgldump: cannot read %s\n", options.file.c_str());
+        return EXIT_UNREADABLE;
+    }
+    runViewer(options, bytes);
+    return EXIT_DUMPED;
+}
