@@ -100,14 +100,14 @@ int runViewer(const DumpOptions& options, const std::string& bytes) {
 
 int main(int argc, char** argv) {
     DumpOptions options;
-    std::string problem;
-    if (!parseDumpOptions(std::vector<std::string>(argv + 1, argv + argc), &options, &problem)) {
+    const std::string problem = parseDumpOptions(std::vector<std::string>(argv + 1, argv + argc), options);
+    if (!problem.empty()) {
         std::fprintf(stderr, "hpgldump: %s\n%s", problem.c_str(), DUMP_USAGE);
         return EXIT_USAGE;
     }
     std::string bytes;
-    if (!readFile(options.file, &bytes)) {
-        std::fprintf(stderr, "hpgldump: cannot read %s\n", options.file.c_str());
+    if (!readFile(*options.file, &bytes)) {
+        std::fprintf(stderr, "hpgldump: cannot read %s\n", options.file->c_str());
         return EXIT_UNREADABLE;
     }
     runViewer(options, bytes);

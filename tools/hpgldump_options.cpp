@@ -21,58 +21,71 @@ bool parseNumbers(const std::string& text, char separator, int32_t least, std::v
     return at == end;
 }
 
-bool parseZoom(const std::string& text, std::vector<DumpZoom>* zooms) {
+bool parseZoom(const std::string& text, std::vector<DumpZoom>& zooms) {
     DumpZoom zoom = {};
     if (!parseNumbers(text, ',', INT32_MIN, {&zoom.x1, &zoom.y1, &zoom.x2, &zoom.y2})) return false;
-    zooms->push_back(zoom);
+    zooms.push_back(zoom);
     return true;
 }
 
-bool* sectionOf(const std::string& word, DumpOptions* options) {
-    if (word == "--records") return &options->records;
-    if (word == "--hex") return &options->hex;
-    if (word == "--picture") return &options->picture;
-    return word == "--calls" ? &options->calls : nullptr;
+struct Section {
+    const char* word;
+    bool DumpOptions::*wanted;
+};
+constexpr Section SECTIONS[] = {
+    {"--records", &DumpOptions::records},
+    {"--hex", &DumpOptions::hex},
+    {"--picture", &DumpOptions::picture},
+    {"--calls", &DumpOptions::calls},
+};
+
+// True when the word names a section.
+bool chooseSection(const std::string& word, DumpOptions& options) {
+    for (const Section& section : SECTIONS) {
+        if (word != section.word) continue;
+        options.*section.wanted = true;
+        return true;
+    }
+    return false;
 }
 
 bool takesValue(const std::string& word) {
     return word == "--chunk" || word == "--size" || word == "--rotate" || word == "--zoom";
 }
 
-bool parseValue(const std::string& word, const std::string& value, DumpOptions* options) {
-    if (word == "--chunk") return parseNumbers(value, ' ', 1, {&options->chunk});
-    if (word == "--size") return parseNumbers(value, 'x', 0, {&options->width, &options->height});
-    if (word == "--rotate") return parseNumbers(value, ' ', 0, {&options->rotations});
-    return parseZoom(value, &options->zooms);
+bool parseValue(const std::string& word, const std::string& value, DumpOptions& options) {
+    if (word == "--chunk") return parseNumbers(value, ' ', 1, {&options.chunk});
+    if (word == "--size") return parseNumbers(value, 'x', 0, {&options.width, &options.height});
+    if (word == "--rotate") return parseNumbers(value, ' ', 0, {&options.rotations});
+    return parseZoom(value, options.zooms);
 }
 
-void chooseDefaultSections(DumpOptions* options) {
-    if (options->records || options->hex || options->picture || options->calls) return;
-    options->hex = options->picture = options->calls = true;
+// Takes the word at i, and the value behind it where it has one. Answers the problem, or nothing.
+std::string takeWord(const std::vector<std::string>& words, size_t& i, DumpOptions& options) {
+    const std::string& word = words[i];
+    if (chooseSection(word, options)) return {};
+    if (takesValue(word)) {
+        if (++i == words.size()) return "a value is missing behind " + word;
+        return parseValue(word, words[i], options) ? "" : "wrong value behind " + word + ": " + words[i];
+    }
+    if (!word.empty() && word[0] == '-') return "unknown option " + word;
+    if (options.file) return "more than one file: " + word;
+    options.file = word;
+    return {};
+}
+
+void chooseDefaultSections(DumpOptions& options) {
+    if (options.records || options.hex || options.picture || options.calls) return;
+    options.hex = options.picture = options.calls = true;
 }
 
 }  // namespace
 
-bool parseDumpOptions(const std::vector<std::string>& words, DumpOptions* options, std::string* problem) {
-    bool haveFile = false;
+std::string parseDumpOptions(const std::vector<std::string>& words, DumpOptions& options) {
     for (size_t i = 0; i < words.size(); ++i) {
-        const std::string& word = words[i];
-        if (bool* section = sectionOf(word, options)) {
-            *section = true;
-        } else if (takesValue(word)) {
-            if (i + 1 == words.size()) return *problem = "a value is missing behind " + word, false;
-            const std::string& value = words[++i];
-            if (!parseValue(word, value, options)) return *problem = "wrong value behind " + word + ": " + value, false;
-        } else if (!word.empty() && word[0] == '-') {
-            return *problem = "unknown option " + word, false;
-        } else if (haveFile) {
-            return *problem = "more than one file: " + word, false;
-        } else {
-            options->file = word;
-            haveFile = true;
-        }
+        std::string problem = takeWord(words, i, options);
+        if (!problem.empty()) return problem;
     }
     chooseDefaultSections(options);
-    if (!haveFile) *problem = "no file";
-    return haveFile;
+    return options.file ? "" : "no file";
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,11 +17,11 @@ struct DumpOptions {
     int32_t rotations = 0;
     std::vector<DumpZoom> zooms;
     bool records = false, hex = false, picture = false, calls = false;
-    std::string file;
+    std::optional<std::string> file;
 };
 
 // Usage of the program, for wrong options.
 extern const char DUMP_USAGE[];
 
-// False, with *problem saying which word is wrong and why.
-bool parseDumpOptions(const std::vector<std::string>& words, DumpOptions* options, std::string* problem);
+// Answers what is wrong with the words, or nothing.
+std::string parseDumpOptions(const std::vector<std::string>& words, DumpOptions& options);

@@ -21,7 +21,7 @@ struct ModuleName {
 };
 
 HWND windowOf(int64_t number) {
-    return reinterpret_cast<HWND>(static_cast<uintptr_t>(number));  // NOLINT(performance-no-int-to-ptr)
+    return reinterpret_cast<HWND>(static_cast<uintptr_t>(number));
 }
 
 void notify(HWND window, uint32_t id, uintptr_t second) {

@@ -1,0 +1,34 @@
+# Sourced by the commands: installs what is missing, and builds. Needs a network only when something is missing.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+packages_to_build="cmake ninja-build g++ pkg-config qt6-base-dev libgl-dev libxcb1-dev fonts-dejavu-core"
+packages_to_test="libgtest-dev clang-format clang-tidy python3 locales xvfb xauth xdotool openbox imagemagick x11-utils
+    gnuplot-nox plotutils"
+
+# install_packages NAME...: those that are not there yet.
+install_packages() {
+    local missing=() package
+    for package in "$@"; do
+        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q '^install ok installed$' || missing+=("$package")
+    done
+    [ ${#missing[@]} -eq 0 ] && return
+    echo "installing ${missing[*]}" >&2
+    local as_root=()
+    [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+    "${as_root[@]}" apt-get update -qq >&2
+    DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+}
+
+# build PRESET [CMAKE OPTION...]: into build/PRESET; what the tools say is shown only when they fail.
+build() {
+    local preset=$1 log
+    shift
+    mkdir -p "$root/build"
+    log="$root/build/$preset.log"
+    echo "building $preset" >&2
+    if ! (cd "$root" && cmake --preset "$preset" "$@" && cmake --build --preset "$preset") >"$log" 2>&1; then
+        cat "$log" >&2
+        return 1
+    fi
+}

@@ -1,0 +1,1 @@
+PA1,1;CO"PD9,9";PD2,2;CO no quotes PD3,3;

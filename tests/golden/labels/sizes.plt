@@ -1,0 +1,1 @@
+PA100,100;LBHelloSI0.5,1;LBsizedSI;LBfontSR10,20;LBrelativeSR;EA2000,2000;SD3,5,4,40;LBstandardAD3,20,4,10,1,9;SS;LBalternateSA;LBtooSD;SI0.001,0.001;LBtinyLBEA500,500

@@ -1,0 +1,2 @@
+DT#;LBone#DT*,1;LBtwo*LBends here
+PD10,10;DT;LBthree*LBeight‰PD20,20;

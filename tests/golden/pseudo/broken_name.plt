@@ -1,0 +1,1 @@
+PD1,2;HPGL_FIXE;PD3,4;
