@@ -1,0 +1,59 @@
+#include "class_window.h"
+
+#include <QCloseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <cstring>
+
+#include "message_pump.h"
+
+ClassWindow::ClassWindow(WNDPROC procedure, int extraBytes)
+    : m_procedure(procedure), m_extra(static_cast<size_t>(extraBytes)) {
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setAttribute(Qt::WA_DeleteOnClose);
+}
+
+ClassWindow* ClassWindow::find(HWND window) {
+    return window != nullptr ? dynamic_cast<ClassWindow*>(QWidget::find(pump::numberOf(window))) : nullptr;
+}
+
+HWND ClassWindow::handle() const {
+    return pump::handleOf(winId());
+}
+
+LRESULT ClassWindow::call(UINT message, WPARAM wParam, LPARAM lParam) {
+    return m_procedure(handle(), message, wParam, lParam);
+}
+
+WORD ClassWindow::setWord(int index, WORD value) {
+    if (index < 0 || static_cast<size_t>(index) + sizeof value > m_extra.size()) return 0;
+    WORD before = 0;
+    std::memcpy(&before, &m_extra[static_cast<size_t>(index)], sizeof before);
+    std::memcpy(&m_extra[static_cast<size_t>(index)], &value, sizeof value);
+    return before;
+}
+
+void ClassWindow::paintEvent(QPaintEvent* event) {
+    QPainter(this).drawImage(event->rect(), m_surface, event->rect());
+}
+
+// The surface only grows, so that a window made small and large again shows what it showed.
+void ClassWindow::resizeEvent(QResizeEvent* /*event*/) {
+    const QSize needed = m_surface.size().expandedTo(size());
+    if (needed == m_surface.size()) return;
+    QImage larger(needed, QImage::Format_RGB32);
+    larger.fill(Qt::white);
+    QPainter(&larger).drawImage(0, 0, m_surface);
+    m_surface = larger;
+}
+
+void ClassWindow::closeEvent(QCloseEvent* event) {
+    event->accept();
+    call(WM_DESTROY, 0, 0);
+}
+
+LRESULT callWindowProcedure(const MSG& message) {
+    ClassWindow* window = ClassWindow::find(message.hwnd);
+    return window != nullptr ? window->call(message.message, message.wParam, message.lParam) : 0;
+}

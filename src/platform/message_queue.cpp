@@ -1,0 +1,126 @@
+#include "message_queue.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QMouseEvent>
+#include <QPointingDevice>
+#include <QThread>
+#include <utility>
+
+#include "event_message.h"
+#include "message_pump.h"
+
+namespace {
+
+// Qt keeps one point for each pointing device, shares it with the device's last event and writes the next event's
+// position into it. Another event of the same values makes it let go of that point, so that a clone keeps its own.
+void detachPoint(const QSinglePointEvent& event) {
+    const QEvent::Type type = event.type() == QEvent::Wheel ? QEvent::MouseMove : event.type();
+    const QMouseEvent same(type, event.position(), event.scenePosition(), event.globalPosition(), event.button(),
+                           event.buttons(), event.modifiers(), event.pointingDevice());
+}
+
+std::unique_ptr<QEvent> cloneOf(const QEvent& event) {
+    std::unique_ptr<QEvent> clone(event.clone());
+    if (event.isSinglePointEvent()) detachPoint(static_cast<const QSinglePointEvent&>(event));
+    return clone;
+}
+
+// Answered when there is nothing to wait for.
+MSG quitMessage() {
+    MSG message{};
+    message.message = WM_QUIT;
+    return message;
+}
+
+}  // namespace
+
+// Never destroyed: messages may be posted until the process is gone.
+MessageQueue& MessageQueue::instance() {
+    static MessageQueue* const queue = new MessageQueue;
+    return *queue;
+}
+
+MSG MessageQueue::next() {
+    m_current.reset();
+    watchApplication();
+    if (m_watched == nullptr) return quitMessage();
+    // One turn of Qt's loop even when a message waits already, so that timers and paints are not starved by messages.
+    // Deferred deletes are asked for: Qt sends them by itself only out of its own event loop.
+    do {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        QCoreApplication::processEvents(m_waiting.empty() ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
+    } while (m_waiting.empty());
+    m_current = std::move(m_waiting.front());
+    m_waiting.pop_front();
+    return m_current->message;
+}
+
+void MessageQueue::post(const MSG& message) {
+    m_waiting.push_back(waiting(message, nullptr, nullptr));
+    wake();
+}
+
+bool MessageQueue::postCharacter() {
+    const QEvent* key = currentEvent();
+    if (key == nullptr) return false;
+    const MSG character = characterOf(*key, m_current->message);
+    if (character.message == WM_NULL) return false;
+    m_waiting.push_front(waiting(character, key, nullptr));
+    return true;
+}
+
+// notify() and not sendEvent(), which would take away the mark that the event came from the window system; a click
+// gives the focus only with it.
+void MessageQueue::handOn(const MSG& message) {
+    if (m_current == nullptr || m_current->receiver == nullptr) return;
+    if (message.message != m_current->message.message) return;
+    m_passing = currentEvent();
+    QCoreApplication::instance()->notify(m_current->receiver, m_current->event.get());
+    m_passing = nullptr;
+}
+
+bool MessageQueue::eventFilter(QObject* receiver, QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && m_blocked != nullptr && m_blocked()) {
+        event->accept();
+        return true;
+    }
+    if (!takes(*receiver, *event)) return false;
+    take(static_cast<QWindow&>(*receiver), *event);
+    event->accept();
+    return true;
+}
+
+std::unique_ptr<MessageQueue::Waiting> MessageQueue::waiting(const MSG& message, const QEvent* event,
+                                                             QWindow* receiver) {
+    auto waiting = std::make_unique<Waiting>();
+    waiting->message = message;
+    if (event != nullptr) waiting->event = cloneOf(*event);
+    waiting->receiver = receiver;
+    return waiting;
+}
+
+// An application may end and another begin: the message box before the toolkit's start has one of its own.
+void MessageQueue::watchApplication() {
+    if (m_watched == QCoreApplication::instance()) return;
+    m_watched = QCoreApplication::instance();
+    if (m_watched != nullptr) m_watched->installEventFilter(this);
+}
+
+// Only what reaches a window while nothing but next() waits. A modal loop or an open menu gets its input at once:
+// nobody would fetch it from the queue.
+bool MessageQueue::takes(const QObject& receiver, const QEvent& event) const {
+    return receiver.isWindowType() && isInputEvent(event) && &event != m_passing &&
+           QThread::currentThread()->loopLevel() == 0 && QApplication::activeModalWidget() == nullptr &&
+           QApplication::activePopupWidget() == nullptr;
+}
+
+void MessageQueue::take(QWindow& receiver, const QEvent& event) {
+    m_waiting.push_back(waiting(messageOf(event, pump::handleOf(receiver.winId())), &event, &receiver));
+    wake();
+}
+
+// The dispatcher may go to sleep after the callback that posted.
+void MessageQueue::wake() const {
+    if (QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance()) dispatcher->wakeUp();
+}

@@ -1,0 +1,129 @@
+// Files as OpenFile, _lwrite and _lclose see them, and files that nobody vouches for.
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <limits>
+
+#include "posix.h"
+#include "regular_file.h"
+
+namespace {
+
+// What an open that keeps nothing open answers: no descriptor ever has this number, so closing it closes nothing.
+constexpr HFILE nothingOpen = std::numeric_limits<HFILE>::max();
+
+bool isRegular(mode_t mode) {
+    if (S_ISREG(mode)) return true;
+    errno = S_ISDIR(mode) ? EISDIR : EINVAL;
+    return false;
+}
+
+int closeFailed(int file) {
+    const int cause = errno;
+    close(file);
+    errno = cause;
+    return HFILE_ERROR;
+}
+
+// 0 to 2 belong to the standard streams, even when the process was started without them; and 0 is no handle.
+int aboveStandardStreams(int file) {
+    if (file > STDERR_FILENO) return file;
+    const int moved = fcntl(file, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
+    closeFailed(file);
+    return moved;
+}
+
+// Non-blocking until it is known what the name stands for: a fifo without another end would hold the process up.
+int openRegular(const char* name, int flags) {
+    const int opened = open(name, flags | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, 0666);
+    if (opened < 0) return HFILE_ERROR;
+    struct stat status {};
+    if (fstat(opened, &status) != 0 || !isRegular(status.st_mode)) return closeFailed(opened);
+    const int file = aboveStandardStreams(opened);
+    if (file >= 0) fcntl(file, F_SETFL, fcntl(file, F_GETFL) & ~O_NONBLOCK);
+    return file;
+}
+
+// A file system that knows no locks is used without them; only another holder is a reason to refuse.
+bool lockFile(int file, UINT style) {
+    const int kind = (style & OF_SHARE_EXCLUSIVE) != 0 ? LOCK_EX : LOCK_SH;
+    return flock(file, kind | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+int accessFlags(UINT style) {
+    if ((style & OF_CREATE) != 0) return O_RDWR | O_CREAT;
+    return (style & OF_WRITE) != 0 ? O_WRONLY : O_RDONLY;
+}
+
+// Empties the file only when the lock is held, so that what another holds exclusively keeps its content.
+HFILE openLocked(LPCSTR name, UINT style) {
+    const int file = openRegular(name, accessFlags(style));
+    if (file < 0) return HFILE_ERROR;
+    if (!lockFile(file, style)) return closeFailed(file);
+    if ((style & OF_CREATE) != 0 && ftruncate(file, 0) != 0) return closeFailed(file);
+    return file;
+}
+
+HFILE findRegular(LPCSTR name) {
+    struct stat status {};
+    return stat(name, &status) == 0 && isRegular(status.st_mode) ? nothingOpen : HFILE_ERROR;
+}
+
+HFILE removeRegular(LPCSTR name) {
+    return findRegular(name) != HFILE_ERROR && unlink(name) == 0 ? nothingOpen : HFILE_ERROR;
+}
+
+HFILE openAs(LPCSTR name, UINT style) {
+    if ((style & OF_DELETE) != 0) return removeRegular(name);
+    if ((style & OF_EXIST) != 0) return findRegular(name);
+    return openLocked(name, style);
+}
+
+void describe(OFSTRUCT& info, LPCSTR name, int error) {
+    info = {};
+    info.cBytes = sizeof info;
+    info.fFixedDisk = 1;
+    info.nErrCode = static_cast<WORD>(error);
+    std::strncpy(info.szPathName, name, sizeof info.szPathName - 1);
+}
+
+}  // namespace
+
+namespace posix {
+
+HFILE openFile(LPCSTR name, OFSTRUCT* info, UINT style) {
+    const LPCSTR path = name != nullptr ? name : "";
+    const HFILE file = openAs(path, style);
+    const int error = file == HFILE_ERROR ? errno : 0;
+    if (info != nullptr) describe(*info, path, error);
+    return file;
+}
+
+UINT writeFile(HFILE file, LPCSTR bytes, UINT count) {
+    UINT written = 0;
+    while (written < count) {
+        const ssize_t step = write(file, bytes + written, count - written);
+        if (step < 0 && errno == EINTR) continue;
+        if (step <= 0) return written > 0 ? written : static_cast<UINT>(HFILE_ERROR);
+        written += static_cast<UINT>(step);
+    }
+    return written;
+}
+
+HFILE closeFile(HFILE file) {
+    return close(file) == 0 ? 0 : HFILE_ERROR;
+}
+
+}  // namespace posix
+
+std::FILE* openRegularFile(const char* name) {
+    const int file = openRegular(name, O_RDONLY);
+    if (file < 0) return nullptr;
+    std::FILE* stream = fdopen(file, "rb");
+    if (stream == nullptr) closeFailed(file);
+    return stream;
+}

@@ -1,0 +1,60 @@
+// MessageBoxA, which must work before the toolkit has made an application, and without a display.
+#include <QApplication>
+#include <QMessageBox>
+#include <clocale>
+#include <cstdio>
+#include <memory>
+
+#include "windows.h"
+#include "x11_notify.h"
+
+namespace {
+
+constexpr int answerOk = 1;
+
+// Platforms that nobody sees: a box there would wait for ever.
+bool isUnseen(const QString& platform) {
+    return platform.startsWith("offscreen") || platform.startsWith("minimal");
+}
+
+// Qt ends the process when it finds no display, so it is looked for first.
+bool hasDisplay() {
+    if (QCoreApplication::instance() != nullptr) return !isUnseen(QGuiApplication::platformName());
+    if (isUnseen(qEnvironmentVariable("QT_QPA_PLATFORM"))) return false;
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") || x11::isReachable();
+}
+
+// An application for as long as the box is shown, so that the toolkit can make its own later.
+class BoxApplication {
+  public:
+    BoxApplication() {
+        if (QCoreApplication::instance() != nullptr) return;
+        m_application = std::make_unique<QApplication>(m_count, m_values);
+        std::setlocale(LC_NUMERIC, "C");  // the application took the session's; numbers are read with a point
+    }
+
+  private:
+    char m_name[8] = "kelhpgl";
+    char* m_values[2] = {m_name, nullptr};
+    int m_count = 1;
+    std::unique_ptr<QApplication> m_application;
+};
+
+void showBox(const QString& text, const QString& title, UINT type) {
+    const BoxApplication application;
+    QMessageBox box((type & MB_ICONHAND) != 0 ? QMessageBox::Critical : QMessageBox::NoIcon, title, text,
+                    QMessageBox::Ok);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
+}
+
+}  // namespace
+
+int MessageBoxA(HWND /*owner*/, LPCSTR text, LPCSTR title, UINT type) {
+    if (hasDisplay()) {
+        showBox(QString::fromUtf8(text), QString::fromUtf8(title), type);
+    } else {
+        std::fprintf(stderr, "%s: %s\n", title, text);
+    }
+    return answerOk;
+}

@@ -1,0 +1,111 @@
+// Window classes, windows and metrics, as the trace window uses them.
+#include <QGuiApplication>
+#include <QScreen>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "class_window.h"
+#include "windows.h"
+
+namespace {
+
+// The frame is the window manager's own affair and not known before a window is shown; these are usual ones, pixels.
+constexpr int captionHeight = 24;
+constexpr int frameBorder = 4;
+
+struct RegisteredClass {
+    WNDCLASSA description{};
+    std::string menuName;
+    ATOM atom = 0;
+};
+
+constexpr ATOM firstAtom = 0xC000;
+
+std::map<std::string, RegisteredClass>& classes() {
+    static std::map<std::string, RegisteredClass> registered;
+    return registered;
+}
+
+const RegisteredClass* findClass(LPCSTR name) {
+    const auto found = name != nullptr ? classes().find(name) : classes().end();
+    return found != classes().end() ? &found->second : nullptr;
+}
+
+// Position and size are those with the frame; a widget wants its inside's size.
+void place(ClassWindow& window, int x, int y, int width, int height) {
+    window.move(x, y);
+    window.resize(width - 2 * frameBorder, height - 2 * frameBorder - captionHeight);
+}
+
+}  // namespace
+
+BOOL GetClassInfoA(HINSTANCE /*instance*/, LPCSTR name, WNDCLASSA* info) {
+    const RegisteredClass* found = findClass(name);
+    if (found == nullptr) return 0;
+    *info = found->description;
+    return 1;
+}
+
+ATOM RegisterClassA(const WNDCLASSA* windowClass) {
+    if (windowClass->lpfnWndProc == nullptr || windowClass->lpszClassName == nullptr) return 0;
+    const auto [place, isNew] = classes().try_emplace(windowClass->lpszClassName);
+    if (!isNew) return 0;
+    RegisteredClass& registered = place->second;
+    registered.description = *windowClass;
+    registered.description.lpszClassName = place->first.c_str();
+    if (windowClass->lpszMenuName != nullptr) {
+        registered.menuName = windowClass->lpszMenuName;
+        registered.description.lpszMenuName = registered.menuName.c_str();
+    }
+    registered.atom = static_cast<ATOM>(firstAtom + classes().size() - 1);
+    return registered.atom;
+}
+
+// A widget has the arrow by itself; the handle only says that it was found.
+HCURSOR LoadCursorA(HINSTANCE /*instance*/, LPCSTR name) {
+    return name == IDC_ARROW ? reinterpret_cast<HCURSOR>(const_cast<char*>(name)) : nullptr;
+}
+
+HWND CreateWindowExA(DWORD /*extended*/, LPCSTR className, LPCSTR title, DWORD /*style*/, int x, int y, int width,
+                     int height, HWND /*parent*/, HMENU /*menu*/, HINSTANCE /*instance*/, void* /*parameter*/) {
+    const RegisteredClass* found = findClass(className);
+    if (found == nullptr || QGuiApplication::instance() == nullptr) return nullptr;
+    auto window = std::make_unique<ClassWindow>(found->description.lpfnWndProc, found->description.cbWndExtra);
+    window->setWindowTitle(QString::fromLatin1(title));
+    place(*window, x, y, width, height);
+    return window.release()->handle();  // deletes itself when it is closed
+}
+
+BOOL ShowWindow(HWND window, int command) {
+    ClassWindow* shown = ClassWindow::find(window);
+    if (shown == nullptr) return 0;
+    const bool wasVisible = shown->isVisible();
+    shown->setAttribute(Qt::WA_ShowWithoutActivating, command == SW_SHOWNOACTIVATE);
+    shown->show();
+    return wasVisible ? 1 : 0;
+}
+
+WORD SetWindowWord(HWND window, int index, WORD value) {
+    ClassWindow* changed = ClassWindow::find(window);
+    return changed != nullptr ? changed->setWord(index, value) : WORD{0};
+}
+
+// The widget has done by itself what a window does by default.
+LRESULT DefWindowProcA(HWND /*window*/, UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/) {
+    return 0;
+}
+
+int GetSystemMetrics(int index) {
+    switch (index) {
+        case SM_CYSCREEN:
+            return QGuiApplication::instance() != nullptr ? QGuiApplication::primaryScreen()->geometry().height() : 0;
+        case SM_CYCAPTION:
+            return captionHeight;
+        case SM_CXFRAME:
+        case SM_CYFRAME:
+            return frameBorder;
+        default:
+            return 0;
+    }
+}
