@@ -1,0 +1,167 @@
+#!/usr/bin/env python3
+"""The viewer in a real window, as a person sees and uses it.
+
+usage: window_test.py KELHPGL HPGLDUMP [NAME...]
+
+A failure leaves a picture of the window in the folder gui-failures beside the current one.
+"""
+import os
+import pathlib
+import signal
+import subprocess
+import sys
+import tempfile
+import traceback
+
+import thin_plot
+from desktop import Desktop, wait_for
+
+KELHPGL = pathlib.Path(sys.argv[1]).resolve()
+HPGLDUMP = pathlib.Path(sys.argv[2]).resolve()
+
+# Thin lines in several colours, in every direction.
+PLOT = ("IN;SC0,1,0,1;SP1;PU0,0;PD4000,0,4000,3000,0,3000,0,0;SP2;PU500,500;PD3500,2500;PU3500,500;PD500,2500;"
+        "SP6;" + "".join(f"PU2000,1500;PD{2000 + 1200 * dx},{1500 + 900 * dy};"
+                         for dx, dy in ((1, 0), (0, 1), (-1, 0), (0, -1), (0.5, 1), (-0.5, 1), (1, -0.5), (-1, -0.5))))
+
+
+def expect_picture(viewer, plot, *options):
+    """Waits until the window shows the plot in its present size."""
+    def is_right():
+        picture = viewer.picture()
+        if picture[0] == 0:
+            return False
+        lines = thin_plot.dump(HPGLDUMP, plot, picture[0], picture[1], *options)
+        return not thin_plot.differences(picture, lines)
+    wait_for("the right picture", is_right)
+
+
+def opens_a_file(desktop, plot):
+    with desktop.viewer(KELHPGL, plot) as viewer:
+        expect_picture(viewer, plot)
+        assert viewer.geometry()[2:] == (500, 500), viewer.geometry()
+        assert viewer.frame() == (50, 50), viewer.frame()
+
+
+def resizing_refits(desktop, plot):
+    with desktop.viewer(KELHPGL, plot) as viewer:
+        expect_picture(viewer, plot)
+        for width, height in ((900, 400), (400, 800), (1000, 700)):
+            viewer.resize(width, height)
+            wait_for("the size", lambda: viewer.geometry()[2:] == (width, height))
+            expect_picture(viewer, plot)
+
+
+def reads_a_pipe(desktop, plot):
+    with subprocess.Popen(["cat", plot], stdout=subprocess.PIPE) as generator:
+        with desktop.viewer(KELHPGL, stdin=generator.stdout) as viewer:
+            expect_picture(viewer, plot)
+
+
+def shows_an_empty_window(desktop, plot):
+    empty = plot.with_name("empty.plt")
+    empty.write_text("")
+    with desktop.viewer(KELHPGL) as viewer:
+        expect_picture(viewer, empty)
+
+
+def zooms_by_dragging(desktop, plot):
+    with desktop.viewer(KELHPGL, plot) as viewer:
+        expect_picture(viewer, plot)
+        viewer.drag(100, 100, 380, 330)
+        expect_picture(viewer, plot, "--zoom", "100,100,380,330")
+        viewer.drag(400, 420, 60, 50)
+        expect_picture(viewer, plot, "--zoom", "100,100,380,330", "--zoom", "400,420,60,50")
+        assert thin_plot.differences(viewer.picture(), thin_plot.dump(HPGLDUMP, plot, 500, 500)), "no zoom to be seen"
+
+
+def a_click_changes_nothing(desktop, plot):
+    with desktop.viewer(KELHPGL, plot) as viewer:
+        expect_picture(viewer, plot)
+        viewer.drag(200, 200, 200, 200)
+        viewer.drag(300, 100, 300, 101)
+        expect_picture(viewer, plot)
+
+
+def close_button_ends_it(desktop, plot):
+    with desktop.viewer(KELHPGL, plot) as viewer:
+        expect_picture(viewer, plot)
+        viewer.close_button()
+        assert viewer.wait() == 0, viewer.process.returncode
+
+
+def signals_end_it(desktop, plot):
+    for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+        with desktop.viewer(KELHPGL, plot) as viewer:
+            expect_picture(viewer, plot)
+            viewer.process.send_signal(number)
+            assert viewer.wait() == 0, (number, viewer.process.returncode)
+
+
+def leaves_no_file_behind(desktop, plot):
+    with tempfile.TemporaryDirectory() as folder:
+        with desktop.viewer(KELHPGL, plot, folder=folder) as viewer:
+            expect_picture(viewer, plot)
+            viewer.process.terminate()
+            viewer.wait()
+        assert os.listdir(folder) == [], os.listdir(folder)
+
+
+def without_a_display(desktop, plot):
+    environment = {name: value for name, value in os.environ.items()
+                   if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
+    done = subprocess.run([KELHPGL, plot], env=environment, stdin=subprocess.DEVNULL, capture_output=True, check=False,
+                          timeout=30)
+    assert done.returncode == 1, done
+    assert b"no display" in done.stderr and b"Gbtmp: unable to initialize W" in done.stderr, done.stderr
+    picture = plot.with_suffix(".png")
+    done = subprocess.run([KELHPGL, "--picture", picture, "--size", "640x480", plot], env=environment,
+                          stdin=subprocess.DEVNULL, capture_output=True, check=False, timeout=30)
+    assert done.returncode == 0, done
+    pixels = subprocess.run(["convert", picture, "-depth", "8", "ppm:-"], capture_output=True, check=True).stdout
+    from desktop import read_ppm
+    image = read_ppm(pixels)
+    assert image[:2] == (640, 480), image[:2]
+    wrong = thin_plot.differences(image, thin_plot.dump(HPGLDUMP, plot, 640, 480))
+    assert not wrong, wrong[:5]
+
+
+def a_missing_file_is_said(desktop, plot):
+    missing = plot.with_name("missing.plt")
+    with desktop.viewer(KELHPGL, missing) as viewer:
+        viewer.window()
+        viewer.process.terminate()
+        viewer.wait()
+        assert b"missing.plt" in viewer.process.stderr.read()
+
+
+TESTS = [opens_a_file, resizing_refits, reads_a_pipe, shows_an_empty_window, zooms_by_dragging, a_click_changes_nothing,
+         close_button_ends_it, signals_end_it, leaves_no_file_behind, without_a_display, a_missing_file_is_said]
+
+
+def run(test, desktop, plot):
+    try:
+        test(desktop, plot)
+        print(f"passed {test.__name__}")
+        return True
+    except Exception:  # whatever went wrong is this test's failure
+        traceback.print_exc()
+        pathlib.Path("gui-failures").mkdir(exist_ok=True)
+        subprocess.run(["import", "-silent", "-window", "root", f"gui-failures/{test.__name__}.png"],
+                       env=desktop.environment, check=False)
+        print(f"FAILED {test.__name__}")
+        return False
+
+
+def main():
+    chosen = sys.argv[3:]
+    with tempfile.TemporaryDirectory() as folder, Desktop() as desktop:
+        plot = pathlib.Path(folder) / "thin.plt"
+        plot.write_text(PLOT)
+        results = [run(test, desktop, plot) for test in TESTS if not chosen or test.__name__ in chosen]
+    print(f"{results.count(True)} passed, {results.count(False)} failed")
+    return 0 if results and all(results) else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
