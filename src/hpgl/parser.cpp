@@ -46,14 +46,19 @@ int32_t countAndConvert(Chunk* chunk) {
     return HPGLconvertParameter(status, chunk->parser->blocks, &chunk->block);
 }
 
-int32_t completeParameter(Chunk* chunk) {
-    IStatus* status = chunk->status;
-    if (countAndConvert(chunk) == 0) return 0;
+// The signature repeats.
+void nextSignatureLetter(IStatus* status) {
     ++status->signatureLetter;
     if (++status->signatureIndex >= status->signatureLength) {
         status->signatureLetter = status->signatureStart;
         status->signatureIndex = 0;
     }
+}
+
+int32_t completeParameter(Chunk* chunk) {
+    IStatus* status = chunk->status;
+    if (countAndConvert(chunk) == 0) return 0;
+    nextSignatureLetter(status);
     status->pending = 0;
     status->bufferPointer = status->numberBuffer;
     return 1;
@@ -76,6 +81,76 @@ int32_t parseOrdinaryByte(Chunk* chunk, char c) {
         if (c == '+') return 1;
     }
     collect(status, c);
+    return 1;
+}
+
+// ---- whole numbers between separators, which is what most pictures consist of
+// -----------------------------------------
+
+constexpr int32_t PLAIN_DIGITS = 9;  // no more fit into 32 bits whatever they are
+
+struct PlainNumber {
+    int32_t value;
+    bool minusZero;      // which a float keeps
+    const char* behind;  // what ends it; null: not a plain number
+};
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+PlainNumber readPlainNumber(const char* at, const char* end) {
+    const bool minus = *at == '-';
+    if (minus) ++at;
+    const char* digits = at;
+    int32_t value = 0;
+    while (at < end && isDigit(*at) && at - digits < PLAIN_DIGITS) {
+        value = value * 10 + (*at++ - '0');
+    }
+    const bool plain = at > digits && at < end && (isSeparator(*at) || *at == '-');
+    return {minus ? -value : value, minus && value == 0, plain ? at : nullptr};
+}
+
+void appendPlainNumber(CBlock* block, char letter, int32_t value) {
+    const int32_t bytes = letter == 'I' ? 2 : 4;
+    if (letter == 'R') {
+        const auto real = static_cast<float>(value);
+        memcpy(block->actPnt, &real, sizeof real);
+    } else {
+        memcpy(block->actPnt, &value, static_cast<size_t>(bytes));  // of I the low half
+    }
+    HPGLCBlockAdvance(block, bytes);
+}
+
+bool takesPlainNumbers(const Chunk& chunk) {
+    const IStatus* status = chunk.status;
+    if (status->stringMode != 0 || status->pending != 0 || status->signatureLength == 0) return false;
+    return status->signatureStart != nullptr && status->commandId > CMD_CO && !traceOn();
+}
+
+// Takes separators and plain numbers as parseByte would, without a look-up, the number buffer or the C library, until
+// something else comes, which is left to parseByte.
+int32_t parsePlainNumbers(Chunk* chunk) {
+    if (!takesPlainNumbers(*chunk)) return 1;
+    IStatus* status = chunk->status;
+    const char* at = chunk->text + chunk->at;
+    const char* end = chunk->text + chunk->length;
+    for (; at < end; ++at) {
+        if (isSeparator(*at)) continue;
+        const PlainNumber number = readPlainNumber(at, end);
+        const char letter = *status->signatureLetter;
+        if (number.behind == nullptr || letter == 'C' || (number.minusZero && letter == 'R')) break;
+        if (++status->parameterCount <= HPGL_MAX_PARAMETERS) {
+            chunk->block = HPGLCBlockMakeRoom(chunk->parser->blocks, chunk->block, letter == 'I' ? 2 : 4);
+            if (chunk->block == nullptr) return 0;
+            appendPlainNumber(chunk->block, letter, number.value);
+        }
+        nextSignatureLetter(status);
+        at = *number.behind == '-' ? number.behind - 1 : number.behind;
+    }
+    const auto used = at - (chunk->text + chunk->at);
+    if (used > 0) status->mnemonic[1] = at[-1];
+    chunk->at += used;
     return 1;
 }
 
@@ -312,7 +387,8 @@ int32_t parseChunk(Chunk* chunk) {
     if (beginCall(chunk) == 0) return 0;
     if (chunk->status->pseudoLength > 0 && continuePseudoName(chunk) == 0) return 0;
     while (chunk->at < chunk->length) {
-        if (parseByte(chunk) == 0) return 0;
+        if (parsePlainNumbers(chunk) == 0) return 0;
+        if (chunk->at < chunk->length && parseByte(chunk) == 0) return 0;
     }
     // The same record may grow in the next call; its count is written again then.
     setNoOfParameters(chunk->block, chunk->status->parameterCount);
