@@ -1,0 +1,144 @@
+#include "application.h"
+
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <utility>
+
+#include "fonts.h"
+#include "notices.h"
+#include "toolkit_trace.h"
+#include "windows.h"
+
+namespace qrvel {
+
+namespace {
+
+Application* running = nullptr;
+
+bool isSet(const char* variable) {
+    const char* value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+bool hasDisplay() {
+    return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
+}
+
+std::unique_ptr<QApplication> makeQApplication() {
+    if (QCoreApplication::instance() != nullptr) return nullptr;
+    // Only the program's name: what else stands on the command line is the toolkit's own, and Qt keeps a reference.
+    static char name[] = "kelhpgl";
+    static char* arguments[] = {name, nullptr};
+    static int count = 1;
+    return std::make_unique<QApplication>(count, arguments);
+}
+
+}  // namespace
+
+Application::Application(Options taken) : options(std::move(taken)), qt(makeQApplication()) {
+    // QApplication takes the session's locale over; the viewer reads numbers with a decimal point.
+    std::setlocale(LC_NUMERIC, "C");
+    QCoreApplication::setApplicationName("kelhpgl");
+    QCoreApplication::setOrganizationName("KEL");
+    QCoreApplication::setApplicationVersion(KEL_VERSION);
+    QGuiApplication::setDesktopFileName("kelhpgl");
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+
+    variables.notifyId = options.notifyId;
+    variables.notifyWindow = reinterpret_cast<void*>(options.notifyWindow);
+    endSignals = std::make_unique<EndSignals>(quitApplication);
+    QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, quitApplication, Qt::DirectConnection);
+    running = this;
+}
+
+Application::~Application() {
+    running = nullptr;
+}
+
+Application* application() {
+    return running;
+}
+
+void quitApplication() {
+    if (running == nullptr) return;
+    running->state.quit = 1;
+    running->messages.wake();
+}
+
+bool isUnattended() {
+    const QString platform = QGuiApplication::platformName();
+    return platform == "offscreen" || platform == "minimal";
+}
+
+}  // namespace qrvel
+
+using namespace qrvel;
+
+uint64_t Wqueryversion(uint32_t /*kind*/) {
+    return W_VERSION;
+}
+
+WHandle WIinitialise(int32_t /*argc*/, char** /*argv*/, uint32_t /*flag*/) {
+    if (application() != nullptr) {
+        traceLine("WIinitialise: there is an application already\n");
+        return 0;
+    }
+    Options options = readOptions();
+    if (!options.picture.isEmpty()) qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!hasDisplay()) {
+        std::fputs("kelhpgl: no display (neither DISPLAY nor WAYLAND_DISPLAY is set)\n", stderr);
+        return 0;
+    }
+    const Application* app = handles().make<Application>(std::move(options));
+    return app != nullptr ? app->handle : 0;
+}
+
+void* WIgetvar(WHandle app, uint32_t kind) {
+    auto* found = handles().find<Application>(app, __func__);
+    if (found == nullptr) return nullptr;
+    switch (kind) {
+        case 0:
+            return &found->state;
+        case 1:
+            return &found->variables;
+        default:
+            return nullptr;
+    }
+}
+
+// There are accelerators only for rows of an action bar.
+void* WIwnquerymdiaccel() {
+    return nullptr;
+}
+
+void Wquit(WHandle app) {
+    if (handles().find<Application>(app, __func__) != nullptr) quitApplication();
+}
+
+int32_t Wregexitproc(WHandle app, WExitProc proc) {
+    auto* found = handles().find<Application>(app, __func__);
+    if (found == nullptr) return 0;
+    found->exitProcedure = proc;
+    return 1;
+}
+
+void Wfatalerror(WHandle /*app*/, const char* text) {
+    showFatalNotice(text);
+    const Application* ended = application();
+    if (ended != nullptr && ended->exitProcedure != nullptr) ended->exitProcedure(ended->handle, 1);
+    ExitProcess(1);
+}
+
+int32_t Wterminate(WHandle app) {
+    const auto* found = handles().find<Application>(app, __func__);
+    if (found == nullptr) return 0;
+    const int32_t status = found->status;
+    forgetFonts();
+    handles().destroy<Application>(app, __func__);
+    return status;
+}
+
+void Werrorbox(WHandle app, const char* text, uint32_t /*level*/) {
+    if (handles().find<Application>(app, __func__) != nullptr) showNotice(QString::fromUtf8(text));
+}

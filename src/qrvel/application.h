@@ -1,0 +1,41 @@
+// The application: one a process, made by WIinitialise, ended by Wterminate.
+#pragma once
+
+#include <QApplication>
+#include <memory>
+
+#include "end_signals.h"
+#include "handles.h"
+#include "messages.h"
+#include "options.h"
+#include "wi.h"
+
+namespace qrvel {
+
+struct Application : Object {
+    static constexpr Kind KIND = Kind::Application;
+
+    explicit Application(Options taken);
+    ~Application() override;
+
+    Options options;
+    std::unique_ptr<QApplication> qt;  // null where somebody else made it before
+    WState state{};
+    WVariables variables{};
+    WExitProc exitProcedure = nullptr;
+    const char* const* texts = nullptr;  // the viewer's texts (Wloadtxt), not owned
+    MessageQueue messages;
+    std::unique_ptr<EndSignals> endSignals;
+    int32_t status = 0;  // what Wterminate answers
+};
+
+// The application that runs, or null.
+Application* application();
+
+// Sets the quit flag and wakes the loop.
+void quitApplication();
+
+// Whether nobody looks: the picture goes to a file, and windows must not be waited for.
+bool isUnattended();
+
+}  // namespace qrvel

@@ -1,0 +1,109 @@
+#include "messages.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "application.h"
+#include "child.h"
+#include "data_channel.h"
+#include "objects.h"
+#include "picture_file.h"
+#include "windows.h"
+
+namespace qrvel {
+
+namespace {
+
+void addOnce(std::vector<WHandle>& waiting, WHandle object) {
+    if (std::find(waiting.begin(), waiting.end(), object) == waiting.end()) waiting.push_back(object);
+}
+
+void send(WHandle object, uint32_t message, uint32_t first = 0, uint32_t second = 0) {
+    if (const WMsgProc procedure = procedureOf(object)) procedure(object, message, first, second);
+}
+
+void deliverPaint(WHandle object) {
+    Child* child = handles().find<Child>(object);
+    if (child == nullptr) return;
+    if (child->surface) child->surface->clear();
+    send(object, W_MSG_PAINT);
+    savePictureAfterPaint(*child);
+}
+
+}  // namespace
+
+MessageQueue::MessageQueue() {
+    nextTurn_.setSingleShot(true);
+    QObject::connect(&nextTurn_, &QTimer::timeout, [] { PostMessageA(nullptr, WM_NULL, 0, 0); });
+}
+
+void MessageQueue::posted() {
+    application()->state.messagesPending = 1;
+    wake();
+}
+
+void MessageQueue::postSize(WHandle object) {
+    addOnce(sizes_, object);
+    posted();
+}
+
+void MessageQueue::postPaint(WHandle child) {
+    addOnce(paints_, child);
+    posted();
+}
+
+void MessageQueue::postMouse(WHandle child, uint32_t first, QPoint position) {
+    const Action action{.object = child, .message = W_MSG_MOUSE, .first = first, .second = 0, .position = position};
+    const bool merges = first == MOUSE_DRAG && !actions_.empty() && actions_.back().message == W_MSG_MOUSE &&
+                        actions_.back().object == child && actions_.back().first == MOUSE_DRAG;
+    if (merges) {
+        actions_.back() = action;
+    } else {
+        actions_.push_back(action);
+    }
+    posted();
+}
+
+void MessageQueue::deliverAction(const Action& action) {
+    if (action.message != W_MSG_MOUSE) {
+        send(action.object, action.message, action.first, action.second);
+        return;
+    }
+    Child* child = handles().find<Child>(action.object);
+    if (child == nullptr) return;
+    child->mousePosition = action.position;
+    send(action.object, action.message, action.first, action.second);
+    child = handles().find<Child>(action.object);
+    if (action.first == MOUSE_RELEASE && child != nullptr && child->surface) child->surface->dropTrackBoxes();
+}
+
+void MessageQueue::deliver() {
+    for (const WHandle object : std::exchange(sizes_, {})) {
+        send(object, W_MSG_SIZE);
+    }
+    for (const Action& action : std::exchange(actions_, {})) {
+        deliverAction(action);
+    }
+    for (const WHandle child : std::exchange(paints_, {})) {
+        deliverPaint(child);
+    }
+}
+
+void MessageQueue::wake() {
+    PostMessageA(nullptr, WM_NULL, 0, 0);
+}
+
+}  // namespace qrvel
+
+using namespace qrvel;
+
+void WIsendmsgs(WHandle app) {
+    auto* found = handles().find<Application>(app, __func__);
+    if (found == nullptr) return;
+    DataChannel* channel = findDataChannel();
+    if (channel == nullptr || !channel->isTransmitting()) found->messages.deliver();
+    if (channel != nullptr && found->state.quit == 0) channel->deliver();
+    const bool more = !found->messages.isEmpty() || (channel != nullptr && channel->hasChunks());
+    found->state.messagesPending = more ? 1 : 0;
+    if (more) found->messages.wakeAfterEvents();
+}

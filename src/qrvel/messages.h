@@ -1,0 +1,53 @@
+// The toolkit's queued messages. Only WIsendmsgs delivers, so a window procedure of the viewer is never entered from
+// inside a Qt callback.
+//
+// Order: sizes first, then what the user did, then paints. At most one size and one paint wait for an object.
+// While a transmission is being handed over, all of them wait.
+#pragma once
+
+#include <QPoint>
+#include <QTimer>
+#include <vector>
+
+#include "w.h"
+
+namespace qrvel {
+
+class MessageQueue {
+  public:
+    MessageQueue();
+
+    void postSize(WHandle object);
+    void postPaint(WHandle child);
+    // first: 0 press, 1 release, 2 drag. A drag takes the place of one that waits last. position: device pixels.
+    void postMouse(WHandle child, uint32_t first, QPoint position);
+
+    bool isEmpty() const { return sizes_.empty() && actions_.empty() && paints_.empty(); }
+
+    // Delivers what waits now; what that queues waits for the next time.
+    void deliver();
+
+    // Makes the main loop take a turn.
+    void wake();
+    // The same, but after the events that wait in the window system.
+    void wakeAfterEvents() { nextTurn_.start(); }
+
+  private:
+    struct Action {
+        WHandle object;
+        uint32_t message;
+        uint32_t first;
+        uint32_t second;
+        QPoint position;
+    };
+
+    static void deliverAction(const Action& action);
+    void posted();
+
+    QTimer nextTurn_;  // runs out when no event of the window system waits
+    std::vector<WHandle> sizes_;
+    std::vector<Action> actions_;
+    std::vector<WHandle> paints_;
+};
+
+}  // namespace qrvel

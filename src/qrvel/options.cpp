@@ -1,0 +1,155 @@
+#include "options.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <span>
+#include <string_view>
+
+#include "arguments.h"
+
+namespace qrvel {
+
+namespace {
+
+using Words = std::span<const char* const>;
+
+[[noreturn]] void refuse(const char* reason, std::string_view word) {
+    std::fprintf(stderr, "kelhpgl: %s: %.*s\nTry 'kelhpgl --help'.\n", reason, static_cast<int>(word.size()),
+                 word.data());
+    std::exit(2);
+}
+
+void setPicture(Options& options, const char* value) {
+    options.picture = QString::fromLocal8Bit(value);
+}
+
+void setSize(Options& options, const char* value) {
+    constexpr int MOST = 16384;  // pixels a side; a picture of 1 GiB
+    int width = 0;
+    int height = 0;
+    char rest = 0;
+    if (std::sscanf(value, "%5dx%5d%c", &width, &height, &rest) != 2 || width < 1 || height < 1 || width > MOST ||
+        height > MOST) {
+        refuse("no size", value);
+    }
+    options.pictureWidth = width;
+    options.pictureHeight = height;
+}
+
+[[noreturn]] void printHelp(Options& options, const char* value);
+
+[[noreturn]] void printVersion(Options& /*options*/, const char* /*value*/) {
+    std::puts("KEL HPGL Display " KEL_VERSION);
+    std::exit(0);
+}
+
+struct Option {
+    const char* name;
+    const char* value;  // what follows it, for the help; null for nothing
+    const char* help;
+    void (*take)(Options& options, const char* value);
+};
+
+// clang-format off
+constexpr Option OPTIONS[] = {
+    {"--picture", "FILE",    "write the picture as PNG and end, without a window", setPicture},
+    {"--size",    "WxH",     "the size of that picture in pixels (500x500)",       setSize},
+    {"--help",    nullptr,   "this text",                                          printHelp},
+    {"--version", nullptr,   "name and version",                                   printVersion},
+};
+// clang-format on
+
+void printHelp(Options& /*options*/, const char* /*value*/) {
+    std::puts(
+        "Usage: kelhpgl [OPTION]... [FILE]...\n"
+        "Shows plotter drawings written in HP-GL or HP-GL/2.\n\n"
+        "  FILE               a drawing; several are shown one after another\n"
+        "  -                  the drawing on standard input (also taken from a pipe when no FILE is given)");
+    for (const Option& option : OPTIONS) {
+        std::printf("  %-9s %-8s %s\n", option.name, option.value != nullptr ? option.value : "", option.help);
+    }
+    std::puts(
+        "  -I=NUMBER          id with which a host is notified when the viewer ends badly\n"
+        "  -P=NUMBER          the host's window");
+    std::exit(0);
+}
+
+// -I=N and -P=N, in either case. A value that is no number counts as 0, as the viewer takes it.
+bool takeNotification(Options& options, std::string_view word) {
+    if (word.size() < 4 || word[2] != '=') return false;
+    const char* value = word.data() + 3;
+    switch (word[1]) {
+        case 'I':
+        case 'i':
+            options.notifyId = static_cast<uint32_t>(std::strtol(value, nullptr, 10));
+            return true;
+        case 'P':
+        case 'p':
+            options.notifyWindow = static_cast<uintptr_t>(std::strtol(value, nullptr, 10));
+            return true;
+        default:
+            return false;
+    }
+}
+
+const Option* findOption(std::string_view word) {
+    for (const Option& option : OPTIONS) {
+        if (word == option.name) return &option;
+    }
+    return nullptr;
+}
+
+// Takes the option at the front and answers what is left behind it.
+Words takeOption(Options& options, Words words) {
+    const std::string_view word = words.front();
+    const Option* option = findOption(word);
+    if (option == nullptr) {
+        if (!takeNotification(options, word)) refuse("unknown option", word);
+        return words.subspan(1);
+    }
+    if (option->value == nullptr) {
+        option->take(options, nullptr);
+        return words.subspan(1);
+    }
+    if (words.size() < 2) refuse("a value is missing behind", word);
+    option->take(options, words[1]);
+    return words.subspan(2);
+}
+
+// A terminal has no data, nor has /dev/null. To be asked before Qt opens files of its own: one of them may take the
+// place of a standard input that was closed.
+bool standardInputHasData() {
+    struct stat about = {};
+    return fstat(STDIN_FILENO, &about) == 0 && (S_ISFIFO(about.st_mode) || S_ISREG(about.st_mode));
+}
+
+}  // namespace
+
+Options readOptions() {
+    Options options;
+    const PlatformArguments arguments = platformArguments();
+    Words words(arguments.values, static_cast<std::size_t>(arguments.count));
+    if (!words.empty()) words = words.subspan(1);
+    bool optionsEnded = false;
+    while (!words.empty()) {
+        const std::string_view word = words.front();
+        if (!optionsEnded && word.size() > 1 && word.front() == '-' && word != "--") {
+            words = takeOption(options, words);
+            continue;
+        }
+        if (word == "--" && !optionsEnded) {
+            optionsEnded = true;
+        } else {
+            // A file called "-" behind "--" is given a path, so that it is not taken for standard input.
+            options.sources += optionsEnded && word == "-" ? "./-" : QString::fromLocal8Bit(word);
+        }
+        words = words.subspan(1);
+    }
+    options.pipedIn = options.sources.isEmpty() && standardInputHasData();
+    return options;
+}
+
+}  // namespace qrvel

@@ -1,0 +1,23 @@
+// The toolkit's own options, out of the process's true argument vector.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <cstdint>
+
+namespace qrvel {
+
+struct Options {
+    QStringList sources;         // file names, "-" for standard input, in the order given
+    bool pipedIn = false;        // no source is named, but there is a pipe or a file on standard input
+    QString picture;             // --picture: the PNG to write instead of showing a window; empty for none
+    int32_t pictureWidth = 500;  // pixels, as large as the window's first size
+    int32_t pictureHeight = 500;
+    uint32_t notifyId = 0;       // -I=
+    uintptr_t notifyWindow = 0;  // -P=
+};
+
+// Reads the options. --help and --version print and end the process with 0, wrong options with 2 and a line.
+Options readOptions();
+
+}  // namespace qrvel

@@ -1,0 +1,200 @@
+// The OUT operations: each finds its child's device, checks what it was handed, and lets the device draw.
+#include <span>
+
+#include "child.h"
+#include "fonts.h"
+#include "handles.h"
+#include "out.h"
+#include "toolkit_trace.h"
+
+namespace qrvel {
+
+namespace {
+
+// The output of a child; null, with a line in the trace, when there is none.
+OutputDevice* outputOf(WHandle child, const char* operation) {
+    const auto* found = handles().find<Child>(child, operation);
+    if (found == nullptr) return nullptr;
+    if (!found->surface) [[unlikely]] {
+        traceLine("%s: %08X has no device\n", operation, child);
+    }
+    return found->surface.get();
+}
+
+Box boxOf(int32_t x, int32_t y, int32_t width, int32_t height) {
+    return Box{.x = x, .y = y, .width = width, .height = height}.normalised();
+}
+
+void drawThinPolyline(OutputDevice& output, std::span<const OUTPoint> points) {
+    OUTPoint from = points.front();
+    for (const OUTPoint to : points.size() > 1 ? points.subspan(1) : points) {
+        output.line(from, to);
+        from = to;
+    }
+}
+
+// The number of points of all polygons; -1 when a count is negative.
+int64_t sumOf(std::span<const int32_t> counts) {
+    int64_t sum = 0;
+    for (const int32_t count : counts) {
+        if (count < 0) return -1;
+        sum += count;
+    }
+    return sum;
+}
+
+}  // namespace
+
+}  // namespace qrvel
+
+using namespace qrvel;
+
+int32_t OUTstdcreate(WHandle child, WHandle /*owner*/, uint32_t /*colours*/, uint32_t /*flags*/,
+                     WHandle /*colourTable*/) {
+    auto* found = handles().find<Child>(child, __func__);
+    if (found == nullptr || found->widget == nullptr) return 0;
+    // The table handed over is always the one made last, which is what a device takes by itself.
+    found->surface = std::make_unique<ScreenSurface>([widget = found->widget](ScreenSurface::Refresh refresh) {
+        if (widget == nullptr) return;
+        if (refresh == ScreenSurface::Refresh::AtOnce) {
+            widget->repaint();
+        } else {
+            widget->update();
+        }
+    });
+    found->widget->show(found->surface.get());
+    found->widget->fitSurface();
+    return 1;
+}
+
+void OUTdestroy(WHandle child) {
+    auto* found = handles().find<Child>(child, __func__);
+    if (found == nullptr) return;
+    if (found->widget != nullptr) found->widget->show(nullptr);
+    found->surface.reset();
+}
+
+int32_t OUTreset(WHandle child) {
+    OutputDevice* output = outputOf(child, __func__);
+    if (output == nullptr) return 0;
+    output->reset();
+    return 1;
+}
+
+int32_t OUTendpaint(WHandle child) {
+    OutputDevice* output = outputOf(child, __func__);
+    if (output == nullptr) return 0;
+    output->endPaint();
+    return 1;
+}
+
+int32_t OUTsetbackground(WHandle child, uint32_t colour) {
+    if (outputOf(child, __func__) == nullptr) return 0;
+    handles().find<Child>(child)->surface->setBackground(colour);
+    return 1;
+}
+
+int32_t OUTquerysize(WHandle child, int32_t* width, int32_t* height) {
+    const auto* found = handles().find<Child>(child, __func__);
+    if (found == nullptr || found->widget == nullptr) return 0;
+    const QSize size = found->surface ? found->surface->size() : found->widget->deviceSize();
+    *width = size.width();
+    *height = size.height();
+    return 1;
+}
+
+int32_t OUTline(WHandle child, int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
+    OutputDevice* output = outputOf(child, __func__);
+    if (output == nullptr) return 0;
+    output->line({.x = x1, .y = y1}, {.x = x2, .y = y2});
+    return 1;
+}
+
+int32_t OUTgeomline(WHandle child, const OUTPoint* points, int32_t count, int32_t width) {
+    OutputDevice* output = outputOf(child, __func__);
+    if (output == nullptr) return 0;
+    if (points == nullptr || count < 1) return 1;
+    const std::span polyline(points, static_cast<std::size_t>(count));
+    if (width > 1) {
+        output->wideLine(polyline, width);
+    } else {
+        drawThinPolyline(*output, polyline);
+    }
+    return 1;
+}
+
+int32_t OUTboxr0(WHandle child, int32_t x, int32_t y, int32_t w, int32_t h) {
+    OutputDevice* output = outputOf(child, __func__);
+    if (output == nullptr) return 0;
+    output->outline(boxOf(x, y, w, h));
+    return 1;
+}
+
+int32_t OUTboxr1(WHandle child, int32_t x, int32_t y, int32_t w, int32_t h) {
+    OutputDevice* output = outputOf(child, __func__);
+    if (output == nullptr) return 0;
+    output->fill(boxOf(x, y, w, h));
+    return 1;
+}
+
+// There are no fill attributes beside the colour, so clearing is filling.
+int32_t OUTboxr2(WHandle child, int32_t x, int32_t y, int32_t w, int32_t h) {
+    return OUTboxr1(child, x, y, w, h);
+}
+
+int32_t OUTwinsolidpolygons(WHandle child, const OUTPoint* points, const int32_t* counts, int32_t n) {
+    OutputDevice* output = outputOf(child, __func__);
+    if (output == nullptr) return 0;
+    if (points == nullptr || counts == nullptr || n < 1) return 1;
+    const std::span sizes(counts, static_cast<std::size_t>(n));
+    const int64_t sum = sumOf(sizes);
+    if (sum < 0) return 0;
+    output->polygons({points, static_cast<std::size_t>(sum)}, sizes);
+    return 1;
+}
+
+int32_t OUTtrackbox(WHandle child, int32_t x, int32_t y, int32_t w, int32_t h, uint32_t /*flags*/) {
+    OutputDevice* output = outputOf(child, __func__);
+    if (output == nullptr) return 0;
+    output->trackBox(boxOf(x, y, w, h));
+    return 1;
+}
+
+int32_t OUTlinecolour(WHandle child, int32_t colour) {
+    OutputDevice* output = outputOf(child, __func__);
+    if (output == nullptr) return 0;
+    output->attributes.lineColour = output->colourAt(colour);
+    return 1;
+}
+
+int32_t OUTfillcolour(WHandle child, int32_t colour) {
+    OutputDevice* output = outputOf(child, __func__);
+    if (output == nullptr) return 0;
+    output->attributes.fillColour = output->colourAt(colour);
+    return 1;
+}
+
+int32_t OUTsettext(WHandle child, int32_t /*a*/, int32_t /*b*/, int32_t width, int32_t height, int32_t /*e*/,
+                   int32_t /*f*/) {
+    OutputDevice* output = outputOf(child, __func__);
+    if (output == nullptr) return 0;
+    output->attributes.textWidth = width;
+    output->attributes.textHeight = height;
+    return 1;
+}
+
+int32_t OUTchars_len(WHandle child, int32_t x, int32_t y, int32_t length, const char* text, uint32_t /*flags*/) {
+    OutputDevice* output = outputOf(child, __func__);
+    if (output == nullptr) return 0;
+    if (text != nullptr && length > 0) output->text({.x = x, .y = y}, {text, static_cast<std::size_t>(length)});
+    return 1;
+}
+
+uintptr_t OUTquery(WHandle child, uint32_t kind) {
+    constexpr uint32_t NUMBER_OF_FONTS = 2;
+    constexpr uint32_t FONTS = 3;
+    if (outputOf(child, __func__) == nullptr) return 0;
+    const std::vector<WHandle>& fonts = registeredFonts();
+    if (kind == NUMBER_OF_FONTS) return fonts.size();
+    return kind == FONTS ? reinterpret_cast<uintptr_t>(fonts.data()) : 0;
+}

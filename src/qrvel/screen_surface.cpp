@@ -1,0 +1,160 @@
+#include "screen_surface.h"
+
+#include <QPainter>
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "polygon_fill.h"
+#include "thin_line.h"
+#include "wide_line.h"
+
+namespace qrvel {
+
+namespace {
+
+constexpr auto PROGRESS_INTERVAL = std::chrono::milliseconds(100);
+
+// Work between two looks at the clock, in thin lines, and what other calls cost in that measure.
+constexpr int32_t WORK_BETWEEN_LOOKS = 10000;
+constexpr int32_t LINE_WORK = 1;
+constexpr int32_t WIDE_LINE_WORK = 20;
+constexpr int32_t BOX_WORK = 50;
+constexpr int32_t POLYGON_WORK = 200;
+constexpr int32_t CHARACTER_WORK = 5;
+
+QImage blank(QSize size) {
+    QImage image(size, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    return image;
+}
+
+}  // namespace
+
+ScreenSurface::ScreenSurface(Refresher refresher) : refresher_(std::move(refresher)) {
+    OutputDevice::reset();
+}
+
+void ScreenSurface::resize(QSize size) {
+    QImage shown = blank(size);
+    if (!shown_.isNull() && !size.isEmpty()) QPainter(&shown).drawImage(0, 0, shown_);
+    shown_ = shown;
+    drawn_ = blank(size);
+    area_ = {};
+    if (!size.isEmpty()) {
+        const auto stride = static_cast<std::ptrdiff_t>(drawn_.bytesPerLine() / std::ptrdiff_t{sizeof(uint32_t)});
+        area_ = {.origin = reinterpret_cast<uint32_t*>(drawn_.bits()) + (size.height() - 1) * stride,
+                 .stride = -stride,
+                 .width = size.width(),
+                 .height = size.height()};
+    }
+    complete_ = false;
+}
+
+void ScreenSurface::clear() {
+    fillBox(area_, 0, 0, area_.width - 1, area_.height - 1, hasColours() ? colourAt(background_) : WHITE);
+    changed_ = true;
+}
+
+void ScreenSurface::show(QPainter& painter) const {
+    painter.drawImage(0, 0, shown_);
+    painter.setBrush(Qt::NoBrush);
+    for (const auto& [box, colour] : trackBoxes_) {
+        painter.setPen(QPen(QColor::fromRgb(colour), 1));
+        painter.drawRect(QRectF(static_cast<double>(box.x) + 0.5, fromTop(box.y + box.height),
+                                static_cast<double>(box.width), static_cast<double>(box.height)));
+    }
+}
+
+void ScreenSurface::dropTrackBoxes() {
+    if (trackBoxes_.empty()) return;
+    trackBoxes_.clear();
+    refresher_(Refresh::Soon);
+}
+
+void ScreenSurface::bringUpToDate() {
+    if (std::exchange(changed_, false) && !drawn_.isNull()) {
+        std::memcpy(shown_.bits(), drawn_.constBits(), static_cast<std::size_t>(drawn_.sizeInBytes()));
+    }
+}
+
+void ScreenSurface::showProgress() {
+    workLeft_ = WORK_BETWEEN_LOOKS;
+    if (Clock::now() < nextProgress_) return;
+    bringUpToDate();
+    refresher_(Refresh::AtOnce);
+    nextProgress_ = Clock::now() + PROGRESS_INTERVAL;
+}
+
+void ScreenSurface::reset() {
+    OutputDevice::reset();
+    workLeft_ = WORK_BETWEEN_LOOKS;
+    nextProgress_ = Clock::now() + PROGRESS_INTERVAL;
+}
+
+void ScreenSurface::endPaint() {
+    bringUpToDate();
+    complete_ = true;
+    refresher_(Refresh::Soon);
+}
+
+void ScreenSurface::line(OUTPoint from, OUTPoint to) {
+    drawThinLine(area_, from.x, from.y, to.x, to.y, attributes.lineColour);
+    count(LINE_WORK);
+}
+
+void ScreenSurface::wideLine(std::span<const OUTPoint> points, int32_t width) {
+    OUTPoint from = points.front();
+    const auto others = points.size() > 1 ? points.subspan(1) : points;
+    for (const OUTPoint to : others) {
+        drawWideLine(area_, from.x, from.y, to.x, to.y, width, attributes.lineColour);
+        from = to;
+        count(WIDE_LINE_WORK);
+    }
+}
+
+void ScreenSurface::outline(const Box& box) {
+    const int64_t right = box.x + box.width;
+    const int64_t top = box.y + box.height;
+    fillBox(area_, box.x, box.y, right, box.y, attributes.lineColour);
+    fillBox(area_, box.x, top, right, top, attributes.lineColour);
+    fillBox(area_, box.x, box.y, box.x, top, attributes.lineColour);
+    fillBox(area_, right, box.y, right, top, attributes.lineColour);
+    count(BOX_WORK);
+}
+
+void ScreenSurface::fill(const Box& box) {
+    fillBox(area_, box.x, box.y, box.x + box.width - 1, box.y + box.height - 1, attributes.fillColour);
+    count(BOX_WORK);
+}
+
+void ScreenSurface::polygons(std::span<const OUTPoint> points, std::span<const int32_t> counts) {
+    std::vector<QPolygonF> polygons;
+    for (const int32_t size : counts) {
+        QPolygonF& polygon = polygons.emplace_back();
+        for (const OUTPoint point : points.first(static_cast<std::size_t>(size))) {
+            polygon += QPointF(point.x + 0.5, fromTop(point.y));
+        }
+        points = points.subspan(static_cast<std::size_t>(size));
+        count(POLYGON_WORK + size);
+    }
+    if (!drawn_.isNull()) fillPolygons(drawn_, polygons, Qt::OddEvenFill, false, attributes.fillColour);
+}
+
+void ScreenSurface::text(OUTPoint baseline, std::string_view bytes) {
+    const TextBox box{.x = baseline.x, .y = baseline.y, .width = attributes.textWidth, .height = attributes.textHeight};
+    if (!drawn_.isNull()) text_.draw(drawn_, area_, bytes, box, attributes.lineColour);
+    count(CHARACTER_WORK * static_cast<int32_t>(std::min<std::size_t>(bytes.size(), WORK_BETWEEN_LOOKS)));
+}
+
+void ScreenSurface::trackBox(const Box& box) {
+    const auto known =
+        std::find_if(trackBoxes_.begin(), trackBoxes_.end(), [&](const TrackBox& track) { return track.box == box; });
+    if (known != trackBoxes_.end()) {
+        trackBoxes_.erase(known);
+    } else {
+        trackBoxes_.push_back({.box = box, .colour = attributes.lineColour});
+    }
+}
+
+}  // namespace qrvel

@@ -1,0 +1,82 @@
+// The output device of a window: the drawing goes to one image, and the widget shows another, which is brought up to
+// date when the drawing ends, or while it is going on for so long that one would wonder.
+#pragma once
+
+#include <QImage>
+#include <chrono>
+#include <functional>
+#include <vector>
+
+#include "output_device.h"
+#include "pixel_area.h"
+#include "text_output.h"
+
+class QPainter;
+
+namespace qrvel {
+
+class ScreenSurface final : public OutputDevice {
+  public:
+    // How the widget is asked to show the surface again: soon, or at once without taking any other event.
+    enum class Refresh { Soon, AtOnce };
+    using Refresher = std::function<void(Refresh)>;
+
+    explicit ScreenSurface(Refresher refresher);
+
+    // Takes another size; what is shown stays at the upper left until the next picture.
+    void resize(QSize size);
+    void setBackground(uint32_t index) { background_ = index; }
+    // Fills what is being drawn with the background; what is shown stays.
+    void clear();
+    // Puts what is to be seen, one unit of the painter a device pixel.
+    void show(QPainter& painter) const;
+    void dropTrackBoxes();
+    // What was shown last, without track boxes.
+    const QImage& shown() const { return shown_; }
+    // Whether a drawing has been ended since the size was set.
+    bool isComplete() const { return complete_; }
+
+    QSize size() const override { return drawn_.size(); }
+    void reset() override;
+    void endPaint() override;
+    void line(OUTPoint from, OUTPoint to) override;
+    void wideLine(std::span<const OUTPoint> points, int32_t width) override;
+    void outline(const Box& box) override;
+    void fill(const Box& box) override;
+    void polygons(std::span<const OUTPoint> points, std::span<const int32_t> counts) override;
+    void text(OUTPoint baseline, std::string_view bytes) override;
+    void trackBox(const Box& box) override;
+
+  private:
+    struct TrackBox {
+        Box box;
+        uint32_t colour;
+    };
+    using Clock = std::chrono::steady_clock;
+
+    // Counts the work of one call, in the time of a short thin line; now and then looks at the clock.
+    void count(int32_t work) {
+        changed_ = true;
+        workLeft_ -= work;
+        if (workLeft_ < 0) [[unlikely]] {
+            showProgress();
+        }
+    }
+    void showProgress();
+    void bringUpToDate();
+    double fromTop(int64_t y) const { return area_.height - 0.5 - static_cast<double>(y); }
+
+    Refresher refresher_;
+    QImage drawn_;
+    QImage shown_;
+    PixelArea area_;  // the pixels of drawn_
+    TextOutput text_;
+    std::vector<TrackBox> trackBoxes_;
+    uint32_t background_ = 0;
+    bool changed_ = false;
+    bool complete_ = false;
+    int32_t workLeft_ = 0;
+    Clock::time_point nextProgress_;
+};
+
+}  // namespace qrvel

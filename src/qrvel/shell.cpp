@@ -1,0 +1,142 @@
+#include "shell.h"
+
+#include <QCloseEvent>
+#include <QLayout>
+
+#include "app_icon.h"
+#include "application.h"
+#include "child.h"
+#include "cont.h"
+#include "message_pump.h"
+#include "objects.h"
+#include "shl.h"
+
+namespace qrvel {
+
+namespace {
+
+constexpr int LEAST_WIDTH = 200;  // logical pixels; below, no menu can be read
+constexpr int LEAST_HEIGHT = 160;
+
+// Paper is white, whatever colours the desktop likes.
+void paintWhite(QWidget& widget, bool on) {
+    QPalette palette = widget.palette();
+    palette.setColor(QPalette::Window, Qt::white);
+    widget.setPalette(palette);
+    widget.setAutoFillBackground(on);
+}
+
+// Gives the window such a size that its inside is as large as the picture asked for.
+void fitPicture(ShellWindow& window, QWidget& inside, const Options& options) {
+    inside.setFixedSize(options.pictureWidth, options.pictureHeight);
+    window.resize(window.sizeHint());
+}
+
+void postSizeAndPaint(const Container& container) {
+    postSizeOfContainer(container.handle);
+    const auto* child =
+        handles().findFirst<Child>([&](const Child& candidate) { return candidate.container == container.handle; });
+    if (child != nullptr) application()->messages.postPaint(child->handle);
+}
+
+}  // namespace
+
+ShellWindow::ShellWindow(const QString& title) {
+    setWindowTitle(title);
+    setWindowIcon(makeAppIcon());
+    setMinimumSize(LEAST_WIDTH, LEAST_HEIGHT);
+}
+
+void ShellWindow::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    quitApplication();
+}
+
+ContainerWidget::ContainerWidget(QWidget* parent, WHandle handle) : QWidget(parent), handle_(handle) {}
+
+void ContainerWidget::resizeEvent(QResizeEvent* /*event*/) {
+    postSizeOfContainer(handle_);
+}
+
+void postSizeOfContainer(WHandle container) {
+    const auto* found = handles().find<Container>(container);
+    if (found == nullptr || application() == nullptr) return;
+    if (const WHandle object = mainObjectOf(found->windowClass)) application()->messages.postSize(object);
+}
+
+}  // namespace qrvel
+
+using namespace qrvel;
+
+WHandle SHLcreate(WHandle app, WHandle* container, const char* title, uint32_t /*kind*/, uint32_t /*flags*/) {
+    auto* found = handles().find<Application>(app, __func__);
+    if (found == nullptr) return 0;
+    auto* shell = handles().make<Shell>();
+    auto* inside = handles().make<Container>();
+    if (shell == nullptr || inside == nullptr) return 0;
+    shell->window = new ShellWindow(QString::fromUtf8(title));
+    inside->widget = new ContainerWidget(shell->window, inside->handle);
+    shell->window->setCentralWidget(inside->widget);
+    shell->container = inside->handle;
+    found->variables.mainWindow = pump::handleOf(shell->window->winId());
+    *container = inside->handle;
+    return shell->handle;
+}
+
+void SHLdestroy(WHandle shell) {
+    if (handles().find<Shell>(shell, __func__) == nullptr) return;
+    if (Application* app = application()) app->variables.mainWindow = nullptr;
+    handles().destroy<Shell>(shell, __func__);
+}
+
+int32_t SHLsetpos(WHandle shell, int32_t x, int32_t y, int32_t width, int32_t height, uint32_t flags) {
+    const auto* found = handles().find<Shell>(shell, __func__);
+    if (found == nullptr || found->window == nullptr) return 0;
+    const auto* container = handles().find<Container>(found->container);
+    found->window->move(x, y);
+    if (application()->options.picture.isEmpty()) {
+        found->window->resize(width, height);
+    } else if (container != nullptr) {
+        fitPicture(*found->window, *container->widget, application()->options);
+    }
+    if ((flags & SHL_SHOW) == 0) return 1;
+    found->window->show();
+    if (container != nullptr) postSizeAndPaint(*container);
+    return 1;
+}
+
+WHandle SHLquerywid(WHandle shell, uint32_t part) {
+    constexpr uint32_t HELP_LINE = 4;
+    constexpr uint32_t ACTION_BAR = 7;
+    if (handles().find<Shell>(shell, __func__) == nullptr || (part != HELP_LINE && part != ACTION_BAR)) return 0;
+    const auto* known = handles().findFirst<ShellPart>(
+        [&](const ShellPart& candidate) { return candidate.shell == shell && candidate.part == part; });
+    if (known == nullptr) known = handles().make<ShellPart>(shell, part);
+    return known != nullptr ? known->handle : 0;
+}
+
+int32_t SHLupdatesizes(WHandle shell) {
+    const auto* found = handles().find<Shell>(shell, __func__);
+    if (found == nullptr || found->window == nullptr) return 0;
+    found->window->layout()->activate();
+    return 1;
+}
+
+int32_t CONTstdcreate(WHandle container, WHandle windowClass, uint32_t /*a*/, uint32_t /*b*/, uint32_t /*c*/,
+                      uint32_t /*d*/) {
+    auto* found = handles().find<Container>(container, __func__);
+    if (found == nullptr || handles().find<WindowClass>(windowClass, __func__) == nullptr) return 0;
+    found->windowClass = windowClass;
+    return 1;
+}
+
+int32_t CONTdrawbackground(WHandle container, uint32_t on) {
+    const auto* found = handles().find<Container>(container, __func__);
+    if (found == nullptr || found->widget == nullptr) return 0;
+    paintWhite(*found->widget, on != 0);
+    return 1;
+}
+
+void CONTdestroy(WHandle container) {
+    handles().destroy<Container>(container, __func__);
+}

@@ -1,0 +1,59 @@
+// The main window and its inside.
+#pragma once
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include "handles.h"
+
+namespace qrvel {
+
+// Closing it only asks the application to end: the viewer takes the window down itself.
+class ShellWindow : public QMainWindow {
+  public:
+    explicit ShellWindow(const QString& title);
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+};
+
+// The inside of the shell between its bars. A new size is a size message for the object of the container's class.
+class ContainerWidget : public QWidget {
+  public:
+    ContainerWidget(QWidget* parent, WHandle handle);
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
+    WHandle handle_;
+};
+
+struct Shell : Object {
+    static constexpr Kind KIND = Kind::Shell;
+    ~Shell() override { delete window; }
+
+    QPointer<ShellWindow> window;
+    WHandle container = 0;
+};
+
+// A place in a shell, for the bar that is made in it.
+struct ShellPart : Object {
+    static constexpr Kind KIND = Kind::ShellPart;
+    ShellPart(WHandle of, uint32_t which) : shell(of), part(which) {}
+
+    WHandle shell;
+    uint32_t part;
+};
+
+struct Container : Object {
+    static constexpr Kind KIND = Kind::Container;
+
+    QPointer<ContainerWidget> widget;  // its parent, the shell's window, owns it
+    WHandle windowClass = 0;
+};
+
+// Queues a size message for the object whose window a container is.
+void postSizeOfContainer(WHandle container);
+
+}  // namespace qrvel

@@ -1,0 +1,44 @@
+// Reads one source to its end, a little at each turn of the event loop, into a spool.
+#pragma once
+
+#include <QSocketNotifier>
+#include <QString>
+#include <QTimer>
+#include <functional>
+#include <memory>
+
+#include "spool.h"
+
+namespace qrvel {
+
+class SourceReader {
+  public:
+    // Called once, from the event loop; it may destroy the reader.
+    using Done = std::function<void()>;
+
+    // name: a file's, or "-" for standard input.
+    SourceReader(QString name, Done done);
+    ~SourceReader();
+    SourceReader(const SourceReader&) = delete;
+    SourceReader& operator=(const SourceReader&) = delete;
+
+    const QString& name() const { return name_; }
+    // Why the source could not be read; empty when all went well.
+    const QString& failure() const { return failure_; }
+    // What was read, whole.
+    std::unique_ptr<Spool> takeSpool() { return std::move(spool_); }
+
+  private:
+    void readOn();
+    void end(const QString& failure);
+
+    QString name_;
+    QString failure_;
+    Done done_;
+    int file_;
+    QSocketNotifier* notifier_ = nullptr;
+    QTimer notOpened_;
+    std::unique_ptr<Spool> spool_ = std::make_unique<Spool>();
+};
+
+}  // namespace qrvel

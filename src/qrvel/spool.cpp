@@ -1,0 +1,53 @@
+#include "spool.h"
+
+#include <unistd.h>
+
+namespace qrvel {
+
+namespace {
+
+constexpr qint64 MOST_IN_MEMORY = qint64{16} * 1024 * 1024;
+
+// A drawing takes several times its size when it is parsed, so half of the machine's memory is the limit.
+qint64 mostBytes() {
+    static const qint64 half = static_cast<qint64>(sysconf(_SC_PHYS_PAGES)) * sysconf(_SC_PAGESIZE) / 2;
+    return half;
+}
+
+}  // namespace
+
+bool Spool::fail(const QString& reason) {
+    failure_ = reason;
+    return false;
+}
+
+bool Spool::moveToFile() {
+    file_ = std::make_unique<QTemporaryFile>();
+    if (!file_->open() || file_->write(memory_) != memory_.size()) return fail(file_->errorString());
+    memory_ = {};
+    return true;
+}
+
+bool Spool::append(const char* bytes, qint64 count) {
+    size_ += count;
+    if (size_ > mostBytes()) return fail("more data than half of the memory");
+    if (!file_ && size_ <= MOST_IN_MEMORY) {
+        memory_.append(bytes, count);
+        return true;
+    }
+    if (!file_ && !moveToFile()) return false;
+    return file_->write(bytes, count) == count || fail(file_->errorString());
+}
+
+bool Spool::finish() {
+    if (!file_) {
+        bytes_ = {memory_.constData(), static_cast<std::size_t>(memory_.size())};
+        return true;
+    }
+    const uchar* mapped = file_->flush() ? file_->map(0, size_) : nullptr;
+    if (mapped == nullptr) return fail(file_->errorString());
+    bytes_ = {reinterpret_cast<const char*>(mapped), static_cast<std::size_t>(size_)};
+    return true;
+}
+
+}  // namespace qrvel

@@ -1,0 +1,33 @@
+// Where a transmission is kept until it is whole: in memory, beyond 16 MiB in a temporary file without a name.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QTemporaryFile>
+#include <memory>
+#include <string_view>
+
+namespace qrvel {
+
+class Spool {
+  public:
+    // False when the bytes cannot be kept; failure() then says why.
+    bool append(const char* bytes, qint64 count);
+    // Ends the appending. False like append.
+    bool finish();
+    // All bytes, after finish; valid as long as the spool.
+    std::string_view bytes() const { return bytes_; }
+    const QString& failure() const { return failure_; }
+
+  private:
+    bool moveToFile();
+    bool fail(const QString& reason);
+
+    QByteArray memory_;
+    std::unique_ptr<QTemporaryFile> file_;
+    qint64 size_ = 0;
+    std::string_view bytes_;
+    QString failure_;
+};
+
+}  // namespace qrvel

@@ -1,0 +1,13 @@
+// Lines of one pixel, straight into the pixels of a surface.
+#pragma once
+
+#include "pixel_area.h"
+
+namespace qrvel {
+
+// Draws the line between two points, both included. Any coordinates will do: what lies outside is cut off first, so
+// the time is bounded by the longer side of the area, and inside exactly the pixels are set that the uncut line has.
+// A line and its reverse set the same pixels.
+void drawThinLine(const PixelArea& area, int32_t x1, int32_t y1, int32_t x2, int32_t y2, uint32_t colour);
+
+}  // namespace qrvel
