@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <memory>
 
+#include "display.h"
 #include "windows.h"
-#include "x11_notify.h"
 
 namespace {
 
@@ -17,11 +17,9 @@ bool isUnseen(const QString& platform) {
     return platform.startsWith("offscreen") || platform.startsWith("minimal");
 }
 
-// Qt ends the process when it finds no display, so it is looked for first.
-bool hasDisplay() {
+bool isSeen() {
     if (QCoreApplication::instance() != nullptr) return !isUnseen(QGuiApplication::platformName());
-    if (isUnseen(qEnvironmentVariable("QT_QPA_PLATFORM"))) return false;
-    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") || x11::isReachable();
+    return !isUnseen(qEnvironmentVariable("QT_QPA_PLATFORM")) && isDisplayReachable();
 }
 
 // An application for as long as the box is shown, so that the toolkit can make its own later.
@@ -51,7 +49,7 @@ void showBox(const QString& text, const QString& title, UINT type) {
 }  // namespace
 
 int MessageBoxA(HWND /*owner*/, LPCSTR text, LPCSTR title, UINT type) {
-    if (hasDisplay()) {
+    if (isSeen()) {
         showBox(QString::fromUtf8(text), QString::fromUtf8(title), type);
     } else {
         std::fprintf(stderr, "%s: %s\n", title, text);

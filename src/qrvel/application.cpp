@@ -2,9 +2,9 @@
 
 #include <clocale>
 #include <cstdio>
-#include <cstdlib>
 #include <utility>
 
+#include "display.h"
 #include "fonts.h"
 #include "notices.h"
 #include "toolkit_trace.h"
@@ -15,15 +15,6 @@ namespace qrvel {
 namespace {
 
 Application* running = nullptr;
-
-bool isSet(const char* variable) {
-    const char* value = std::getenv(variable);
-    return value != nullptr && *value != '\0';
-}
-
-bool hasDisplay() {
-    return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
-}
 
 std::unique_ptr<QApplication> makeQApplication() {
     if (QCoreApplication::instance() != nullptr) return nullptr;
@@ -86,8 +77,8 @@ WHandle WIinitialise(int32_t /*argc*/, char** /*argv*/, uint32_t /*flag*/) {
     }
     Options options = readOptions();
     if (!options.picture.isEmpty()) qputenv("QT_QPA_PLATFORM", "offscreen");
-    if (!hasDisplay()) {
-        std::fputs("kelhpgl: no display (neither DISPLAY nor WAYLAND_DISPLAY is set)\n", stderr);
+    if (!isDisplayReachable()) {
+        std::fputs("kelhpgl: no display (DISPLAY names none that answers)\n", stderr);
         return 0;
     }
     const Application* app = handles().make<Application>(std::move(options));

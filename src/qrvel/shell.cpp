@@ -78,7 +78,6 @@ WHandle SHLcreate(WHandle app, WHandle* container, const char* title, uint32_t /
     inside->widget = new ContainerWidget(shell->window, inside->handle);
     shell->window->setCentralWidget(inside->widget);
     shell->container = inside->handle;
-    found->variables.mainWindow = pump::handleOf(shell->window->winId());
     *container = inside->handle;
     return shell->handle;
 }
@@ -93,14 +92,16 @@ int32_t SHLsetpos(WHandle shell, int32_t x, int32_t y, int32_t width, int32_t he
     const auto* found = handles().find<Shell>(shell, __func__);
     if (found == nullptr || found->window == nullptr) return 0;
     const auto* container = handles().find<Container>(found->container);
-    found->window->move(x, y);
     if (application()->options.picture.isEmpty()) {
         found->window->resize(width, height);
     } else if (container != nullptr) {
         fitPicture(*found->window, *container->widget, application()->options);
     }
+    found->window->move(x, y);
     if ((flags & SHL_SHOW) == 0) return 1;
     found->window->show();
+    // Not before: a window that is native already is moved without its frame.
+    application()->variables.mainWindow = pump::handleOf(found->window->winId());
     if (container != nullptr) postSizeAndPaint(*container);
     return 1;
 }
