@@ -220,13 +220,15 @@ namespace {
 constexpr std::string_view toolkitModule = "QRVEL";
 constexpr std::string_view toolkitFile = "libQRVEL.so";
 constexpr uintptr_t loadedModule = 0x1000;
+constexpr uintptr_t ownModule = 0x400;  // the program itself, which a null name asks for
 
 }  // namespace
 
 // Another handle than LoadLibraryA's: loading may fail although the module is there.
 HMODULE GetModuleHandleA(LPCSTR name) {
-    const bool known = note(__func__, name) && name == toolkitModule && script.moduleLoaded;
-    return known ? systemHandle<HMODULE>(loadedModule) : nullptr;
+    if (!note(__func__, name)) return nullptr;
+    if (name == nullptr) return systemHandle<HMODULE>(ownModule);
+    return name == toolkitModule && script.moduleLoaded ? systemHandle<HMODULE>(loadedModule) : nullptr;
 }
 
 HMODULE LoadLibraryA(LPCSTR name) {

@@ -84,11 +84,13 @@ def check_trace(folder):
     """The trace's environment variables are honoured; without them no file appears."""
     run(["t.plt"], folder)
     quiet = sorted(path.name for path in folder.iterdir())
+    window = run(["--picture", "t.plt"], folder, {"KELGTRACE": "3", "KELGTRACE_WINHT": "100"})
     run(["t.plt"], folder, {"DGTRACE": "2"})
     logs = sorted(path.name for path in folder.glob("*.log"))
     text = (folder / "dev_hp00.log").read_bytes() if logs else b""
     return [
         check("no trace file without being asked for", ["empty.plt", "t.plt"], quiet),
+        check("trace window", (0, PICTURE, ""), window),
         check("trace file", ["dev_hp00.log"], logs),
         check("trace line", True, b"HPGL-Viewer started\r\n" in text),
         check("trace of the zoom stack", True, b"Zoom Stack successfully initialized: 0 0 3 4\r\n" in text),
