@@ -20,6 +20,7 @@ inline constexpr int32_t HPGL_COMMANDS = 93;
 extern const HPGLCommand HPGLCommandTable[HPGL_COMMANDS];
 
 // Ids by name, in table order.
+// clang-format off
 enum HPGLCommandId : uint8_t {
     CMD_HPGL_DATA, CMD_HPGL_FILE, CMD_HPGL_INFO, CMD_CO, CMD_DF, CMD_IN, CMD_IP, CMD_IR, CMD_IW, CMD_PG,
     CMD_RO, CMD_RP, CMD_SC, CMD_AA, CMD_AR, CMD_AT, CMD_BR, CMD_BZ, CMD_CI, CMD_PA, CMD_PD, CMD_PE, CMD_PR,
@@ -30,3 +31,4 @@ enum HPGLCommandId : uint8_t {
     CMD_CT, CMD_DL, CMD_EC, CMD_FR, CMD_MG, CMD_MT, CMD_OH, CMD_OI, CMD_OP, CMD_OS, CMD_PS, CMD_QL, CMD_ST,
     CMD_VR, CMD_CR, CMD_DC, CMD_DP, CMD_OD,
 };
+// clang-format on

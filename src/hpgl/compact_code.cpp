@@ -18,12 +18,6 @@ void freeBlock(void* data) {
     free(data);
 }
 
-CBlock* lastBlock(CBlockList* blocks) {
-    void* block = nullptr;
-    HPGLgotoLast(blocks);
-    return HPGLgetActualListData(blocks, &block, nullptr, nullptr) ? static_cast<CBlock*>(block) : nullptr;
-}
-
 void moveUnfinishedRecord(CBlock* from, CBlock* to) {
     if (from == nullptr || from->commandStart == nullptr) return;
     const auto n = static_cast<int32_t>(from->actPnt - from->commandStart);
@@ -35,8 +29,14 @@ void moveUnfinishedRecord(CBlock* from, CBlock* to) {
 
 }  // namespace
 
+CBlock* HPGLlastCBlock(CBlockList* blocks) {
+    void* block = nullptr;
+    HPGLgotoLast(blocks);
+    return HPGLgetActualListData(blocks, &block, nullptr, nullptr) ? static_cast<CBlock*>(block) : nullptr;
+}
+
 CBlock* GetNewCBlock(CBlockList* blocks) {
-    CBlock* old = lastBlock(blocks);
+    CBlock* old = HPGLlastCBlock(blocks);
     auto* data = static_cast<uint8_t*>(malloc(HPGL_BLOCK_SIZE));
     if (data == nullptr) {
         TRCTraceError(HPGLTraceHandle, "GetNewCBlock: malloc failed for NewCBlock.Data (%d bytes)\n", HPGL_BLOCK_SIZE);
@@ -47,7 +47,7 @@ CBlock* GetNewCBlock(CBlockList* blocks) {
         free(data);
         return nullptr;
     }
-    CBlock* block = lastBlock(blocks);
+    CBlock* block = HPGLlastCBlock(blocks);
     moveUnfinishedRecord(old, block);
     return block;
 }

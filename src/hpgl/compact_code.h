@@ -33,6 +33,9 @@ struct CBlock {
 // Blocks in the order in which they were made; the last is being written. Elements are copies of descriptors.
 using CBlockList = HPGLList;
 
+// The block being written, or null; the list's cursor goes there.
+CBlock* HPGLlastCBlock(CBlockList* blocks);
+
 // Appends a block and moves the unfinished record of the one before into it. The list's copy of the descriptor, or
 // null (after an error line, list unchanged) when memory is lacking.
 CBlock* GetNewCBlock(CBlockList* blocks);

@@ -13,7 +13,7 @@ struct Digit {
 
 Digit digitOf(char c, bool sevenBit) {
     const auto byte = static_cast<uint8_t>(c);
-    if (sevenBit && byte == '5') return {29, true};  // deliberate: senders that strip the eighth bit rely on it
+    if (sevenBit && byte == '5') return {29, true};  // deliberate, whatever the table of digits says
     const uint32_t lastContinuation = sevenBit ? 94 : 190;
     if (byte > lastContinuation) return {byte - lastContinuation - 1, true};
     return {byte - uint32_t{63}, false};

@@ -75,8 +75,9 @@ bool HPGLsearchList(HPGLList* list, HPGLCompareFunction compare, const void* key
 bool HPGLmoveActualToEnd(HPGLList* list);
 bool HPGLmoveActualToFront(HPGLList* list);
 
-// Removes an element. Where `data` is asked for, the caller owns it from then on (false, and nothing happens, if there
-// is none); otherwise it is freed. A cursor on the element goes to the one before, from the first to the new first.
+// Removes an element. Where `data` is asked for, the caller owns it from then on (false, and nothing is removed, if
+// there is none); otherwise it is freed. A cursor on the element goes to the one before, from the first to the new
+// first.
 bool HPGLremoveActualListElement(HPGLList* list, void** data, uint8_t* type, uint16_t* size);
 bool HPGLremoveLastListElement(HPGLList* list, void** data, uint8_t* type, uint16_t* size);
 bool HPGLclearList(HPGLList* list);

@@ -22,15 +22,9 @@ bool traceOn() {
     return TRCAdmits(HPGLTraceHandle, TRC_DETAIL);
 }
 
-CBlock* lastBlock(CBlockList* blocks) {
-    void* block = nullptr;
-    HPGLgotoLast(blocks);
-    return HPGLgetActualListData(blocks, &block, nullptr, nullptr) ? static_cast<CBlock*>(block) : nullptr;
-}
-
 int32_t beginCall(Chunk* chunk) {
     if (chunk->status->newParse == 0) {
-        chunk->block = lastBlock(chunk->parser->blocks);
+        chunk->block = HPGLlastCBlock(chunk->parser->blocks);
         return chunk->block != nullptr ? 1 : 0;
     }
     chunk->status->newParse = 0;
@@ -40,9 +34,15 @@ int32_t beginCall(Chunk* chunk) {
 
 // ---- parameters -----------------------------------------------------------------------------------------------------
 
+// Counts a parameter; true while it is one that is stored.
+bool countParameter(IStatus* status) {
+    if (status->parameterCount < INT32_MAX) ++status->parameterCount;
+    return status->parameterCount <= HPGL_MAX_PARAMETERS;
+}
+
 int32_t countAndConvert(Chunk* chunk) {
     IStatus* status = chunk->status;
-    if (++status->parameterCount > HPGL_MAX_PARAMETERS) return 1;
+    if (!countParameter(status)) return 1;
     return HPGLconvertParameter(status, chunk->parser->blocks, &chunk->block);
 }
 
@@ -84,8 +84,7 @@ int32_t parseOrdinaryByte(Chunk* chunk, char c) {
     return 1;
 }
 
-// ---- whole numbers between separators, which is what most pictures consist of
-// -----------------------------------------
+// ---- whole numbers between separators: most of a picture ------------------------------------------------------------
 
 constexpr int32_t PLAIN_DIGITS = 9;  // no more fit into 32 bits whatever they are
 
@@ -140,7 +139,7 @@ int32_t parsePlainNumbers(Chunk* chunk) {
         const PlainNumber number = readPlainNumber(at, end);
         const char letter = *status->signatureLetter;
         if (number.behind == nullptr || letter == 'C' || (number.minusZero && letter == 'R')) break;
-        if (++status->parameterCount <= HPGL_MAX_PARAMETERS) {
+        if (countParameter(status)) {
             chunk->block = HPGLCBlockMakeRoom(chunk->parser->blocks, chunk->block, letter == 'I' ? 2 : 4);
             if (chunk->block == nullptr) return 0;
             appendPlainNumber(chunk->block, letter, number.value);
@@ -154,11 +153,14 @@ int32_t parsePlainNumbers(Chunk* chunk) {
     return 1;
 }
 
+// ---- what the open command does with a byte
+// --------------------------------------------------------------------------
+
 int32_t parseFileName(Chunk* chunk) {
     const char* name = chunk->text + chunk->at;
     const char* end = chunk->text + chunk->length;
-    const auto bytes = static_cast<size_t>(end - name) + 1;  // what remains, and a terminator
-    auto* copy = static_cast<char*>(malloc(bytes));
+    const auto bytes = static_cast<size_t>(end - name);  // what remains
+    auto* copy = static_cast<char*>(malloc(bytes + 1));  // a name without an end of its own fills them all
     if (copy == nullptr) {
         TRCTraceError(HPGLTraceHandle, "HPGLparseCode: malloc failed for FileName (number of bytes = %d)\n",
                       static_cast<int>(bytes));
@@ -197,8 +199,7 @@ int32_t parseLabelByte(Chunk* chunk, char c) {
         HPGLcloseCommand(status);
         return 1;
     }
-    if (++status->parameterCount <= HPGL_MAX_PARAMETERS &&
-        HPGLwriteBytes(chunk->parser->blocks, &chunk->block, &c, 1) == 0) {
+    if (countParameter(status) && HPGLwriteBytes(chunk->parser->blocks, &chunk->block, &c, 1) == 0) {
         return 0;
     }
     if (traceOn()) TRCTrace(HPGLTraceHandle, TRC_DETAIL, "%c", c);
@@ -409,7 +410,11 @@ int32_t HPGLwriteBytes(CBlockList* blocks, CBlock** block, const void* bytes, in
 int32_t HPGLopenRecord(IStatus* status, CBlockList* blocks, CBlock** block, uint8_t id, uint8_t count) {
     HPGLCBlockMarkCommand(*block);
     status->parameterCount = count;
-    return HPGLwriteBytes(blocks, block, &id, 1) != 0 ? HPGLwriteBytes(blocks, block, &count, 1) : 0;
+    if (HPGLwriteBytes(blocks, block, &id, 1) != 0 && HPGLwriteBytes(blocks, block, &count, 1) != 0) return 1;
+    // Without a record there is no count to write, and nothing that parameters could belong to.
+    HPGLCBlockClearCommand(*block);
+    HPGLcloseCommand(status);
+    return 0;
 }
 
 void HPGLcloseCommand(IStatus* status) {

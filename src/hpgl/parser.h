@@ -50,7 +50,7 @@ struct EncodedPolyline {
     int32_t owed;           // values that item still needs, the cut one included
 };
 
-// The state that survives between two chunks. Zero, but for terminator and newParse, at the start and after a flush.
+// The state that survives between two chunks; HPGLresetStatus says what it is at the start and after a flush.
 struct IStatus {
     char numberBuffer[HPGL_NUMBER_LENGTH + 1];  // the text of the current parameter
     char mnemonic[3];                           // previous and current character, the key that is looked up

@@ -3,7 +3,7 @@
 
 #include "parser.h"
 
-// Back to the beginning: all zero, then terminator ETX and newParse 1.
+// Back to the beginning: all zero, but an empty number buffer, terminator ETX and newParse 1.
 void HPGLresetStatus(IStatus* status);
 
 // Copies n bytes into the open record; *block is where it lies, before and after. 0 when no block could be had.

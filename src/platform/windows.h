@@ -266,7 +266,7 @@ struct OFSTRUCT {
 };
 
 // Looks only at the given path. Every open file holds a shared lock; OF_SHARE_EXCLUSIVE needs to be the only holder.
-// OF_EXIST opens and closes, OF_CREATE truncates, OF_DELETE removes. A handle above 0, or HFILE_ERROR.
+// OF_EXIST only tests, OF_CREATE truncates, OF_DELETE removes. A handle above 0, or HFILE_ERROR.
 HFILE OpenFile(LPCSTR name, OFSTRUCT* info, UINT style);
 // The number of bytes written, or HFILE_ERROR as an unsigned value.
 UINT _lwrite(HFILE file, LPCSTR bytes, UINT count);

@@ -121,13 +121,13 @@ void Wfatalerror(WHandle /*app*/, const char* text) {
     ExitProcess(1);
 }
 
-int32_t Wterminate(WHandle app) {
+void Wterminate(WHandle app) {
     const auto* found = handles().find<Application>(app, __func__);
-    if (found == nullptr) return 0;
+    if (found == nullptr) return;
     const int32_t status = found->status;
     forgetFonts();
     handles().destroy<Application>(app, __func__);
-    return status;
+    if (status != 0) ExitProcess(static_cast<UINT>(status));
 }
 
 void Werrorbox(WHandle app, const char* text, uint32_t /*level*/) {

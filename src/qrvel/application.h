@@ -26,7 +26,7 @@ struct Application : Object {
     const char* const* texts = nullptr;  // the viewer's texts (Wloadtxt), not owned
     MessageQueue messages;
     std::unique_ptr<EndSignals> endSignals;
-    int32_t status = 0;  // what Wterminate answers
+    int32_t status = 0;  // with which Wterminate ends the process, unless 0
 };
 
 // The application that runs, or null.

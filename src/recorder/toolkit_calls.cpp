@@ -136,10 +136,8 @@ void Wfatalerror(WHandle app, const char* text) {
     endProcess(EXIT_FAILURE);
 }
 
-// Answers a status, so success is 0 as well.
-int32_t Wterminate(WHandle app) {
+void Wterminate(WHandle app) {
     note(__func__, app);
-    return 0;
 }
 
 void Wtrace(WHandle app, const char* format, ...) {

@@ -452,11 +452,9 @@ bool interpretBlocks(State* state, CBlockList* blocks) {
 
 void createBuffers(State* state) {
     state->polygon = HPGLPBufcreate(HPGL_MAIN_POLYGONS);
-    if (HPGLPBufCapacity(state->polygon) == 0) warn("creating of PolygonBuffer failed, ignore all related actions");
+    if (state->polygon == nullptr) warn("creating of PolygonBuffer failed, ignore all related actions");
     state->local = HPGLPBufcreate(1);
-    if (HPGLPBufCapacity(state->local) == 0) {
-        warn("creating of local PolygonBuffer failed, ignore all related actions");
-    }
+    if (state->local == nullptr) warn("creating of local PolygonBuffer failed, ignore all related actions");
 }
 
 void destroyBuffers(State* state) {

@@ -23,17 +23,15 @@ constexpr int32_t RECEIVE_BUFFER_SIZE = 256;
 constexpr uint32_t SHELL_FLAGS = 3728;  // the toolkit's: a main window with bars and a sizing border
 
 struct Configuration {
-    const char* language;  // "LANG", the toolkit's own affair
-    const char* echo;      // "LOGF": base of the echo file's name
-    const char* trace;     // "INST": base of the trace file's name
+    const char* echo;   // "LOGF": base of the echo file's name
+    const char* trace;  // "INST": base of the trace file's name
     char buffer[CONFIGURATION_SIZE];
 };
 
 void readConfiguration(WHandle app, Configuration* configuration) {
-    constexpr const char* keys[] = {"LANG", "LOGF", "INST"};
+    constexpr const char* keys[] = {"LANG", "LOGF", "INST"};  // the first is the toolkit's own affair
     const char* values[] = {nullptr, nullptr, nullptr};
     WIstdinit_cfg(app, APPLICATION, keys, values, 3, configuration->buffer, CONFIGURATION_SIZE);
-    configuration->language = values[0];
     configuration->echo = values[1];
     configuration->trace = values[2];
 }
@@ -110,5 +108,6 @@ int32_t HPGLrunApplication(int32_t count, char** values) {
     destroyWindows();
     free(textBuffer);
     destroyPicture();
-    return Wterminate(TheShell.app);
+    Wterminate(TheShell.app);
+    return 0;
 }

@@ -102,7 +102,7 @@ void parse(const Chunk& chunk) {
     if (TheParser != nullptr) HPGLparseCode(TheParser, chunk.data, static_cast<int64_t>(chunk.length));
 }
 
-void takeChunk(Chunk chunk) {
+void takeFurther(Chunk chunk) {
     stripColon(&chunk);
     echo(chunk);
     parse(chunk);
@@ -113,13 +113,15 @@ void takeBegin(const Chunk& chunk) {
     channel.transmissionBegun = true;
     channel.colonPrefix = beginsWithColon(chunk);
     openEcho();
-    takeChunk(chunk);
+    takeFurther(chunk);
 }
 
-void takeEnd(const Chunk& chunk) {
+void takeEnd(Chunk chunk) {
     // Deliberate: once a begin chunk has been seen, a sender that leaves it out adds to the picture before.
     if (!channel.transmissionBegun) beginPicture();
-    takeChunk(chunk);
+    stripColon(&chunk);
+    echo(chunk);
+    parse(chunk);
     finishPicture();
     closeEcho();
     showPicture();
@@ -158,6 +160,7 @@ bool initTolk(WHandle app, char* wdbuff, uint32_t kind, WDCallback callback, uin
     }
     TheShell.channel = WDstdopen(app, wdbuff, kind, callback, flag);
     if (TheShell.channel == 0) return false;
+    free(channel.scratch);
     channel.scratch = static_cast<char*>(malloc(SCRATCH_SIZE));
     if (channel.scratch == nullptr) {
         TRCTraceError(HPGLTraceHandle, "initTolk: malloc: nicht genuegend Speicher\n");
@@ -184,7 +187,7 @@ void CallbackData(const char* data, uint64_t length, uint32_t kind) {
             takeBegin({data, length});
             break;
         case WD_CHUNK_FURTHER:
-            takeChunk({data, length});
+            takeFurther({data, length});
             break;
         case WD_CHUNK_END:
             takeEnd({data, length});

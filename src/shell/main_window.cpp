@@ -12,7 +12,7 @@
 namespace {
 
 void paint(WHandle object) {
-    // The text names the size handler; so do the logs that people compare.
+    // Deliberate: the text names the size handler.
     TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-KWMsize: InitialDataLoaded: %d\n", InitialDataLoaded ? 1 : 0);
     if (!InitialDataLoaded || object != TheDisplay.Window) return;
     TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-KWMpaint\n");

@@ -14,10 +14,11 @@ using WHandle = uint32_t;
 inline constexpr uint32_t W_VERSION = 0x00401000;
 
 // The toolkit's own messages, as a window procedure receives them (not the window system's ids).
-inline constexpr uint32_t W_MSG_SIZE = 1;    // no parameters
-inline constexpr uint32_t W_MSG_PAINT = 2;   // no parameters
-inline constexpr uint32_t W_MSG_MOUSE = 5;   // first: 0 press, 1 release, 2 drag of the left button
-inline constexpr uint32_t W_MSG_ACTION = 7;  // first: kind (0 help line, 1 info, 2 to 4 menu, 5 print set-up), second: its id
+inline constexpr uint32_t W_MSG_SIZE = 1;   // no parameters
+inline constexpr uint32_t W_MSG_PAINT = 2;  // no parameters
+inline constexpr uint32_t W_MSG_MOUSE = 5;  // first: 0 press, 1 release, 2 drag of the left button
+inline constexpr uint32_t W_MSG_ACTION =
+    7;  // first: kind (0 help line, 1 info, 2 to 4 menu, 5 print set-up), second: its id
 
 // A window procedure: object the message is for, message, first and second parameter.
 using WMsgProc = void (*)(WHandle object, uint32_t message, uint32_t first, uint32_t second);
@@ -63,8 +64,8 @@ void Wquit(WHandle app);
 // Works with application 0 too.
 void Wfatalerror(WHandle app, const char* text);
 
-// Ends the toolkit. Answers the status with which the process should end, 0 when all went well.
-int32_t Wterminate(WHandle app);
+// Ends the toolkit; and the process too, with status 1, when something that the user asked for has failed.
+void Wterminate(WHandle app);
 
 // Registers the procedure that is called before the toolkit ends the process itself.
 int32_t Wregexitproc(WHandle app, WExitProc proc);

@@ -32,8 +32,8 @@ void* WIgetvar(WHandle app, uint32_t kind);
 
 // Reads `count` configuration values by key for the named application. values[i] points into buffer (size bytes), or
 // is null where the key is missing or its value does not fit. 0 on failure.
-int32_t WIstdinit_cfg(WHandle app, const char* application, const char* const* keys, const char** values,
-                      int32_t count, char* buffer, int32_t size);
+int32_t WIstdinit_cfg(WHandle app, const char* application, const char* const* keys, const char** values, int32_t count,
+                      char* buffer, int32_t size);
 
 // The accelerator table for TranslateAcceleratorA.
 void* WIwnquerymdiaccel();

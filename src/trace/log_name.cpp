@@ -23,10 +23,10 @@ void makeStem(char (&stem)[7], const char* base) {
 bool canBeWritten(const char* name) {
     OFSTRUCT info = {};
     const bool existed = OpenFile(name, &info, OF_EXIST) != HFILE_ERROR;
-    const HFILE file = OpenFile(name, &info, OF_WRITE | (existed ? OF_SHARE_EXCLUSIVE : OF_CREATE));
+    const HFILE file = OpenFile(name, &info, OF_WRITE | OF_SHARE_EXCLUSIVE | (existed ? 0 : OF_CREATE));
     if (file == HFILE_ERROR) return false;
+    if (!existed) OpenFile(name, &info, OF_DELETE);  // still ours alone
     _lclose(file);
-    if (!existed) OpenFile(name, &info, OF_DELETE);
     return true;
 }
 
@@ -36,7 +36,7 @@ int32_t TRCMakeLogName(char* buffer, size_t size, const char* base) {
     char stem[7];
     makeStem(stem, base);
     for (int number = 0; number < NAME_NUMBERS; ++number) {
-        TRCFormatBounded(size, buffer, "%.6s%02d.log", stem, number);
+        if (TRCFormatBounded(size, buffer, "%.6s%02d.log", stem, number) == 0) return 0;
         if (canBeWritten(buffer)) return 1;
     }
     return 0;

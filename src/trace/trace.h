@@ -57,5 +57,6 @@ void TRCSetWindowValue(TRCHandle handle, uint32_t index, int32_t value);
 
 // Makes the name of a log file, "BBBBBBnn.log": the base's first six characters before a dot, filled up with '_', and
 // the first of 00 to 09 that can be opened for writing. `buffer` holds `size` characters with the terminator. 1, or 0
-// when all ten fail (the buffer then holds the last name). Leaves no new file behind.
+// when all ten fail (the buffer then holds the last name) or it does not fit (the buffer is untouched). Leaves no new
+// file behind.
 int32_t TRCMakeLogName(char* buffer, size_t size, const char* base);

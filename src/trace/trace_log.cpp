@@ -130,10 +130,16 @@ struct ProfileText {
 };
 
 void writeCountry(TRCHandle handle) {
-    TRCTraceInfo(handle, "--- Intl: Ctry '%s' '%s' (%d)\n", ProfileText("sLanguage").text, ProfileText("sCountry").text,
-                 static_cast<int>(GetProfileIntA("intl", "iCountry", 0)));
-    TRCTraceInfo(handle, "---       Date '%s', Cur '%s', Th '%s' Dec '%s'\n", ProfileText("sShortDate").text,
-                 ProfileText("sCurrency").text, ProfileText("sThousand").text, ProfileText("sDecimal").text);
+    const ProfileText language("sLanguage");
+    const ProfileText country("sCountry");
+    const UINT code = GetProfileIntA("intl", "iCountry", 0);
+    const ProfileText date("sShortDate");
+    const ProfileText currency("sCurrency");
+    const ProfileText thousand("sThousand");
+    const ProfileText decimal("sDecimal");
+    TRCTraceInfo(handle, "--- Intl: Ctry '%s' '%s' (%d)\n", language.text, country.text, static_cast<int>(code));
+    TRCTraceInfo(handle, "---       Date '%s', Cur '%s', Th '%s' Dec '%s'\n", date.text, currency.text, thousand.text,
+                 decimal.text);
 }
 
 void writeTime(TRCHandle handle, const char* what) {

@@ -53,6 +53,23 @@ void forgetViewer() {
     recorder::reset();
 }
 
+template <class Use>
+void forEachBlock(Use use) {
+    void* data = nullptr;
+    if (!HPGLgotoFirst(TheParser->blocks)) return;
+    for (bool more = HPGLgetActualListData(TheParser->blocks, &data, nullptr, nullptr); more;
+         more = HPGLgetNextListData(TheParser->blocks, &data, nullptr, nullptr)) {
+        use(*static_cast<const CBlock*>(data));
+    }
+}
+
+// A device pixel is a plotter unit, and (0, 0) the same point on both sides.
+void mapPlainly() {
+    TheDisplay.DSize = TheDisplay.USize = 1;
+    TheDisplay.MaxX = TheDisplay.MaxY = 0;
+    TheDisplay.DSizeX = TheDisplay.DSizeY = -HPGL_MAPPING_OFFSET;
+}
+
 std::string readBytes(const std::string& name) {
     std::ifstream file(name, std::ios::binary);
     std::stringstream bytes;
@@ -148,4 +165,46 @@ std::string drawingCalls(std::string_view text, int width, int height, int rotat
     HPGLinterpretCompactCode(TheParser, &TheDisplay, rotationSign);
     recorder::drawingSink = nullptr;
     return calls;
+}
+
+std::string codeOf(std::string_view text) {
+    std::string code;
+    parseText(text);
+    forEachBlock([&](const CBlock& block) { code.append(block.Data, block.Data + block.Occupied); });
+    return code;
+}
+
+void setBlocks(const std::vector<std::string>& blocks) {
+    forgetPicture();
+    TheParser = HPGLinitParser();
+    for (const std::string& bytes : blocks) {
+        CBlock* block = GetNewCBlock(TheParser->blocks);
+        bytes.copy(reinterpret_cast<char*>(block->Data), bytes.size());
+        HPGLCBlockAdvance(block, static_cast<int32_t>(bytes.size()));
+        HPGLCBlockClearCommand(block);
+    }
+}
+
+std::string plainPass(int rotationSign) {
+    constexpr std::string_view FIRST = "OUTlinecolour 1\nOUTfillcolour 1\n";
+    std::string calls;
+    mapPlainly();
+    for (int32_t pen = 0; pen < HPGL_PENS; ++pen) {
+        TheParser->PStatus[pen].paletteIndex = pen;
+    }
+    recorder::drawingSink = [&](std::string_view line) { calls += line; };
+    HPGLinterpretCompactCode(TheParser, &TheDisplay, rotationSign);
+    recorder::drawingSink = nullptr;
+    return calls.starts_with(FIRST) ? calls.substr(FIRST.size()) : "no first colour: " + calls;
+}
+
+std::string plainCalls(std::string_view text, int rotationSign) {
+    parseText(text);
+    return plainPass(rotationSign);
+}
+
+std::string traceOf(int level, const std::function<void()>& action) {
+    const TraceCapture trace(level);
+    action();
+    return trace.text();
 }

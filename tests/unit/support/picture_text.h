@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -48,3 +49,17 @@ std::string shortRecords(std::string_view text);
 // The output calls of one drawing pass of a text: parse, set-up pass, scaling to the extents in a window of
 // width x height, interpreter. One call a line, as hpgldump --calls prints them.
 std::string drawingCalls(std::string_view text, int width = 500, int height = 500, int rotationSign = 1);
+
+// The compact code of a text, every block behind the other.
+std::string codeOf(std::string_view text);
+
+// A picture of hand-written blocks in TheParser, as if a text had become them.
+void setBlocks(const std::vector<std::string>& blocks);
+
+// The output calls of one drawing pass over TheParser, or over a text, without set-up pass: one pixel a plotter unit,
+// each pen's colour its number. The two calls that set pen 1's colour first are left out.
+std::string plainPass(int rotationSign = 1);
+std::string plainCalls(std::string_view text, int rotationSign = 1);
+
+// What `action` writes to the trace at a level.
+std::string traceOf(int level, const std::function<void()>& action);

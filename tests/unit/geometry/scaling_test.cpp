@@ -1,0 +1,268 @@
+// Scaling: the deciding axis, the mapping and its clamp, the window's size.
+#include "scaling.h"
+
+#include <tuple>
+
+#include "list.h"
+#include "picture_text.h"
+#include "recorder.h"
+#include "rows.h"
+#include "zoom.h"
+
+namespace {
+
+constexpr int32_t MIN = INT32_MIN;
+constexpr int32_t MAX = INT32_MAX;
+
+// ---- the deciding axis ----------------------------------------------------------------------------------------------
+
+struct FitRow {
+    const char* name;
+    int32_t size[2];  // DSizeX, DSizeY
+    ZoomRect view;
+    int32_t DSize, USize;
+};
+
+// clang-format off
+constexpr FitRow FIT_ROWS[] = {
+    {"XDecides",              {800, 600}, {   0,    0, 8000, 4000}, 800, 8000},
+    {"YDecides",              {800, 600}, {   0,    0, 4000, 8000}, 600, 8000},
+    {"TieGoesToY",            {800, 400}, {   0,    0, 8000, 4000}, 400, 4000},
+    {"NotFromOrigin",         {800, 600}, {-500, 1000, 7500, 5000}, 800, 8000},
+    {"NotANumberX",           {  0, 600}, {   5,    0,    5, 4000}, 600, 4000},
+    {"NotANumberY",           {800,   0}, {   0,    5, 8000,    5},   0,    0},
+    {"InfiniteX",             {800, 600}, {   5,    0,    5, 4000}, 600, 4000},
+    {"InfiniteY",             {800, 600}, {   0,    5, 8000,    5}, 800, 8000},
+    {"ExtentWraps",           {800, 600}, { MIN,    0,  MAX,  600}, 800,   -1},  // factors -800 and 1
+    {"ReversedView",          {800, 600}, { 100,    0,    0,  600}, 800, -100},
+    {"NothingDrawn",          {496, 496}, {1073741823, 1073741823, -1073741823, -1073741823}, 496, -2147483646},
+    {"WindowSmallerThanMargin", {-4, 96}, {   0,    0,  100,  100},  -4,  100},
+};
+// clang-format on
+
+class Fit : public testing::TestWithParam<FitRow> {};
+
+TEST_P(Fit, ChoosesTheAxis) {
+    const FreshViewer viewer;
+    const auto& [name, size, view, DSize, USize] = GetParam();
+    TheDisplay.DSizeX = size[0];
+    TheDisplay.DSizeY = size[1];
+    EXPECT_EQ(HPGLsetScaling(&TheDisplay, view.MinX, view.MinY, view.MaxX, view.MaxY), 1);
+    EXPECT_EQ(TheDisplay.DSize, DSize);
+    EXPECT_EQ(TheDisplay.USize, USize);
+    EXPECT_EQ(TheDisplay.MaxX, view.MaxX);
+    EXPECT_EQ(TheDisplay.MaxY, view.MaxY);
+    EXPECT_EQ(TheDisplay.DSizeX, size[0]);
+    EXPECT_EQ(TheDisplay.DSizeY, size[1]);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Fit, testing::ValuesIn(FIT_ROWS), byRowName);
+
+TEST(Scaling, KeepsAndTracesTheFactors) {
+    const FreshViewer viewer;
+    const auto scale = [] {
+        TheDisplay.DSizeX = 800;
+        TheDisplay.DSizeY = 600;
+        HPGLsetScaling(&TheDisplay, 0, 0, 8000, 4000);
+    };
+    EXPECT_EQ(traceOf(3, scale),
+              "\nHPGLsetScaling: FactorX:  0.100000  FactorY:  0.150000  MaxX:  8000  MaxY:   4000\n");
+    EXPECT_EQ(traceOf(2, scale), "");
+    EXPECT_EQ(TheDisplay.FactorX, 0.1);
+    EXPECT_EQ(TheDisplay.FactorY, 0.15);
+}
+
+// ---- mapping --------------------------------------------------------------------------------------------------------
+
+struct MapRow {
+    const char* name;
+    int32_t DSizeX, DSizeY, DSize, USize, MaxX, MaxY;
+    int32_t x, y;    // plotter units
+    int32_t xd, yd;  // pixels
+};
+
+// clang-format off
+constexpr MapRow MAP_ROWS[] = {
+    {"UpperCorner",        800, 600,   800, 8000, 8000, 4000,    8000,    4000,  802,  602},
+    {"Origin",             800, 600,   800, 8000, 8000, 4000,       0,       0,    2,  202},
+    {"OneToOne",           100, 100,    50,   50,  100,  100,       0,       0,    2,    2},
+    {"TruncatesInside",    100, 100,     1,    2,    0,    0,      -3,      -3,  101,  101},
+    {"TruncatesOutside",   100, 100,     1,    2,    0,    0,       3,       3,  103,  103},  // floor would give 104
+    {"ProductWraps",         0,   0, 10000,  100,    0,    0, -300000, -300000, 12949674, 12949674},
+    {"DivisionComesLast",    0,   0,     3,    2,    0,    0,      -2,      -2,   -1,   -1},
+    {"DifferenceWraps",      0,   0,     1,    1,  MAX,  MAX,      -1,      -1, MIN + 2, MIN + 2},
+    {"NoExtent",           100, 100,     2,    0,    0,    0,      -3,      -3,   96,   96},
+    {"SmallestOverMinusOne", 0,   0,     1,   -1,    0,    0,     MIN,     MIN, MIN + 2, MIN + 2},
+};
+// clang-format on
+
+class Map : public testing::TestWithParam<MapRow> {};
+
+TEST_P(Map, PutsThePoint) {
+    const MapRow& row = GetParam();
+    HPGLDisplay display = {};
+    std::tie(display.DSizeX, display.DSizeY, display.DSize, display.USize, display.MaxX, display.MaxY) =
+        std::tie(row.DSizeX, row.DSizeY, row.DSize, row.USize, row.MaxX, row.MaxY);
+    EXPECT_EQ(HPGLmapX(&display, row.x), row.xd);
+    EXPECT_EQ(HPGLmapY(&display, row.y), row.yd);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Map, testing::ValuesIn(MAP_ROWS), byRowName);
+
+struct LengthRow {
+    const char* name;
+    int32_t DSize, USize, length, pixels;
+};
+
+// clang-format off
+constexpr LengthRow LENGTH_ROWS[] = {
+    {"Truncates",         500, 8000,     47,       2},
+    {"TruncatesNegative", 500, 8000,    -47,      -2},
+    {"Nothing",           500, 8000,      0,       0},
+    {"NoExtent",            2,    0,      5,      10},
+    {"ProductWraps",    10000,    1, 300000, -1294967296},
+};
+// clang-format on
+
+TEST(Scaling, MapsLengthsWithoutOffset) {
+    for (const LengthRow& row : LENGTH_ROWS) {
+        HPGLDisplay display = {};
+        display.DSize = row.DSize;
+        display.USize = row.USize;
+        EXPECT_EQ(HPGLmapLength(&display, row.length), row.pixels) << row.name;
+    }
+}
+
+// ---- clamp ----------------------------------------------------------------------------------------------------------
+
+struct ClampRow {
+    const char* name;
+    int32_t min, max, from, to;
+};
+
+// clang-format off
+constexpr ClampRow CLAMP_ROWS[] = {
+    {"AtMost",          -32768, 32767,  32767,  32767},
+    {"AboveMost",       -32768, 32767,  32768,  32767},
+    {"FarAbove",        -32768, 32767,    MAX,  32767},
+    {"AtLeast",         -32768, 32767, -32768, -32768},
+    {"BelowLeast",      -32768, 32767, -32769, -32768},
+    {"FarBelow",        -32768, 32767,    MIN, -32768},
+    {"ZeroStays",       -32768, 32767,      0,      0},
+    {"NegativeStays",   -32768, 32767,     -7,     -7},
+    {"LargestStays",       MIN,   MAX,    MAX,    MAX},
+    {"SmallestStays",      MIN,   MAX,    MIN,    MIN},
+    {"PositiveOnlyFromAbove",   5,  9,      3,      3},
+    {"OthersOnlyFromBelow",   -99, -9,      0,      0},
+};
+// clang-format on
+
+class Clamp : public testing::TestWithParam<ClampRow> {};
+
+TEST_P(Clamp, BoundsOneSide) {
+    const FreshViewer viewer;
+    CoordMin = GetParam().min;
+    CoordMax = GetParam().max;
+    EXPECT_EQ(HPGLclamp(GetParam().from), GetParam().to);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Clamp, testing::ValuesIn(CLAMP_ROWS), byRowName);
+
+struct PlatformRow {
+    const char* name;
+    DWORD platform;
+    bool answers;
+    int32_t min, max;
+};
+
+// clang-format off
+constexpr PlatformRow PLATFORM_ROWS[] = {
+    {"Oldest",      0, true,  -32768, 32767},
+    {"Middle",      1, true,  -32768, 32767},
+    {"NtFamily",    2, true,     MIN,   MAX},
+    {"OtherFamily", 3, true,  -32768, 32767},
+    {"NoAnswer",    1, false,    MIN,   MAX},
+};
+// clang-format on
+
+class Platform : public testing::TestWithParam<PlatformRow> {};
+
+TEST_P(Platform, DecidesTheLimits) {
+    const FreshViewer viewer;
+    recorder::script.platformId = GetParam().platform;
+    if (!GetParam().answers) recorder::script.failing = {"GetVersionExA"};
+    CoordMin = CoordMax = 5;
+    HPGLsetCoordLimits();
+    EXPECT_EQ(CoordMin, GetParam().min);
+    EXPECT_EQ(CoordMax, GetParam().max);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Platform, testing::ValuesIn(PLATFORM_ROWS), byRowName);
+
+TEST(Scaling, StartsWithFullLimits) {
+    const FreshViewer viewer;
+    EXPECT_EQ(CoordMax, MAX);
+    EXPECT_EQ(CoordMin, MIN);
+    EXPECT_EQ(RotationSign, 1);
+}
+
+// ---- the window's size ----------------------------------------------------------------------------------------------
+
+class WindowSize : public testing::Test {
+  protected:
+    WindowSize() {
+        recorder::script.width = 804;
+        recorder::script.height = 604;
+    }
+    FreshViewer viewer;
+};
+
+constexpr char SIZE_CALLS[] = "Wquerywinsize 5\nWsetwinpos 7 0 0 804 604\nOUTquerysize\n";
+
+TEST_F(WindowSize, LeavesTheMargin) {
+    int32_t width = 0, height = 0;
+    EXPECT_EQ(HPGLqueryDeviceSize(&TheDisplay, &width, &height), 1);
+    EXPECT_EQ(width, 800);
+    EXPECT_EQ(height, 600);
+}
+
+TEST_F(WindowSize, FitsTheTopOfTheStack) {
+    TheZoom = HPGLinitZoom(0, 0, 8000, 4000);
+    recorder::calls.clear();
+    EXPECT_EQ(KWMsize(), 1);
+    EXPECT_EQ(recorder::calls, SIZE_CALLS);
+    EXPECT_EQ(TheDisplay.DSizeX, 800);
+    EXPECT_EQ(TheDisplay.DSizeY, 600);
+    EXPECT_EQ(TheDisplay.DSize, 800);
+    EXPECT_EQ(TheDisplay.USize, 8000);
+}
+
+TEST_F(WindowSize, TracesItsSteps) {
+    TheZoom = HPGLinitZoom(-1, -2, 8000, 4000);
+    const std::string text = traceOf(3, [] { KWMsize(); });
+    EXPECT_TRUE(
+        text.starts_with("HPGL-KWMsize: DSizeX:  800,  DSizeY:  600\n"
+                         "HPGL-KWMsize: MinX:  -1, MinY:  -2, MaxX:  8000, MaxY:  4000\n"
+                         "\nHPGLsetScaling: "))
+        << text;
+    EXPECT_EQ(traceOf(2, [] { KWMsize(); }), "");
+}
+
+TEST_F(WindowSize, ScalesNothingWithoutAStack) {
+    TheDisplay.DSize = 77;
+    EXPECT_EQ(KWMsize(), 0);
+    EXPECT_EQ(recorder::calls, SIZE_CALLS);
+    EXPECT_EQ(TheDisplay.DSizeX, 800);
+    EXPECT_EQ(TheDisplay.DSize, 77);
+}
+
+TEST_F(WindowSize, ScalesNothingWithAnEmptyStack) {
+    TheZoom = HPGLinitZoom(0, 0, 1, 1);
+    HPGLclearList(TheZoom->ZoomStack);
+    TheDisplay.DSize = 77;
+    EXPECT_EQ(KWMsize(), 0);
+    EXPECT_EQ(TheDisplay.DSizeY, 600);
+    EXPECT_EQ(TheDisplay.DSize, 77);
+}
+
+}  // namespace
