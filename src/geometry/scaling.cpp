@@ -36,9 +36,9 @@ int32_t KWMsize() {
     HPGLqueryDeviceSize(display, &display->DSizeX, &display->DSizeY);
     TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-KWMsize: DSizeX:  %d,  DSizeY:  %d\n", display->DSizeX,
              display->DSizeY);
-    ZoomRect view;
-    if (HPGLgetZoomRect(TheZoom, &view.MinX, &view.MinY, &view.MaxX, &view.MaxY) == 0) return 0;
+    ZoomRect view = {};
+    const bool found = HPGLgetZoomRect(TheZoom, &view.MinX, &view.MinY, &view.MaxX, &view.MaxY) != 0;
     TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-KWMsize: MinX:  %d, MinY:  %d, MaxX:  %d, MaxY:  %d\n", view.MinX,
              view.MinY, view.MaxX, view.MaxY);
-    return HPGLsetScaling(display, view.MinX, view.MinY, view.MaxX, view.MaxY);
+    return found ? HPGLsetScaling(display, view.MinX, view.MinY, view.MaxX, view.MaxY) : 0;
 }

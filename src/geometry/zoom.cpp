@@ -141,15 +141,18 @@ int32_t HPGLpopZoomRect(ZoomData* zoom, int32_t* MinX, int32_t* MinY, int32_t* M
     }
     const bool removed =
         HPGLgetListCount(zoom->ZoomStack) >= 2 && HPGLremoveLastListElement(zoom->ZoomStack, nullptr, nullptr, nullptr);
-    HPGLgetZoomRect(zoom, MinX, MinY, MaxX, MaxY);
-    TRCTraceInfo(HPGLTraceHandle, "HPGLpopZoomRect: NewZoomRect: %d %d %d %d\n", *MinX, *MinY, *MaxX, *MaxY);
+    if (HPGLgetZoomRect(zoom, MinX, MinY, MaxX, MaxY) != 0) {
+        TRCTraceInfo(HPGLTraceHandle, "HPGLpopZoomRect: NewZoomRect: %d %d %d %d\n", *MinX, *MinY, *MaxX, *MaxY);
+    }
     return removed ? 1 : 0;
 }
 
 int32_t HPGLflushZoomStack(ZoomData* zoom, int32_t* MinX, int32_t* MinY, int32_t* MaxX, int32_t* MaxY) {
     while (HPGLpopZoomRect(zoom, MinX, MinY, MaxX, MaxY) != 0) {
     }
-    TRCTraceInfo(HPGLTraceHandle, "HPGLflushZoomStack: NewZoomRect: %d %d %d %d\n", *MinX, *MinY, *MaxX, *MaxY);
+    if (HPGLgetZoomRect(zoom, MinX, MinY, MaxX, MaxY) != 0) {
+        TRCTraceInfo(HPGLTraceHandle, "HPGLflushZoomStack: NewZoomRect: %d %d %d %d\n", *MinX, *MinY, *MaxX, *MaxY);
+    }
     return 1;
 }
 

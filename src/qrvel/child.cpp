@@ -135,7 +135,7 @@ int32_t Wsetwinpos(WHandle child, int32_t x, int32_t y, int32_t width, int32_t h
     found->widget->setGeometry(x, y, width, height);
     found->widget->setVisible(true);
     found->widget->fitSurface();
-    if (found->widget->size() != before) {
+    if (found->widget->size() != before && application() != nullptr) {
         postSizeOfContainer(found->container);
         application()->messages.postPaint(child);
     }
@@ -143,7 +143,7 @@ int32_t Wsetwinpos(WHandle child, int32_t x, int32_t y, int32_t width, int32_t h
 }
 
 int32_t Wupdate(WHandle child, uint32_t /*flag*/) {
-    if (handles().find<Child>(child, __func__) == nullptr) return 0;
+    if (handles().find<Child>(child, __func__) == nullptr || application() == nullptr) return 0;
     application()->messages.postPaint(child);
     return 1;
 }

@@ -1,9 +1,9 @@
 #include "configuration.h"
 
-#include <QSettings>
 #include <QStandardPaths>
 
 #include "application.h"
+#include "keyed_texts.h"
 #include "text_buffer.h"
 #include "toolkit_trace.h"
 #include "wi.h"
@@ -24,11 +24,11 @@ QString namedConfigurationFolder() {
     return qEnvironmentVariable("KEL_CONFIG_DIR");
 }
 
-std::optional<QString> configurationValue(const QString& application, const QString& key) {
+std::optional<QByteArray> configurationValue(const QString& application, const QString& key) {
     for (const QString& folder : configurationFolders()) {
-        const QSettings file(folder + '/' + application + ".ini", QSettings::IniFormat);
-        // A comma makes a list of a value; here it is part of the text.
-        if (file.contains(key)) return file.value(key).toStringList().join(",");
+        const auto values = readKeyedTexts(folder + '/' + application + ".ini");
+        const auto value = values ? values->constFind(key.toUtf8()) : KeyedTexts::const_iterator();
+        if (values && value != values->cend()) return *value;
     }
     return std::nullopt;
 }
@@ -42,8 +42,8 @@ int32_t WIstdinit_cfg(WHandle app, const char* application, const char* const* k
     if (handles().find<Application>(app, __func__) == nullptr) return 0;
     TextBuffer texts(buffer, size);
     for (int32_t i = 0; i < count; ++i) {
-        const std::optional<QString> value = configurationValue(QString::fromUtf8(application), keys[i]);
-        values[i] = value ? texts.add(value->toLocal8Bit()) : nullptr;
+        const std::optional<QByteArray> value = configurationValue(QString::fromUtf8(application), keys[i]);
+        values[i] = value ? texts.add(*value) : nullptr;
         if (value && values[i] == nullptr) traceLine("WIstdinit_cfg: %s does not fit\n", keys[i]);
     }
     return 1;

@@ -1,6 +1,7 @@
 // The configuration of an application: the INI file that is named after it.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <optional>
 
@@ -9,7 +10,7 @@ namespace qrvel {
 // The folder that replaces all others for configuration and texts (KEL_CONFIG_DIR); empty when none is named.
 QString namedConfigurationFolder();
 
-// A value without a section, from the user's file or else the system's.
-std::optional<QString> configurationValue(const QString& application, const QString& key);
+// A value as it stands behind its key's equals sign, from the user's file or else the system's.
+std::optional<QByteArray> configurationValue(const QString& application, const QString& key);
 
 }  // namespace qrvel

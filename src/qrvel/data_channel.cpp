@@ -24,7 +24,7 @@ DataChannel* findDataChannel() {
     return handles().find<DataChannel>(openChannel);
 }
 
-void DataChannel::start(const QStringList& sources, bool pipedIn) {
+void DataChannel::start(const QByteArrayList& sources, bool pipedIn) {
     waiting_ = sources;
     pipedIn_ = pipedIn;
     if (pipedIn_) waiting_ += "-";
@@ -43,7 +43,7 @@ void DataChannel::readNext() {
 void DataChannel::sourceRead() {
     const std::unique_ptr<SourceReader> read = std::move(reader_);
     if (!read->failure().isEmpty()) {
-        showNotice(QString("cannot read %1: %2").arg(read->name(), read->failure()));
+        showNotice(QString("cannot read %1: %2").arg(QString::fromLocal8Bit(read->name()), read->failure()));
         failPicture();
         readNext();
         return;

@@ -5,7 +5,7 @@
 // empty chunk of kind 2, from which the viewer makes its empty window.
 #pragma once
 
-#include <QStringList>
+#include <QByteArrayList>
 #include <memory>
 
 #include "handles.h"
@@ -23,7 +23,7 @@ class DataChannel : public Object {
 
     // Begins to read. sources: file names, "-" for standard input. pipedIn: there are none, but something may come on
     // standard input.
-    void start(const QStringList& sources, bool pipedIn);
+    void start(const QByteArrayList& sources, bool pipedIn);
 
     // Whether the viewer has got a begin chunk and not yet the end.
     bool isTransmitting() const { return transmitting_; }
@@ -45,7 +45,7 @@ class DataChannel : public Object {
 
     char* buffer_;  // the viewer's
     WDCallback callback_;
-    QStringList waiting_;
+    QByteArrayList waiting_;
     std::unique_ptr<SourceReader> reader_;
     std::unique_ptr<Spool> spool_;  // the transmission that is being handed over
     std::string_view rest_;         // of its bytes

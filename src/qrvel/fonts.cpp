@@ -6,6 +6,7 @@
 
 #include "handles.h"
 #include "label_face.h"
+#include "objects.h"
 #include "wf.h"
 
 namespace qrvel {
@@ -64,7 +65,8 @@ void forgetFonts() {
 using namespace qrvel;
 
 WHandle WFcreate(WHandle owner, const char* description) {
-    const int32_t size = owner != 0 && description != nullptr ? sizeIn(description) : 0;
+    if (handles().find<MainObject>(owner, __func__) == nullptr || description == nullptr) return 0;
+    const int32_t size = sizeIn(description);
     if (size == 0 || !hasLabelFace()) return 0;
     WHandle& known = fonts().bySize[static_cast<std::size_t>(size)];
     if (known != 0) return known;

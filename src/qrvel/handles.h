@@ -46,8 +46,10 @@ class HandleTable {
     T* make(Arguments&&... arguments) {
         auto object = std::make_unique<T>(std::forward<Arguments>(arguments)...);
         T* made = object.get();
-        made->handle = insert(std::move(object), T::KIND);
-        return made->handle != 0 ? made : nullptr;
+        const WHandle handle = insert(std::move(object), T::KIND);
+        if (handle == 0) return nullptr;  // and the object is gone
+        made->handle = handle;
+        return made;
     }
 
     // The object behind a handle; null for 0, a stale handle and another kind.

@@ -3,7 +3,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QHash>
 #include <QLocale>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -11,6 +10,7 @@
 
 #include "application.h"
 #include "configuration.h"
+#include "keyed_texts.h"
 #include "text_buffer.h"
 #include "toolkit_trace.h"
 
@@ -18,7 +18,7 @@ namespace qrvel {
 
 namespace {
 
-using Texts = QHash<QByteArray, QByteArray>;
+using Texts = KeyedTexts;
 
 bool isEnglish(const QString& language) {
     static const QRegularExpression pattern("^(en([_-].*)?|english|c|posix)$",
@@ -51,25 +51,11 @@ QStringList textFolders() {
     return folders;
 }
 
-// KEY=text, one a line; lines that begin with # are remarks.
-Texts readTexts(QFile& file) {
-    Texts texts;
-    while (!file.atEnd()) {
-        QByteArray line = file.readLine();
-        while (line.endsWith('\n') || line.endsWith('\r')) {
-            line.chop(1);
-        }
-        const qsizetype equals = line.indexOf('=');
-        if (equals > 0 && !line.startsWith('#')) texts.insert(line.left(equals).trimmed(), line.mid(equals + 1));
-    }
-    return texts;
-}
-
 std::optional<Texts> findTexts(const QString& application, const QString& language) {
     if (!isPlainName(language)) return std::nullopt;
     for (const QString& folder : textFolders()) {
-        QFile file(folder + '/' + application + '_' + language + ".txt");
-        if (file.open(QFile::ReadOnly)) return readTexts(file);
+        auto texts = readKeyedTexts(folder + '/' + application + '_' + language + ".txt");
+        if (texts) return texts;
     }
     return std::nullopt;
 }
@@ -84,11 +70,11 @@ Texts sessionTexts(const QString& application) {
 
 // The texts of the configured language, or else the session's; nothing when the configured one is not there.
 std::optional<Texts> chosenTexts(const QString& application) {
-    const std::optional<QString> configured = configurationValue(application, "LANG");
-    if (!configured || configured->isEmpty()) return sessionTexts(application);
-    if (isEnglish(*configured)) return Texts();
-    auto texts = findTexts(application, *configured);
-    if (!texts) traceLine("Wloadtxt: no texts for the language %s\n", qUtf8Printable(*configured));
+    const QString configured = configurationValue(application, "LANG").value_or(QByteArray()).trimmed();
+    if (configured.isEmpty()) return sessionTexts(application);
+    if (isEnglish(configured)) return Texts();
+    auto texts = findTexts(application, configured);
+    if (!texts) traceLine("Wloadtxt: no texts for the language %s\n", qUtf8Printable(configured));
     return texts;
 }
 

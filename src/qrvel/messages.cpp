@@ -27,7 +27,8 @@ void deliverPaint(WHandle object) {
     if (child == nullptr) return;
     if (child->surface) child->surface->clear();
     send(object, W_MSG_PAINT);
-    savePictureAfterPaint(*child);
+    child = handles().find<Child>(object);
+    if (child != nullptr) savePictureAfterPaint(*child);
 }
 
 }  // namespace
@@ -102,7 +103,9 @@ void WIsendmsgs(WHandle app) {
     if (found == nullptr) return;
     DataChannel* channel = findDataChannel();
     if (channel == nullptr || !channel->isTransmitting()) found->messages.deliver();
+    channel = findDataChannel();  // the viewer may have closed it, here and by its chunks
     if (channel != nullptr && found->state.quit == 0) channel->deliver();
+    channel = findDataChannel();
     const bool more = !found->messages.isEmpty() || (channel != nullptr && channel->hasChunks());
     found->state.messagesPending = more ? 1 : 0;
     if (more) found->messages.wakeAfterEvents();

@@ -1,7 +1,7 @@
 #include "notices.h"
 
+#include <QEvent>
 #include <QMessageBox>
-#include <QWindow>
 #include <cstdio>
 
 #include "application.h"
@@ -14,15 +14,29 @@ namespace {
 
 constexpr char TITLE[] = "KEL HPGL Display";
 
-// Shows a box in front of its parent; when that is not to be seen yet, together with it.
+// Waits until its parent is shown, and then shows the box in front of it.
+class ShownWithParent : public QObject {
+  public:
+    explicit ShownWithParent(QMessageBox& box) : QObject(&box), box_(box) {
+        box.parentWidget()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* /*parent*/, QEvent* event) override {
+        if (event->type() == QEvent::Show) QMetaObject::invokeMethod(&box_, &QWidget::show, Qt::QueuedConnection);
+        return false;
+    }
+
+  private:
+    QMessageBox& box_;
+};
+
 void showWithParent(QMessageBox& box) {
     const QWidget* parent = box.parentWidget();
     if (parent == nullptr || parent->isVisible()) {
         box.show();
-        return;
+    } else {
+        new ShownWithParent(box);  // goes with the box
     }
-    const auto show = [&box](bool visible) { box.setVisible(visible); };
-    QObject::connect(parent->windowHandle(), &QWindow::visibleChanged, &box, show, Qt::QueuedConnection);
 }
 
 }  // namespace

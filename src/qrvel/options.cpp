@@ -67,7 +67,7 @@ void printHelp(Options& /*options*/, const char* /*value*/) {
         "Usage: kelhpgl [OPTION]... [FILE]...\n"
         "Shows plotter drawings written in HP-GL or HP-GL/2.\n\n"
         "  FILE               a drawing; several are shown one after another\n"
-        "  -                  the drawing on standard input (also taken from a pipe when no FILE is given)");
+        "  -                  the drawing on standard input (also taken from there when no FILE is given)");
     for (const Option& option : OPTIONS) {
         std::printf("  %-9s %-8s %s\n", option.name, option.value != nullptr ? option.value : "", option.help);
     }
@@ -107,7 +107,8 @@ Words takeOption(Options& options, Words words) {
     const std::string_view word = words.front();
     const Option* option = findOption(word);
     if (option == nullptr) {
-        if (!takeNotification(options, word)) refuse("unknown option", word);
+        // One letter may be meant for somebody else: what the viewer does not know it passes over.
+        if (!takeNotification(options, word) && word.starts_with("--")) refuse("unknown option", word);
         return words.subspan(1);
     }
     if (option->value == nullptr) {
@@ -144,7 +145,7 @@ Options readOptions() {
             optionsEnded = true;
         } else {
             // A file called "-" behind "--" is given a path, so that it is not taken for standard input.
-            options.sources += optionsEnded && word == "-" ? "./-" : QString::fromLocal8Bit(word);
+            options.sources += optionsEnded && word == "-" ? "./-" : QByteArray(word.data(), qsizetype(word.size()));
         }
         words = words.subspan(1);
     }

@@ -1,14 +1,14 @@
 // The toolkit's own options, out of the process's true argument vector.
 #pragma once
 
+#include <QByteArrayList>
 #include <QString>
-#include <QStringList>
 #include <cstdint>
 
 namespace qrvel {
 
 struct Options {
-    QStringList sources;         // file names, "-" for standard input, in the order given
+    QByteArrayList sources;      // file names as their bytes, "-" for standard input, in the order given
     bool pipedIn = false;        // no source is named, but there is a pipe or a file on standard input
     QString picture;             // --picture: the PNG to write instead of showing a window; empty for none
     int32_t pictureWidth = 500;  // pixels, as large as the window's first size

@@ -1,5 +1,5 @@
 // The pixels of a surface, seen the way the output device counts them: y grows upward from the lower left corner.
-// This is the one place where the flip against the image's scan lines, which are stored from the top, is made.
+// Whoever draws through it knows nothing of the image's scan lines, which are stored from the top.
 #pragma once
 
 #include <algorithm>

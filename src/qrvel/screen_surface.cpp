@@ -25,7 +25,7 @@ constexpr int32_t CHARACTER_WORK = 5;
 
 QImage blank(QSize size) {
     QImage image(size, QImage::Format_RGB32);
-    image.fill(Qt::white);
+    if (!image.isNull()) image.fill(Qt::white);
     return image;
 }
 
@@ -37,11 +37,11 @@ ScreenSurface::ScreenSurface(Refresher refresher) : refresher_(std::move(refresh
 
 void ScreenSurface::resize(QSize size) {
     QImage shown = blank(size);
-    if (!shown_.isNull() && !size.isEmpty()) QPainter(&shown).drawImage(0, 0, shown_);
+    if (!shown_.isNull() && !shown.isNull()) QPainter(&shown).drawImage(0, 0, shown_);
     shown_ = shown;
     drawn_ = blank(size);
     area_ = {};
-    if (!size.isEmpty()) {
+    if (!drawn_.isNull() && !shown_.isNull()) {  // else there is nothing to draw into, or no memory for it
         const auto stride = static_cast<std::ptrdiff_t>(drawn_.bytesPerLine() / std::ptrdiff_t{sizeof(uint32_t)});
         area_ = {.origin = reinterpret_cast<uint32_t*>(drawn_.bits()) + (size.height() - 1) * stride,
                  .stride = -stride,

@@ -90,7 +90,7 @@ void SHLdestroy(WHandle shell) {
 
 int32_t SHLsetpos(WHandle shell, int32_t x, int32_t y, int32_t width, int32_t height, uint32_t flags) {
     const auto* found = handles().find<Shell>(shell, __func__);
-    if (found == nullptr || found->window == nullptr) return 0;
+    if (found == nullptr || found->window == nullptr || application() == nullptr) return 0;
     const auto* container = handles().find<Container>(found->container);
     if (application()->options.picture.isEmpty()) {
         found->window->resize(width, height);

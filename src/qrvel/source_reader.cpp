@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <QFile>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -30,10 +29,10 @@ bool isReadable(int file) {
 }
 
 // Opens a source for reading; -1 with errno set when that cannot be.
-int openSource(const QString& name) {
+int openSource(const QByteArray& name) {
     if (name == "-") return STDIN_FILENO;
     // Non-blocking for a pipe that nobody writes to yet.
-    const int file = open(QFile::encodeName(name).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    const int file = open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     struct stat about = {};
     if (file < 0 || fstat(file, &about) != 0 || !S_ISDIR(about.st_mode)) return file;
     close(file);
@@ -43,7 +42,7 @@ int openSource(const QString& name) {
 
 }  // namespace
 
-SourceReader::SourceReader(QString name, Done done)
+SourceReader::SourceReader(QByteArray name, Done done)
     : name_(std::move(name)), done_(std::move(done)), file_(openSource(name_)) {
     if (file_ < 0) {
         // Whoever makes this reader has not got it yet, so the end comes later.

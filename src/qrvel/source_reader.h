@@ -16,13 +16,13 @@ class SourceReader {
     // Called once, from the event loop; it may destroy the reader.
     using Done = std::function<void()>;
 
-    // name: a file's, or "-" for standard input.
-    SourceReader(QString name, Done done);
+    // name: a file's, whatever its bytes are, or "-" for standard input.
+    SourceReader(QByteArray name, Done done);
     ~SourceReader();
     SourceReader(const SourceReader&) = delete;
     SourceReader& operator=(const SourceReader&) = delete;
 
-    const QString& name() const { return name_; }
+    const QByteArray& name() const { return name_; }
     // Why the source could not be read; empty when all went well.
     const QString& failure() const { return failure_; }
     // What was read, whole.
@@ -32,7 +32,7 @@ class SourceReader {
     void readOn();
     void end(const QString& failure);
 
-    QString name_;
+    QByteArray name_;
     QString failure_;
     Done done_;
     int file_;

@@ -68,8 +68,10 @@ void traceParameters(const char* signature, const Record& record) {
             case 'R':
                 TRCTraceError(HPGLTraceHandle, " %f ", static_cast<double>(HPGLreadR(at)));
                 break;
-            default:
+            case 'C':
                 TRCTraceError(HPGLTraceHandle, "%c", static_cast<char>(*at));
+                break;
+            default:
                 break;
         }
         at += HPGLletterBytes(*letter++);

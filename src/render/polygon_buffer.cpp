@@ -156,8 +156,8 @@ int32_t HPGLPBufIsOpen(const HPGLPBuf* buf) {
     return usable(buf) ? buf->open : 0;
 }
 
-int32_t HPGLPBufMaxPoints(const HPGLPBuf* buf) {
-    return usable(buf) ? HPGL_POLYGON_POINTS : 0;
+int32_t HPGLPBufMaxPoints(const HPGLPBuf* /*buf*/) {
+    return HPGL_POLYGON_POINTS;
 }
 
 int32_t HPGLPBufCapacity(const HPGLPBuf* buf) {

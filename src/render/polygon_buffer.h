@@ -64,6 +64,6 @@ int32_t HPGLPBufGetSubPolygon(const HPGLPBuf* buf, int32_t i, const HPGLPBufPoin
 int32_t HPGLPBufFirstPoint(const HPGLPBuf* buf, HPGLPBufPoint* point);
 
 int32_t HPGLPBufIsOpen(const HPGLPBuf* buf);
-int32_t HPGLPBufMaxPoints(const HPGLPBuf* buf);  // 2000
+int32_t HPGLPBufMaxPoints(const HPGLPBuf* buf);  // 2000, whatever the buffer
 int32_t HPGLPBufCapacity(const HPGLPBuf* buf);
 int32_t HPGLPBufUsed(const HPGLPBuf* buf);

@@ -14,7 +14,7 @@ import tempfile
 import traceback
 
 import thin_plot
-from desktop import Desktop, wait_for
+from desktop import Desktop, read_ppm, wait_for
 
 KELHPGL = pathlib.Path(sys.argv[1]).resolve()
 HPGLDUMP = pathlib.Path(sys.argv[2]).resolve()
@@ -119,7 +119,6 @@ def without_a_display(desktop, plot):
                           stdin=subprocess.DEVNULL, capture_output=True, check=False, timeout=30)
     assert done.returncode == 0, done
     pixels = subprocess.run(["convert", picture, "-depth", "8", "ppm:-"], capture_output=True, check=True).stdout
-    from desktop import read_ppm
     image = read_ppm(pixels)
     assert image[:2] == (640, 480), image[:2]
     wrong = thin_plot.differences(image, thin_plot.dump(HPGLDUMP, plot, 640, 480))
@@ -127,16 +126,36 @@ def without_a_display(desktop, plot):
 
 
 def a_missing_file_is_said(desktop, plot):
+    """On standard error and in a box in front of the window, which stays."""
     missing = plot.with_name("missing.plt")
     with desktop.viewer(KELHPGL, missing) as viewer:
         viewer.window()
+        wait_for("the box", lambda: len(desktop.ask("xdotool", "search", "--onlyvisible", "--pid",
+                                                    str(viewer.process.pid), "--name", ".").split()) == 2)
         viewer.process.terminate()
         viewer.wait()
         assert b"missing.plt" in viewer.process.stderr.read()
 
 
+def file_names_are_bytes(desktop, plot):
+    name = os.fsencode(plot.parent) + b"/d\xe4 'x\".plt"
+    with open(name, "wb") as file:
+        file.write(plot.read_bytes())
+    with desktop.viewer(KELHPGL, os.fsdecode(name)) as viewer:
+        expect_picture(viewer, plot)
+
+
+def options_of_others_are_passed_over(desktop, plot):
+    with desktop.viewer(KELHPGL, "-X=5", "-I=", "-p=0", "-Q", plot) as viewer:
+        expect_picture(viewer, plot)
+    with desktop.viewer(KELHPGL, "--unknown") as viewer:
+        assert viewer.wait() == 2
+        assert b"unknown option: --unknown" in viewer.process.stderr.read()
+
+
 TESTS = [opens_a_file, resizing_refits, reads_a_pipe, shows_an_empty_window, zooms_by_dragging, a_click_changes_nothing,
-         close_button_ends_it, signals_end_it, leaves_no_file_behind, without_a_display, a_missing_file_is_said]
+         close_button_ends_it, signals_end_it, leaves_no_file_behind, without_a_display, a_missing_file_is_said,
+         file_names_are_bytes, options_of_others_are_passed_over]
 
 
 def run(test, desktop, plot):

@@ -16,7 +16,7 @@ struct ValueRow {
     const char* name;
     std::string_view text;
     bool sevenBit;
-    int64_t used;
+    int32_t used;  // bytes
     bool complete;
     int32_t value;
 };

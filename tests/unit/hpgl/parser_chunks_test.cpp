@@ -9,7 +9,7 @@
 
 namespace {
 
-using namespace std::string_view_literals;
+using namespace std::string_literals;
 
 struct PlotRow {
     const char* name;
@@ -34,7 +34,7 @@ const PlotRow PLOTS[] = {
     {"Encoded",   "PR;PE<=\301\302GG\301\277>\303\301\3017Ge_a5;PA1,2PE7?5_<ab;PU"},
     {"Pseudo",    "HPGL_INFO;PA1,2HPGL_DATA3,4;PD5HPGL_INFOPU"},
     {"Numbers",   "PA12345678901234567890,1234567890123456PD-1--2+3;SI1e2,.5,nan,1E-3;SMabcdefghijklmnopqrst;DT!,1PU"},
-    {"Controls",  "P\nA1\r2,\t3;\0P\001D4\200""5;LB\003P\377U6"},
+    {"Controls",  "P\nA1\r2,\t3;\0P\001D4\200""5;LB\003P\377U6"s},
     {"Signatures","UL1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20,21;PG1,2;AD1,2,3,4.5;CF1,2,3,4;LA1,2,3,4,5,6,7"},
     {"Polygon",   polygon(300)},
 };
@@ -72,7 +72,7 @@ TEST_P(PlotInChunks, IsTheSameCutInTwo) {
 TEST_P(PlotInChunks, IsTheSameInPieces) {
     const std::string_view text = GetParam().text;
     const std::string whole = whatCame({text});
-    for (const size_t size : {1, 2, 3, 7}) {
+    for (const size_t size : std::initializer_list<size_t>{1, 2, 3, 7}) {
         SCOPED_TRACE(size);
         std::vector<std::string_view> chunks;
         for (size_t at = 0; at < text.size(); at += size) {

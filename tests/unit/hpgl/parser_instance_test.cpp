@@ -85,12 +85,11 @@ std::string failedLine(const char* part, size_t bytes) {
 
 // What is written, and whether there is an instance, when the n-th allocation fails.
 std::string expectedLine(int n, int all) {
+    const std::string table = "createHashTable: Cant allocate ";
     if (n == 0) return failedLine("ParseInt", sizeof(ParseInt));
     if (n == 1) return failedLine("CBlockList", sizeof(CBlockList));
-    if (n == 2) return "createHashTable: Cant allocate " + std::to_string(sizeof(HashTable)) + " bytes for Hashtable\n";
-    if (n == 3)
-        return "createHashTable: Cant allocate " + std::to_string(114 * sizeof(HashBucket)) +
-               " bytes for Hashtable entries\n";
+    if (n == 2) return table + std::to_string(sizeof(HashTable)) + " bytes for Hashtable\n";
+    if (n == 3) return table + std::to_string(114 * sizeof(HashBucket)) + " bytes for Hashtable entries\n";
     if (n == all - 3) return failedLine("IStatus", sizeof(IStatus));
     if (n == all - 2) return failedLine("PStatus", 255 * sizeof(HPGLPen));
     if (n == all - 1) return failedLine("HPGLGlobal", sizeof(HPGLGlobal));

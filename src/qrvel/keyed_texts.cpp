@@ -1,0 +1,33 @@
+#include "keyed_texts.h"
+
+#include <QFile>
+
+namespace qrvel {
+
+namespace {
+
+constexpr qint64 MOST_BYTES = 1 << 20;  // of a file; what is longer is no such file
+
+QByteArray withoutLineEnd(QByteArray line) {
+    while (line.endsWith('\n') || line.endsWith('\r')) {
+        line.chop(1);
+    }
+    return line;
+}
+
+}  // namespace
+
+std::optional<KeyedTexts> readKeyedTexts(const QString& fileName) {
+    QFile file(fileName);
+    if (!file.open(QFile::ReadOnly)) return std::nullopt;
+    KeyedTexts texts;
+    for (const QByteArray& whole : file.read(MOST_BYTES).split('\n')) {
+        const QByteArray line = withoutLineEnd(whole);
+        const qsizetype equals = line.indexOf('=');
+        const bool remark = line.startsWith('#') || line.startsWith(';') || line.startsWith('[');
+        if (equals > 0 && !remark) texts.insert(line.left(equals).trimmed(), line.mid(equals + 1));
+    }
+    return texts;
+}
+
+}  // namespace qrvel
