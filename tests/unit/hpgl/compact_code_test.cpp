@@ -316,6 +316,21 @@ TEST_F(CompactCode, KeepsWhatWasWrittenWhenMemoryRunsOut) {
     EXPECT_EQ(std::ranges::count(recordsText(), '\n'), 14999);
 }
 
+// A record that got no block has no count to be written, nor have its parameters a place.
+TEST_F(CompactCode, OpensNoRecordWithoutABlock) {
+    TheParser = HPGLinitParser();
+    const std::string full = "LBx\003" + repeated("PU", 14998);
+    EXPECT_EQ(HPGLparseCode(TheParser, full.data(), static_cast<int64_t>(full.size())), 1);
+    EXPECT_EQ(occupiedOf(TheParser->blocks), "29999 ");
+    failing_allocator::failSize(30000);
+    EXPECT_EQ(HPGLparseCode(TheParser, "PA1,2;", 6), 0);
+    EXPECT_EQ(HPGLparseCode(TheParser, "", 0), 1);
+    failing_allocator::reset();
+    EXPECT_EQ(HPGLparseCode(TheParser, "5,6;PD3,4;", 10), 1);
+    EXPECT_EQ(occupiedOf(TheParser->blocks), "29999 10 ");
+    EXPECT_NE(recordsText().find("rec 0 29997 23 PU 0\nrec 1 0 20 PD 2 3 4\n"), std::string::npos);
+}
+
 TEST_F(CompactCode, ReportsNoFirstBlock) {
     TheParser = HPGLinitParser();
     EXPECT_EQ(traceOf(1,
