@@ -154,7 +154,6 @@ int32_t parsePlainNumbers(Chunk* chunk) {
 }
 
 // ---- what the open command does with a byte
-// --------------------------------------------------------------------------
 
 int32_t parseFileName(Chunk* chunk) {
     const char* name = chunk->text + chunk->at;
