@@ -1,7 +1,7 @@
 #include "notices.h"
 
-#include <QEvent>
 #include <QMessageBox>
+#include <QTimerEvent>
 #include <cstdio>
 
 #include "application.h"
@@ -22,8 +22,13 @@ class ShownWithParent : public QObject {
     }
 
     bool eventFilter(QObject* /*parent*/, QEvent* event) override {
-        if (event->type() == QEvent::Show) QMetaObject::invokeMethod(&box_, &QWidget::show, Qt::QueuedConnection);
+        if (event->type() == QEvent::Show) startTimer(0);  // when the parent is really there
         return false;
+    }
+
+    void timerEvent(QTimerEvent* event) override {
+        killTimer(event->timerId());
+        box_.show();
     }
 
   private:

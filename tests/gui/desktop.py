@@ -2,6 +2,7 @@
 import contextlib
 import os
 import pathlib
+import re
 import subprocess
 import time
 
@@ -47,6 +48,11 @@ class Desktop:
     def ask(self, *command):
         done = subprocess.run(command, env=self.environment, capture_output=True, check=False, timeout=PATIENCE)
         return done.stdout.decode("utf-8", "replace").strip()
+
+    def stacking(self):
+        """The windows' numbers, the one in front last."""
+        return [int(word, 16) for word in re.findall(r"0x[0-9a-f]+", self.ask("xprop", "-root",
+                                                                             "_NET_CLIENT_LIST_STACKING"))]
 
     def viewer(self, program, *arguments, stdin=subprocess.DEVNULL, folder=None):
         return Viewer(self, program, arguments, stdin, folder)

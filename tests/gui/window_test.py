@@ -130,8 +130,8 @@ def a_missing_file_is_said(desktop, plot):
     missing = plot.with_name("missing.plt")
     with desktop.viewer(KELHPGL, missing) as viewer:
         viewer.window()
-        wait_for("the box", lambda: len(desktop.ask("xdotool", "search", "--onlyvisible", "--pid",
-                                                    str(viewer.process.pid), "--name", ".").split()) == 2)
+        windows = wait_for("the box", lambda: len(desktop.stacking()) == 2 and desktop.stacking())
+        assert "Height: 500" in desktop.ask("xwininfo", "-id", str(windows[0])), "the box is not in front"
         viewer.process.terminate()
         viewer.wait()
         assert b"missing.plt" in viewer.process.stderr.read()
