@@ -3,6 +3,8 @@
 
 #include <sys/stat.h>
 
+#include <filesystem>
+
 #include "list.h"
 #include "viewer_run.h"
 #include "zoom.h"
@@ -273,6 +275,35 @@ TEST_F(Channel, SaysWhatItCannotOpen) {
 }
 
 // The compact code is given up before the file is opened.
+// The names of the plots that the process has open.
+std::string openPlots() {
+    std::string names;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc/self/fd")) {
+        std::error_code gone;
+        const auto name = std::filesystem::read_symlink(entry, gone).filename();
+        if (name.extension() == ".plt") names += name.string() + " ";
+    }
+    return names;
+}
+
+TEST_F(Channel, ANamedFileStaysOpenUntilTheNext) {
+    ScratchFolder::write("a.plt", "IN;");
+    ScratchFolder::write("b.plt", "SP1;");
+    std::string afterFirst, afterSecond, afterMissing;
+    run({[&] {
+        send("HPGL_FILEa.plt");
+        afterFirst = openPlots();
+        send("HPGL_FILEb.plt");
+        afterSecond = openPlots();
+        send("HPGL_FILEmissing.plt");
+        afterMissing = openPlots();
+    }});
+    EXPECT_EQ(afterFirst, "a.plt ");
+    EXPECT_EQ(afterSecond, "b.plt ");
+    EXPECT_EQ(afterMissing, "b.plt ");
+    EXPECT_EQ(openPlots(), "");
+}
+
 TEST_F(Channel, AMissingFileLeavesNothing) {
     EXPECT_EQ(recordsOf({{BEGIN, "PU;PD9,9;HPGL_FILEmissing.plt"}, {END, ""}}), "");
 }
