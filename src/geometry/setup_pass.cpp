@@ -23,14 +23,14 @@ struct Point {
 struct Extents {
     int32_t MinX = HPGL_EMPTY_MIN, MinY = HPGL_EMPTY_MIN;
     int32_t MaxX = HPGL_EMPTY_MAX, MaxY = HPGL_EMPTY_MAX;
-
-    void add(Point p) {
-        MinX = std::min(MinX, p.x);
-        MaxX = std::max(MaxX, p.x);
-        MinY = std::min(MinY, p.y);
-        MaxY = std::max(MaxY, p.y);
-    }
 };
+
+void addPoint(Extents* extents, Point p) {
+    extents->MinX = std::min(extents->MinX, p.x);
+    extents->MaxX = std::max(extents->MaxX, p.x);
+    extents->MinY = std::min(extents->MinY, p.y);
+    extents->MaxY = std::max(extents->MaxY, p.y);
+}
 
 // The state of one walk.
 struct Walk {
@@ -85,12 +85,12 @@ void walkMoves(Walk* walk, const CompactCodeRecord& record) {
     if (pairs == 0) return;
     Extents extents = walk->extents;
     Point pen = walk->pen;
-    if (walk->penDown) extents.add(pen);
+    if (walk->penDown) addPoint(&extents, pen);
     const uint8_t* at = record.params;
     for (int32_t i = 0; i < pairs; ++i, at += 8) {
         const Point read = readScaled(walk, at);
         pen = walk->relative ? sum(pen, read) : read;
-        if (walk->penDown) extents.add(pen);
+        if (walk->penDown) addPoint(&extents, pen);
     }
     walk->pen = pen;
     walk->extents = extents;
@@ -113,14 +113,14 @@ void walkCurves(Walk* walk, const CompactCodeRecord& record) {
         const Point start = record.id == CMD_BR ? walk->pen : Point{0, 0};
         for (int32_t i = 0; i < 3; ++i, at += 8) {
             walk->pen = sum(start, readScaled(walk, at));
-            walk->extents.add(walk->pen);
+            addPoint(&walk->extents, walk->pen);
         }
     }
 }
 
 void walkRectangle(Walk* walk, const CompactCodeRecord& record) {
     const bool relative = record.id == CMD_ER || record.id == CMD_RR;
-    walk->extents.add(sum(relative ? walk->pen : Point{0, 0}, readScaled(walk, record.params)));
+    addPoint(&walk->extents, sum(relative ? walk->pen : Point{0, 0}, readScaled(walk, record.params)));
 }
 
 void walkWedge(Walk* walk, const CompactCodeRecord& record) {
@@ -136,9 +136,9 @@ void walkWedge(Walk* walk, const CompactCodeRecord& record) {
     const double rX = static_cast<double>(walk->ScaleFactorX) * radius;
     const double rY = static_cast<double>(walk->ScaleFactorY) * radius;
     const double end = start + sweep;
-    const auto addPoint = [&](double angle) { walk->extents.add(onEllipse(walk->pen, angle, rX, rY, 0.0)); };
-    HPGLforEachStep(&walk->allowance, NAME, start, sweep > 0 ? chord : -chord, end, addPoint);
-    addPoint(end);
+    const auto addAt = [&](double angle) { addPoint(&walk->extents, onEllipse(walk->pen, angle, rX, rY, 0.0)); };
+    HPGLforEachStep(&walk->allowance, NAME, start, sweep > 0 ? chord : -chord, end, addAt);
+    addAt(end);
 }
 
 // Deliberate: the centre is taken unscaled, and the start angle in degrees is added to every point's offsets. The
@@ -159,12 +159,12 @@ void walkArc(Walk* walk, const CompactCodeRecord& record) {
     const double rX = static_cast<double>(walk->ScaleFactorX) * radius;
     const double rY = static_cast<double>(walk->ScaleFactorY) * radius;
     const double end = start + sweep;
-    const auto addPoint = [&](double angle) {
+    const auto addAt = [&](double angle) {
         walk->pen = onEllipse(centre, angle, rX, rY, start);
-        walk->extents.add(walk->pen);
+        addPoint(&walk->extents, walk->pen);
     };
-    HPGLforEachStep(&walk->allowance, NAME, start, sweep > 0 ? chord : -chord, end, addPoint);
-    addPoint(end);
+    HPGLforEachStep(&walk->allowance, NAME, start, sweep > 0 ? chord : -chord, end, addAt);
+    addAt(end);
 }
 
 void walkSelectPen(Walk* walk, const CompactCodeRecord& record) {

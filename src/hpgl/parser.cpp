@@ -153,7 +153,7 @@ int32_t parsePlainNumbers(Chunk* chunk) {
     return 1;
 }
 
-// ---- what the open command does with a byte
+// ---- the bytes behind a command -------------------------------------------------------------------------------------
 
 int32_t parseFileName(Chunk* chunk) {
     const char* name = chunk->text + chunk->at;

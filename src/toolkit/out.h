@@ -61,8 +61,8 @@ int32_t OUTsettext(WHandle child, int32_t a, int32_t b, int32_t width, int32_t h
 // `length` characters of 8 bits with their baseline's start at (x, y); no terminator needed. flags 0.
 int32_t OUTchars_len(WHandle child, int32_t x, int32_t y, int32_t length, const char* text, uint32_t flags);
 
-// kind 2: the number of device fonts; kind 3: the address of an array of that many font handles (WHandle), owned by
-// the device and valid until its next operation.
+// kind 2: the number of device fonts; kind 3: the address of an array of that many font handles (WHandle), or of all
+// fonts when kind 2 answers 0, or null when there are none. Owned by the device, valid until its next operation.
 uintptr_t OUTquery(WHandle child, uint32_t kind);
 
 // Makes a page the child's output (destination and format as PSSETUPtransDestAndFormatValues gives them, name the
