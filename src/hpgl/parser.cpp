@@ -18,10 +18,6 @@ struct Chunk {
     int64_t at;
 };
 
-bool traceOn() {
-    return TRCAdmits(HPGLTraceHandle, TRC_DETAIL);
-}
-
 int32_t beginCall(Chunk* chunk) {
     if (chunk->status->newParse == 0) {
         chunk->block = HPGLlastCBlock(chunk->parser->blocks);
@@ -124,7 +120,7 @@ void appendPlainNumber(CBlock* block, char letter, int32_t value) {
 bool takesPlainNumbers(const Chunk& chunk) {
     const IStatus* status = chunk.status;
     if (status->stringMode != 0 || status->pending != 0 || status->signatureLength == 0) return false;
-    return status->signatureStart != nullptr && status->commandId > CMD_CO && !traceOn();
+    return status->signatureStart != nullptr && status->commandId > CMD_CO && !TRCAdmits(HPGLTraceHandle, TRC_DETAIL);
 }
 
 // Takes separators and plain numbers as parseByte would, without a look-up, the number buffer or the C library, until
@@ -201,7 +197,7 @@ int32_t parseLabelByte(Chunk* chunk, char c) {
     if (countParameter(status) && HPGLwriteBytes(chunk->parser->blocks, &chunk->block, &c, 1) == 0) {
         return 0;
     }
-    if (traceOn()) TRCTrace(HPGLTraceHandle, TRC_DETAIL, "%c", c);
+    TRCTrace(HPGLTraceHandle, TRC_DETAIL, "%c", c);
     return 1;
 }
 
@@ -245,16 +241,14 @@ int32_t closeRecord(Chunk* chunk) {
     if (status->pending != 0 && --status->bufferPointer > status->numberBuffer && countAndConvert(chunk) == 0) return 0;
     setNoOfParameters(chunk->block, status->parameterCount);
     const bool hasRecord = status->commandId > CMD_CO && status->commandId != CMD_PE;
-    if (hasRecord && traceOn()) TRCTrace(HPGLTraceHandle, TRC_DETAIL, " PNo: %d\n", status->parameterCount);
+    if (hasRecord) TRCTrace(HPGLTraceHandle, TRC_DETAIL, " PNo: %d\n", status->parameterCount);
     return 1;
 }
 
 int32_t openOrdinary(Chunk* chunk, const HPGLCommand* row) {
     const auto id = static_cast<uint8_t>(row->id);
     if (HPGLopenRecord(chunk->status, chunk->parser->blocks, &chunk->block, id, 0) == 0) return 0;
-    if (traceOn()) {
-        TRCTrace(HPGLTraceHandle, TRC_DETAIL, "%s(=%d) P: ", row->name, static_cast<int>(row->id));
-    }
+    TRCTrace(HPGLTraceHandle, TRC_DETAIL, "%s(=%d) P: ", row->name, static_cast<int>(row->id));
     return 1;
 }
 
@@ -428,25 +422,25 @@ int32_t HPGLconvertParameter(IStatus* status, CBlockList* blocks, CBlock** block
         case 'C': {
             const auto length = static_cast<int32_t>(status->bufferPointer - status->numberBuffer);
             done = HPGLwriteBytes(blocks, block, status->numberBuffer, length);
-            if (traceOn()) TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %s", status->numberBuffer);
+            TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %s", status->numberBuffer);
             break;
         }
         case 'I': {
             const auto value = static_cast<int16_t>(atoi(status->numberBuffer));
             done = HPGLwriteBytes(blocks, block, &value, sizeof value);
-            if (traceOn()) TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %d", static_cast<int>(value));
+            TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %d", static_cast<int>(value));
             break;
         }
         case 'L': {
             const auto value = static_cast<int32_t>(atol(status->numberBuffer));
             done = HPGLwriteBytes(blocks, block, &value, sizeof value);
-            if (traceOn()) TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %d", static_cast<int>(value));
+            TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %d", static_cast<int>(value));
             break;
         }
         case 'R': {
             const auto value = static_cast<float>(atof(status->numberBuffer));
             done = HPGLwriteBytes(blocks, block, &value, sizeof value);
-            if (traceOn()) TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %f", static_cast<double>(value));
+            TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %f", static_cast<double>(value));
             break;
         }
         default:

@@ -188,7 +188,7 @@ void finishLocal(State* state, bool fill) {
 void addSteps(State* state, Point centre, double rX, double rY, double first, double step, double last) {
     HPGLforEachStep(&state->allowance, NAME, first, step, last, [&](double angle) {
         if (HPGLPBufIsFull(state->local)) {
-            if (TRCAdmits(HPGLTraceHandle, TRC_ERROR)) HPGLPBufReportFull();
+            HPGLPBufReportFull();
             return;
         }
         const Point point = onEllipse(centre, angle, rX, rY);

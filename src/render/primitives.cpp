@@ -53,10 +53,8 @@ int32_t HPGLdrawLine(const HPGLDisplay* display, int32_t penWidth, int32_t x1, i
     } else {
         OUTgeomline(display->Window, ends, 2, width);
     }
-    if (TRCAdmits(HPGLTraceHandle, TRC_DETAIL)) {
-        TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGLdrawLine: %s: %d %d %d %d\n", thin ? "Thinline" : "Geomline",
-                 ends[0].x, ends[0].y, ends[1].x, ends[1].y);
-    }
+    TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGLdrawLine: %s: %d %d %d %d\n", thin ? "Thinline" : "Geomline", ends[0].x,
+             ends[0].y, ends[1].x, ends[1].y);
     return 1;
 }
 

@@ -26,7 +26,7 @@ extern TRCHandle HPGLTraceHandle;
 // The higher of the two thresholds: no line above it is written anywhere.
 extern int32_t TRCHighestLevel;
 
-// Whether a line of that level would be written: asked in loops, so that nothing is even passed when it would not.
+// Whether a line of that level would be written.
 inline bool TRCAdmits(TRCHandle handle, int32_t level) {
     return handle != 0 && level <= TRCHighestLevel;
 }
@@ -47,6 +47,12 @@ void TRCClose(TRCHandle handle);
 [[gnu::format(printf, 3, 4)]] int32_t TRCTrace(TRCHandle handle, int32_t level, const char* format, ...);
 [[gnu::format(printf, 2, 3)]] int32_t TRCTraceError(TRCHandle handle, const char* format, ...);  // level 1
 [[gnu::format(printf, 2, 3)]] int32_t TRCTraceInfo(TRCHandle handle, const char* format, ...);   // level 2
+
+// Each stands behind an inline test, so that a line that nobody wants costs nothing else: not even its arguments are
+// computed.
+#define TRCTrace(handle, level, ...) ((level) <= TRCHighestLevel ? TRCTrace(handle, level, __VA_ARGS__) : 0)
+#define TRCTraceError(handle, ...) (TRC_ERROR <= TRCHighestLevel ? TRCTraceError(handle, __VA_ARGS__) : 0)
+#define TRCTraceInfo(handle, ...) (TRC_INFO <= TRCHighestLevel ? TRCTraceInfo(handle, __VA_ARGS__) : 0)
 
 // Writes a ready line without a level: to window and file when the window's threshold is not 0 or `force` is set,
 // otherwise to the file when its threshold is not 0. What exceeds TRC_LINE_SIZE characters is cut off.

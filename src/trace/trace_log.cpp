@@ -10,6 +10,11 @@
 #include "trace_slots.h"
 #include "trace_window.h"
 
+// Here stand the operations themselves, without the test in front of them.
+#undef TRCTrace
+#undef TRCTraceError
+#undef TRCTraceInfo
+
 TRCHandle HPGLTraceHandle = 0;
 int32_t TRCHighestLevel = 0;
 TRCState TRCGlobal = {};

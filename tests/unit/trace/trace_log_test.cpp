@@ -177,6 +177,13 @@ TEST_P(TraceLineLevel, DecidesWhetherALineIsWritten) {
     EXPECT_EQ(TRCTrace(handle, GetParam().level, "line %d\n", 7), GetParam().written ? 7 : 0);
     EXPECT_EQ(ScratchFolder::read("t.log").ends_with("line 7\r\n"), GetParam().written);
 }
+
+TEST_P(TraceLineLevel, DecidesWhetherArgumentsAreComputed) {
+    const TRCHandle handle = openAt(GetParam().threshold);
+    int computed = 0;
+    TRCTrace(handle, GetParam().level, "line %d\n", ++computed);
+    EXPECT_EQ(computed, GetParam().written ? 1 : 0);
+}
 INSTANTIATE_TEST_SUITE_P(Rows, TraceLineLevel, testing::ValuesIn(LINE_LEVELS), byRowName);
 
 TEST_F(TraceLog, HasAWordForLevelsOneAndTwo) {

@@ -138,8 +138,10 @@ TEST_F(TraceWindow, ShowsLinesOfItsLevels) {
 
 TEST_F(TraceWindow, RegistersItsClassOnce) {
     script.environment["KELGTRACE_WINHT"] = "100";
-    for (const char* name : {"a", "b"})
-        TRCTraceError(TRCOpen(name, 0), "line\n");
+    for (const char* name : {"a", "b"}) {
+        const TRCHandle handle = TRCOpen(name, 0);
+        TRCTraceError(handle, "line\n");
+    }
     // Horizontal and vertical redraw, no class bytes, two window bytes; handles of instance, icon, cursor, brush.
     const std::string registered = callsOf("RegisterClassA");
     EXPECT_EQ(registered.find("RegisterClassA 3 0 2 "), 0u) << registered;
@@ -155,7 +157,8 @@ TEST_F(TraceWindow, RegistersItsClassOnce) {
 TEST_F(TraceWindow, KnowsItsTraceAndDoesNotTakeTheFocus) {
     script.environment["KELGTRACE_WINHT"] = "100";
     TRCOpen("a", 0);
-    TRCTraceError(TRCOpen("b", 0), "line\n");
+    const TRCHandle handle = TRCOpen("b", 0);
+    TRCTraceError(handle, "line\n");
     const std::string window = std::to_string(reinterpret_cast<uintptr_t>(windowOf(2)));
     EXPECT_EQ(callsOf("SetWindowWord"), "SetWindowWord " + window + " 0 2\n");
     EXPECT_EQ(callsOf("ShowWindow"), "ShowWindow " + window + " 4\n");
