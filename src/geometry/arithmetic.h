@@ -2,6 +2,7 @@
 // coordinate goes through these, so that the same picture comes out on every machine and under the sanitizers.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <limits>
 
@@ -19,6 +20,19 @@ inline int32_t wrapMul(int32_t a, int32_t b) {
 inline int32_t truncDiv(int32_t a, int32_t b) {
     if (b == 0) return a;
     return b == -1 ? wrapSub(0, a) : a / b;
+}
+
+// A divisor that serves for many divisions, each then a multiplication with the same result as above. The half put on
+// the dividend keeps every quotient at least half a divisor's part away from the next whole number, which is far more
+// than the product can be wrong by.
+struct Divisor {
+    double reciprocal;
+};
+inline Divisor divisorOf(int32_t b) {
+    return {1.0 / (b == 0 ? 1 : b)};
+}
+inline int32_t truncDiv(int32_t a, Divisor b) {
+    return static_cast<int32_t>(static_cast<int64_t>((a + std::copysign(0.5, a)) * b.reciprocal));
 }
 
 // Truncates toward zero; what 32 bits cannot hold becomes the nearest number that they can, not-a-number 0.

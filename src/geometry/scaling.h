@@ -24,14 +24,21 @@ int32_t KWMsize();
 // Usable size of the drawing window in pixels. Always 1.
 int32_t HPGLqueryDeviceSize(const HPGLDisplay* display, int32_t* width, int32_t* height);
 
-// Point mapping, scaled plotter units to pixels. The product is formed before the division and wraps.
-inline int32_t HPGLmapX(const HPGLDisplay* display, int32_t x) {
-    const int32_t offset = truncDiv(wrapMul(wrapSub(display->MaxX, x), display->DSize), display->USize);
+// Point mapping, scaled plotter units to pixels. The product is formed before the division and wraps. USize is the
+// display's: whoever maps many points hands it over, made once.
+inline int32_t HPGLmapX(const HPGLDisplay* display, int32_t x, Divisor USize) {
+    const int32_t offset = truncDiv(wrapMul(wrapSub(display->MaxX, x), display->DSize), USize);
     return wrapAdd(wrapSub(display->DSizeX, offset), HPGL_MAPPING_OFFSET);
 }
-inline int32_t HPGLmapY(const HPGLDisplay* display, int32_t y) {
-    const int32_t offset = truncDiv(wrapMul(wrapSub(display->MaxY, y), display->DSize), display->USize);
+inline int32_t HPGLmapY(const HPGLDisplay* display, int32_t y, Divisor USize) {
+    const int32_t offset = truncDiv(wrapMul(wrapSub(display->MaxY, y), display->DSize), USize);
     return wrapAdd(wrapSub(display->DSizeY, offset), HPGL_MAPPING_OFFSET);
+}
+inline int32_t HPGLmapX(const HPGLDisplay* display, int32_t x) {
+    return HPGLmapX(display, x, divisorOf(display->USize));
+}
+inline int32_t HPGLmapY(const HPGLDisplay* display, int32_t y) {
+    return HPGLmapY(display, y, divisorOf(display->USize));
 }
 
 // Length mapping: pen widths, boxes, characters.

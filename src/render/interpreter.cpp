@@ -101,20 +101,26 @@ bool scale(State* state, const Record& record) {
 
 // ---- moves and rectangles -------------------------------------------------------------------------------------------
 
-void drawTo(State* state, Point point) {
-    if (state->polygonMode) {
-        HPGLPBufAddPoint(state->polygon, point.x, point.y);  // whatever the pen state
-    } else if (state->penDown) {
-        HPGLdrawLine(state->display, currentPen(state)->width, state->X, state->Y, point.x, point.y);
-    }
-    moveTo(state, point);
-}
-
-bool drawMoves(State* state, const Record& record) {
+// Calls take(point) for every pair, then stands at the last.
+template <class Take>
+void forEachMove(State* state, const Record& record, Take take) {
     const uint8_t* at = record.params;
     for (int32_t i = 0; i < record.count / 2; ++i, at += 8) {
         const Point read = readScaled(state, at);
-        drawTo(state, state->relative ? sum(position(state), read) : read);
+        moveTo(state, state->relative ? sum(position(state), read) : read);
+        take(position(state));
+    }
+}
+
+// In polygon mode every point is taken, whatever the pen state.
+bool drawMoves(State* state, const Record& record) {
+    if (state->polygonMode) {
+        forEachMove(state, record, [&](Point point) { HPGLPBufAddPoint(state->polygon, point.x, point.y); });
+    } else if (state->penDown) {
+        HPGLPath path = HPGLbeginPath(state->display, currentPen(state)->width, state->X, state->Y);
+        forEachMove(state, record, [&](Point point) { HPGLlineTo(&path, point.x, point.y); });
+    } else {
+        forEachMove(state, record, [](Point) {});
     }
     return true;
 }

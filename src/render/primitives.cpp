@@ -9,8 +9,9 @@ namespace {
 
 // Answers how many points were mapped.
 int32_t mapPoints(const HPGLDisplay* display, const HPGLPBufPoint* points, int32_t count, OUTPoint* to) {
+    const Divisor USize = divisorOf(display->USize);
     for (int32_t i = 0; i < count; ++i) {
-        to[i] = {HPGLmapX(display, points[i].x), HPGLmapY(display, points[i].y)};
+        to[i] = {HPGLmapX(display, points[i].x, USize), HPGLmapY(display, points[i].y, USize)};
     }
     return count;
 }
@@ -41,20 +42,36 @@ void fillPolygons(const HPGLDisplay* display, const HPGLPBuf* buf) {
     OUTwinsolidpolygons(display->Window, display->DevicePoints, display->DeviceCounts, polygons);
 }
 
+OUTPoint lineEnd(const HPGLDisplay* display, int32_t x, int32_t y, Divisor USize) {
+    return {HPGLclamp(HPGLmapX(display, x, USize)), HPGLclamp(HPGLmapY(display, y, USize))};
+}
+
 }  // namespace
 
-int32_t HPGLdrawLine(const HPGLDisplay* display, int32_t penWidth, int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
-    const OUTPoint ends[2] = {{HPGLclamp(HPGLmapX(display, x1)), HPGLclamp(HPGLmapY(display, y1))},
-                              {HPGLclamp(HPGLmapX(display, x2)), HPGLclamp(HPGLmapY(display, y2))}};
-    const int32_t width = HPGLmapLength(display, penWidth);
-    const bool thin = width <= 1;
+HPGLPath HPGLbeginPath(const HPGLDisplay* display, int32_t penWidth, int32_t x, int32_t y) {
+    const Divisor USize = divisorOf(display->USize);
+    return {display, HPGLmapLength(display, penWidth), USize, lineEnd(display, x, y, USize)};
+}
+
+void HPGLlineTo(HPGLPath* path, int32_t x, int32_t y) {
+    const WHandle window = path->display->Window;
+    const OUTPoint from = path->end;
+    const OUTPoint to = lineEnd(path->display, x, y, path->USize);
+    path->end = to;
+    const bool thin = path->width <= 1;
     if (thin) {
-        OUTline(display->Window, ends[0].x, ends[0].y, ends[1].x, ends[1].y);
+        OUTline(window, from.x, from.y, to.x, to.y);
     } else {
-        OUTgeomline(display->Window, ends, 2, width);
+        const OUTPoint ends[2] = {from, to};
+        OUTgeomline(window, ends, 2, path->width);
     }
-    TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGLdrawLine: %s: %d %d %d %d\n", thin ? "Thinline" : "Geomline", ends[0].x,
-             ends[0].y, ends[1].x, ends[1].y);
+    TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGLdrawLine: %s: %d %d %d %d\n", thin ? "Thinline" : "Geomline", from.x,
+             from.y, to.x, to.y);
+}
+
+int32_t HPGLdrawLine(const HPGLDisplay* display, int32_t penWidth, int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
+    HPGLPath path = HPGLbeginPath(display, penWidth, x1, y1);
+    HPGLlineTo(&path, x2, y2);
     return 1;
 }
 

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <random>
 
 namespace {
 
@@ -34,6 +35,32 @@ TEST(Arithmetic, DividesByZeroAsByOne) {
 TEST(Arithmetic, WrapsTheOneQuotientThatDoesNotFit) {
     EXPECT_EQ(truncDiv(MIN, -1), MIN);
     EXPECT_EQ(truncDiv(MAX, -1), -MAX);
+}
+
+// What every point goes through, against the division itself.
+TEST(Arithmetic, DividesByAReciprocalExactly) {
+    std::vector<int32_t> numbers;
+    for (int32_t edge : {0, 65536, 1 << 30, MAX, MIN}) {
+        for (int32_t beside = -20; beside <= 20; ++beside) {
+            numbers.push_back(wrapAdd(edge, beside));
+            numbers.push_back(wrapSub(beside, edge));
+        }
+    }
+    std::mt19937 random(1);
+    for (int i = 0; i < 2000; ++i) {
+        numbers.push_back(static_cast<int32_t>(random()) >> (random() % 32));
+    }
+    for (const int32_t b : numbers) {
+        const Divisor divisor = divisorOf(b);
+        for (const int32_t a : numbers) {
+            ASSERT_EQ(truncDiv(a, divisor), truncDiv(a, b)) << a << " / " << b;
+        }
+        for (int32_t k = -20; k <= 20; ++k) {  // whole quotients, and their neighbours
+            const int32_t a = wrapMul(b, k);
+            ASSERT_EQ(truncDiv(a, divisor), truncDiv(a, b)) << a << " / " << b;
+            ASSERT_EQ(truncDiv(wrapSub(a, 1), divisor), truncDiv(wrapSub(a, 1), b)) << a << " - 1 / " << b;
+        }
+    }
 }
 
 template <class Float>

@@ -99,6 +99,27 @@ TEST(ThinLine, CutLinesSetThePixelsOfTheWholeLine) {
     }
 }
 
+// On the largest area that an image can be. Its rows lie one pixel apart, so a rising line that goes along x sets pixel
+// x + y of a row, each another one.
+TEST(ThinLine, StaysExactOnTheLargestArea) {
+    constexpr int32_t SIDE = 32767;
+    std::vector<uint32_t> row(2 * SIDE);
+    const PixelArea area{.origin = row.data(), .stride = 1, .width = SIDE, .height = SIDE};
+    std::mt19937 random(1);
+    for (int round = 0; round < 300; ++round) {
+        const int32_t length = round % 3 == 0 ? SIDE - 1 - round : static_cast<int32_t>(random() % SIDE);
+        const int32_t rise = static_cast<int32_t>(random() % static_cast<uint32_t>(length + 1));
+        std::vector<uint32_t> expected(row.size());
+        for (int64_t i = 0; i <= length; ++i) {
+            const int64_t offset = length == 0 ? 0 : (2 * i * rise + length) / (2 * int64_t{length});
+            expected[static_cast<std::size_t>(i + offset)] = INK;
+        }
+        std::fill(row.begin(), row.end(), 0);
+        drawThinLine(area, 0, 0, length, rise, INK);
+        ASSERT_TRUE(row == expected) << length << ' ' << rise;
+    }
+}
+
 TEST(ThinLine, LinesIntoTheSheetFromAnywhere) {
     std::mt19937 random(2);
     std::uniform_int_distribution<int32_t> far(INT_MIN, INT_MAX);
