@@ -1,5 +1,6 @@
 #include "interpreter.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "arithmetic.h"
@@ -308,13 +309,23 @@ bool polygonMode(State* state, const Record& record) {
     return true;
 }
 
+void drawPolygon(State* state, bool fill) {
+    if (state->polygonPointsLeft < 0) return;
+    state->polygonPointsLeft -= HPGLPBufPoints(state->polygon);
+    if (state->polygonPointsLeft < 0) {
+        warn("polygons are drawn too often, the rest of them is left out");
+        return;
+    }
+    HPGLdrawPolygon(state->display, currentPen(state)->width, state->polygon, fill);
+}
+
 bool edgePolygon(State* state, const Record& /*record*/) {
-    HPGLdrawPolygon(state->display, currentPen(state)->width, state->polygon, false);
+    drawPolygon(state, false);
     return true;
 }
 
 bool fillPolygon(State* state, const Record& /*record*/) {
-    HPGLdrawPolygon(state->display, currentPen(state)->width, state->polygon, true);
+    drawPolygon(state, true);
     return true;
 }
 
@@ -476,6 +487,12 @@ void resetPenWidths(HPGLPen* pens) {
     }
 }
 
+int64_t polygonPointsAllowed(const CBlockList* blocks) {
+    constexpr int64_t pointBytes = 8;
+    const int64_t room = int64_t{HPGLgetListCount(blocks)} * HPGL_BLOCK_SIZE / pointBytes;
+    return std::max(HPGL_POLYGON_POINTS_PER_PASS, room * HPGL_POLYGON_DRAWINGS_PER_POINT);
+}
+
 }  // namespace
 
 void HPGLaddBezierPoints(HPGLPBuf* buf, HPGLPBufPoint p0, HPGLPBufPoint p1, HPGLPBufPoint p2, HPGLPBufPoint p3,
@@ -497,6 +514,7 @@ int32_t HPGLinterpretCompactCode(ParseInt* view, HPGLDisplay* display, int32_t f
     state.view = view;
     state.display = display;
     state.rotationSign = flag;
+    state.polygonPointsLeft = polygonPointsAllowed(view->blocks);
     createBuffers(&state);
     resetPenWidths(view->PStatus);
     HPGLallocDeviceArrays(display, HPGL_MAIN_POLYGONS, HPGL_POLYGON_POINTS);

@@ -39,10 +39,16 @@ struct HPGLInterpState {
     HPGLPBuf* polygon = nullptr;  // PM: HPGL_MAIN_POLYGONS sub-polygons
     HPGLPBuf* local = nullptr;    // one circle, arc, wedge or curve in the making
     StepAllowance allowance;
+    int64_t polygonPointsLeft = 0;  // that FP and EP may still draw; below 0 once they have been stopped
 };
 
 inline constexpr int32_t HPGL_MAIN_POLYGONS = 256;
 inline constexpr int32_t HPGL_CURVE_SEGMENTS = 20;
+
+// A polygon of half a million points can be drawn again by two letters. So FP and EP together draw as many points a
+// pass as this, or this many times the points that the picture's data has room for, whichever is more.
+inline constexpr int64_t HPGL_POLYGON_POINTS_PER_PASS = 20'000'000;
+inline constexpr int64_t HPGL_POLYGON_DRAWINGS_PER_POINT = 4;
 
 // Adds the points of a cubic Bézier curve behind its start: segments + 1 of them, the last one the end.
 void HPGLaddBezierPoints(HPGLPBuf* buf, HPGLPBufPoint p0, HPGLPBufPoint p1, HPGLPBufPoint p2, HPGLPBufPoint p3,

@@ -167,3 +167,11 @@ int32_t HPGLPBufCapacity(const HPGLPBuf* buf) {
 int32_t HPGLPBufUsed(const HPGLPBuf* buf) {
     return usable(buf) ? buf->used : 0;
 }
+
+int32_t HPGLPBufPoints(const HPGLPBuf* buf) {
+    int32_t points = 0;
+    for (int32_t i = 0; i < HPGLPBufUsed(buf); ++i) {
+        points += buf->subPolygons[i].count;
+    }
+    return points;
+}

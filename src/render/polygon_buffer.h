@@ -67,3 +67,4 @@ int32_t HPGLPBufIsOpen(const HPGLPBuf* buf);
 int32_t HPGLPBufMaxPoints(const HPGLPBuf* buf);  // 2000, whatever the buffer
 int32_t HPGLPBufCapacity(const HPGLPBuf* buf);
 int32_t HPGLPBufUsed(const HPGLPBuf* buf);
+int32_t HPGLPBufPoints(const HPGLPBuf* buf);  // of all sub-polygons in use

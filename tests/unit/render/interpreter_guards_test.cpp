@@ -224,4 +224,43 @@ TEST(Steps, AreLimitedAPass) {
     EXPECT_TRUE(lastCall(calls).starts_with("OUTgeomline 0 1002 0 0 1000 0 996 87 ")) << lastCall(calls).substr(0, 60);
 }
 
+// How often a pass draws the polygon of 1001 points.
+int64_t drawings() {
+    int64_t count = 0;
+    recorder::drawingSink = [&](std::string_view call) {
+        count += call.starts_with("OUTgeomline 0 1001 ") || call.starts_with("OUTwinsolidpolygons 1 1002 ") ? 1 : 0;
+    };
+    HPGLinterpretCompactCode(TheParser, &TheDisplay, 1);
+    recorder::drawingSink = nullptr;
+    return count;
+}
+
+// There and back again: a thousand points behind the first.
+std::string polygon() {
+    return "PM0;" + times(4, "PR" + times(125, "1,0,") + ";") + times(4, "PR" + times(125, "-1,0,") + ";") + "PM2;";
+}
+
+constexpr int64_t MOST_DRAWINGS = 20'000'000 / 1001;
+
+// A polygon that is drawn again and again by two letters.
+TEST(PolygonPoints, AreLimitedAPass) {
+    const FreshViewer viewer;
+    const auto drawn = [](int64_t n) {
+        parseText(polygon() + times(static_cast<int>(n), "FP") + "EP");
+        return drawings();
+    };
+    EXPECT_EQ(traceOf(1, [&] { EXPECT_EQ(drawn(MOST_DRAWINGS - 1), MOST_DRAWINGS); }), "");
+    EXPECT_EQ(traceOf(1, [&] { EXPECT_EQ(drawn(MOST_DRAWINGS + 5), MOST_DRAWINGS); }),
+              "WARNING-HPGLinterpretCompactCode: polygons are drawn too often, the rest of them is left out\n");
+}
+
+// Two thousand blocks have room for 7.5 million points; each may be drawn four times.
+TEST(PolygonPoints, GrowWithTheData) {
+    const FreshViewer viewer;
+    std::vector<std::string> blocks(2000, codeOf(times(20, "FP")));
+    blocks.front() = codeOf(polygon());
+    setBlocks(blocks);
+    EXPECT_EQ(drawings(), 30'000'000 / 1001);
+}
+
 }  // namespace
