@@ -5,7 +5,6 @@
 #include <cstring>
 #include <utility>
 
-#include "polygon_fill.h"
 #include "thin_line.h"
 #include "wide_line.h"
 
@@ -129,16 +128,8 @@ void ScreenSurface::fill(const Box& box) {
 }
 
 void ScreenSurface::polygons(std::span<const OUTPoint> points, std::span<const int32_t> counts) {
-    std::vector<QPolygonF> polygons;
-    for (const int32_t size : counts) {
-        QPolygonF& polygon = polygons.emplace_back();
-        for (const OUTPoint point : points.first(static_cast<std::size_t>(size))) {
-            polygon += QPointF(point.x + 0.5, fromTop(point.y));
-        }
-        points = points.subspan(static_cast<std::size_t>(size));
-        count(POLYGON_WORK + size);
-    }
-    if (!drawn_.isNull()) fillPolygons(drawn_, polygons, Qt::OddEvenFill, false, attributes.fillColour);
+    polygons_.fill(area_, points, counts, attributes.fillColour);
+    count(POLYGON_WORK * static_cast<int32_t>(counts.size()) + static_cast<int32_t>(points.size()));
 }
 
 void ScreenSurface::text(OUTPoint baseline, std::string_view bytes) {

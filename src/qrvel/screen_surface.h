@@ -7,6 +7,7 @@
 #include <functional>
 #include <vector>
 
+#include "even_odd_fill.h"
 #include "output_device.h"
 #include "pixel_area.h"
 #include "text_output.h"
@@ -70,6 +71,7 @@ class ScreenSurface final : public OutputDevice {
     QImage drawn_;
     QImage shown_;
     PixelArea area_;  // the pixels of drawn_
+    EvenOddFill polygons_;
     TextOutput text_;
     std::vector<TrackBox> trackBoxes_;
     uint32_t background_ = 0;

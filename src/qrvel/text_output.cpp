@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 #include "label_face.h"
-#include "polygon_fill.h"
+#include "outline_fill.h"
 
 namespace qrvel {
 
@@ -30,8 +30,7 @@ bool isOutside(const PixelArea& area, double x, double cellWidth, const TextBox&
 void fillOutline(QImage& image, unsigned char character, double x, double cellWidth, const TextBox& box,
                  uint32_t colour) {
     const QTransform place(cellWidth, 0.0, 0.0, box.height, x, image.height() - static_cast<double>(box.y));
-    const QList<QPolygonF> polygons = labelOutline(character).toSubpathPolygons(place);
-    fillPolygons(image, {polygons.begin(), polygons.end()}, Qt::WindingFill, true, colour);
+    fillOutlines(image, labelOutline(character).toSubpathPolygons(place), colour);
 }
 
 }  // namespace

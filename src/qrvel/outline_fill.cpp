@@ -1,4 +1,4 @@
-#include "polygon_fill.h"
+#include "outline_fill.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -8,7 +8,7 @@ namespace qrvel {
 
 namespace {
 
-// How far outside polygons are cut, in pixels: wide enough that no border made by the cut is seen.
+// How far outside outlines are cut, in pixels: wide enough that no border made by the cut is seen.
 constexpr double MARGIN = 16.0;
 
 // One side of the rectangle that is kept: the points with sign * coordinate <= limit.
@@ -55,20 +55,19 @@ QPolygonF cutToRectangle(QPolygonF polygon, const QRectF& kept) {
 
 }  // namespace
 
-void fillPolygons(QImage& image, const std::vector<QPolygonF>& polygons, Qt::FillRule rule, bool smooth,
-                  uint32_t colour) {
+void fillOutlines(QImage& image, const QList<QPolygonF>& outlines, uint32_t colour) {
     const QRectF kept = QRectF(image.rect()).adjusted(-MARGIN, -MARGIN, MARGIN, MARGIN);
     QPainterPath area;
-    area.setFillRule(rule);
-    for (const QPolygonF& polygon : polygons) {
-        const QPolygonF cut = cutToRectangle(polygon, kept);
+    area.setFillRule(Qt::WindingFill);
+    for (const QPolygonF& outline : outlines) {
+        const QPolygonF cut = cutToRectangle(outline, kept);
         if (cut.size() < 3) continue;
         area.addPolygon(cut);
         area.closeSubpath();
     }
     if (area.isEmpty()) return;
     QPainter painter(&image);
-    painter.setRenderHint(QPainter::Antialiasing, smooth);
+    painter.setRenderHint(QPainter::Antialiasing);
     painter.fillPath(area, QColor::fromRgb(colour));
 }
 
