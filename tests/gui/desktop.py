@@ -6,6 +6,8 @@ import re
 import subprocess
 import time
 
+from picture import Picture
+
 PATIENCE = 30.0  # seconds until a state that does not come is a failure; a loaded machine is slow
 
 
@@ -116,7 +118,7 @@ class Viewer:
                 self.desktop.ask("xdotool", action, "1")
 
     def picture(self):
-        """The window's inside: width, height, and its bytes, three a pixel, rows from the top."""
+        """The window's inside; None while there is nothing of it to be had."""
         done = subprocess.run(["import", "-silent", "-window", self.window(), "-depth", "8", "ppm:-"],
                               env=self.desktop.environment, capture_output=True, check=False, timeout=PATIENCE)
         return read_ppm(done.stdout)
@@ -136,7 +138,7 @@ class Viewer:
 
 def read_ppm(data):
     if not data.startswith(b"P6"):
-        return 0, 0, b""
+        return None
     _, size, _, rest = data.split(b"\n", 3)
     width, height = (int(number) for number in size.split())
-    return width, height, rest
+    return Picture.from_bytes(width, height, rest)

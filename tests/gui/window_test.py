@@ -13,8 +13,11 @@ import sys
 import tempfile
 import traceback
 
-import thin_plot
-from desktop import Desktop, read_ppm, wait_for
+sys.path.insert(1, str(pathlib.Path(__file__).resolve().parents[1] / "pictures"))  # for what follows
+import comparison
+import drawing
+from desktop import Desktop, wait_for
+from picture import read_png
 
 KELHPGL = pathlib.Path(sys.argv[1]).resolve()
 HPGLDUMP = pathlib.Path(sys.argv[2]).resolve()
@@ -25,14 +28,17 @@ PLOT = ("IN;SC0,1,0,1;SP1;PU0,0;PD4000,0,4000,3000,0,3000,0,0;SP2;PU500,500;PD35
                          for dx, dy in ((1, 0), (0, 1), (-1, 0), (0, -1), (0.5, 1), (-0.5, 1), (1, -0.5), (-1, -0.5))))
 
 
+def wrong_places(picture, plot, *options):
+    """Where a picture does not show the plot in its size."""
+    lines = drawing.dump(HPGLDUMP, plot, picture.width, picture.height, *options)
+    return comparison.differences(picture, drawing.drawn(lines, picture.width, picture.height))
+
+
 def expect_picture(viewer, plot, *options):
     """Waits until the window shows the plot in its present size."""
     def is_right():
         picture = viewer.picture()
-        if picture[0] == 0:
-            return False
-        lines = thin_plot.dump(HPGLDUMP, plot, picture[0], picture[1], *options)
-        return not thin_plot.differences(picture, lines)
+        return picture is not None and not wrong_places(picture, plot, *options)
     wait_for("the right picture", is_right)
 
 
@@ -72,7 +78,7 @@ def zooms_by_dragging(desktop, plot):
         expect_picture(viewer, plot, "--zoom", "100,100,380,330")
         viewer.drag(400, 420, 60, 50)
         expect_picture(viewer, plot, "--zoom", "100,100,380,330", "--zoom", "400,420,60,50")
-        assert thin_plot.differences(viewer.picture(), thin_plot.dump(HPGLDUMP, plot, 500, 500)), "no zoom to be seen"
+        assert wrong_places(viewer.picture(), plot), "no zoom to be seen"
 
 
 def a_click_changes_nothing(desktop, plot):
@@ -118,10 +124,9 @@ def without_a_display(desktop, plot):
     done = subprocess.run([KELHPGL, "--picture", picture, "--size", "640x480", plot], env=environment,
                           stdin=subprocess.DEVNULL, capture_output=True, check=False, timeout=30)
     assert done.returncode == 0, done
-    pixels = subprocess.run(["convert", picture, "-depth", "8", "ppm:-"], capture_output=True, check=True).stdout
-    image = read_ppm(pixels)
-    assert image[:2] == (640, 480), image[:2]
-    wrong = thin_plot.differences(image, thin_plot.dump(HPGLDUMP, plot, 640, 480))
+    image = read_png(picture)
+    assert (image.width, image.height) == (640, 480), (image.width, image.height)
+    wrong = wrong_places(image, plot)
     assert not wrong, wrong[:5]
 
 
