@@ -1,16 +1,18 @@
 #!/usr/bin/env python3
 """Runs hpgldump on one golden plot, or on all, and compares with the expected text beside it.
 
-usage: run.py HPGLDUMP [--update] [PLOT...]
+usage: run.py HPGLDUMP [--update] [PLOT|FOLDER...]
 
-NAME.plt is the plot, NAME.args the options (a line, if any), NAME.dump what hpgldump prints with all sections. Without
-options of its own a plot must also print the same when it comes in chunks of 1, 2 and 7 bytes. --update writes the
-expected text anew, and the run fails all the same: look at what changed, then run again.
+NAME.plt is the plot, NAME.args or the folder's folder.args the options (a line, if any), NAME.dump what hpgldump prints
+with all sections. A plot whose options do not cut it must also print the same when it comes in chunks of 1, 2 and 7
+bytes. --update writes the expected text anew, and the run fails all the same: look at what changed, then run again.
 """
 import difflib
 import pathlib
 import subprocess
 import sys
+
+from plots import options_of, plots_in
 
 SECTIONS = ["--hex", "--picture", "--calls", "--records"]
 CHUNKS = ["1", "2", "7"]
@@ -22,10 +24,9 @@ def dump(program, plot, options):
 
 
 def runs_of(plot):
-    options = plot.with_suffix(".args")
-    if options.exists():
-        return [options.read_text().split()]
-    return [[]] + [["--chunk", chunk] for chunk in CHUNKS]
+    options = options_of(plot)
+    cuts = [] if "--chunk" in options else CHUNKS
+    return [options] + [[*options, "--chunk", chunk] for chunk in cuts]
 
 
 def check(program, plot, update):
@@ -48,8 +49,7 @@ def check(program, plot, update):
 def main():
     program = str(pathlib.Path(sys.argv[1]).resolve())
     update = "--update" in sys.argv
-    plots = [pathlib.Path(name) for name in sys.argv[2:] if name != "--update"]
-    plots = plots or sorted(pathlib.Path(__file__).parent.glob("*/*.plt"))
+    plots = plots_in(name for name in sys.argv[2:] if name != "--update")
     failed = [plot for plot in plots if not check(program, plot, update)]
     print(f"{len(plots) - len(failed)} passed, {len(failed)} failed")
     return 1 if failed or not plots else 0

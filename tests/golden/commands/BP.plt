@@ -1,0 +1,5 @@
+CO"BP is passed over: pen, colour and position stay. Its parameters are counted, not stored.";
+SP1;PU0,0;PD200,0,200,150,0,150,0,0;PU;
+SP2;PU20,20;PD100,130;
+BP1,"title";
+PD180,20;PU;

@@ -1,0 +1,5 @@
+CO"ES is passed over: characters stand no farther apart.";
+SP1;PU0,0;PD200,0,200,150,0,150,0,0;PU;
+SI0.025,0.05;PU20,90;LBbefore;
+ES0.5,0.5;
+PU20,40;LBafter;PD180,40;

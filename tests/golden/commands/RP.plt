@@ -1,0 +1,5 @@
+CO"RP is passed over: nothing is drawn again. Its parameter is counted, not stored.";
+SP1;PU0,0;PD200,0,200,150,0,150,0,0;PU;
+SP2;PU20,20;PD100,130;
+RP2;
+PD180,20;PU;

@@ -1,0 +1,5 @@
+CO"SV is passed over: lines are not screened.";
+SP1;PU0,0;PD200,0,200,150,0,150,0,0;PU;
+SP2;PU20,20;PD100,130;
+SV1,50;
+PD180,20;PU;

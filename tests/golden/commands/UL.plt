@@ -1,0 +1,5 @@
+CO"UL is passed over: lines are solid.";
+SP1;PU0,0;PD200,0,200,150,0,150,0,0;PU;
+SP2;PU20,20;PD100,130;
+UL1,10,20,10,20,10,30;
+PD180,20;PU;
