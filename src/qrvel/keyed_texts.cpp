@@ -17,17 +17,21 @@ QByteArray withoutLineEnd(QByteArray line) {
 
 }  // namespace
 
-std::optional<KeyedTexts> readKeyedTexts(const QString& fileName) {
-    QFile file(fileName);
-    if (!file.open(QFile::ReadOnly)) return std::nullopt;
+KeyedTexts parseKeyedTexts(const QByteArray& lines) {
     KeyedTexts texts;
-    for (const QByteArray& whole : file.read(MOST_BYTES).split('\n')) {
+    for (const QByteArray& whole : lines.split('\n')) {
         const QByteArray line = withoutLineEnd(whole);
         const qsizetype equals = line.indexOf('=');
         const bool remark = line.startsWith('#') || line.startsWith(';') || line.startsWith('[');
         if (equals > 0 && !remark) texts.insert(line.left(equals).trimmed(), line.mid(equals + 1));
     }
     return texts;
+}
+
+std::optional<KeyedTexts> readKeyedTexts(const QString& fileName) {
+    QFile file(fileName);
+    if (!file.open(QFile::ReadOnly)) return std::nullopt;
+    return parseKeyedTexts(file.read(MOST_BYTES));
 }
 
 }  // namespace qrvel

@@ -11,7 +11,10 @@ namespace qrvel {
 using KeyedTexts = QHash<QByteArray, QByteArray>;
 
 // A text is all that stands behind the first equals sign, as it stands. Lines that begin with '#', ';' or '[' and lines
-// without a key are passed over; of the same key twice the last counts. Nothing when the file cannot be read.
+// without a key are passed over; of the same key twice the last counts.
+KeyedTexts parseKeyedTexts(const QByteArray& lines);
+
+// The texts of a file; nothing when it cannot be read.
 std::optional<KeyedTexts> readKeyedTexts(const QString& fileName);
 
 }  // namespace qrvel
