@@ -18,8 +18,12 @@ target_compile_options(
               -Werror
               # Angles and curves are computed in the order written, each product rounded by itself.
               -ffp-contract=off)
-if(KEL_SANITIZE)
+if(KEL_SANITIZE OR KEL_FUZZ)
     set(sanitize -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    if(KEL_FUZZ)
+        list(APPEND sanitize -fsanitize=fuzzer-no-link)
+        target_compile_definitions(kel_options INTERFACE FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION)
+    endif()
     target_compile_options(kel_options INTERFACE ${sanitize})
     target_link_options(kel_options INTERFACE ${sanitize})
 endif()

@@ -5,8 +5,13 @@
 #include <cstdint>
 
 inline constexpr double HPGL_DEFAULT_CHORD = 5.0;  // degrees
+#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION  // many small inputs find more than a few slow ones
+inline constexpr int32_t HPGL_STEPS_PER_COMMAND = 2'000;
+inline constexpr int32_t HPGL_STEPS_PER_PASS = 50'000;
+#else
 inline constexpr int32_t HPGL_STEPS_PER_COMMAND = 1'000'000;
 inline constexpr int32_t HPGL_STEPS_PER_PASS = 50'000'000;
+#endif
 inline constexpr int32_t HPGL_STEPS_AFTERWARDS = 1'000;  // a command, once the pass has used its steps up
 
 // Degrees in the data to radians, and back: the constants are short of full precision and kept so.

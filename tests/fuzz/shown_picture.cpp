@@ -1,0 +1,54 @@
+#include "shown_picture.h"
+
+#include "display.h"
+#include "fuzz_target.h"
+#include "main_window.h"
+#include "recorder.h"
+#include "setup_pass.h"
+#include "shell_state.h"
+#include "zoom.h"
+
+namespace {
+
+constexpr uint32_t MENU_KIND = 4;
+
+void checkLine(std::string_view line) {
+    require(line.starts_with("OUT"), "an output call is named");
+    require(line.find('\n') == line.size() - 1, "an output call is one line");
+}
+
+}  // namespace
+
+ShownPicture::ShownPicture(std::string_view text, int32_t width, int32_t height) {
+    recorder::recording = false;
+    recorder::drawingSink = checkLine;
+    parseText(text);
+    HPGLsetupPicture(TheParser, &TheDisplay, RotationSign);
+    const HPGLGlobal& global = *TheParser->global;
+    TheZoom = HPGLinitZoom(global.MinX, global.MinY, global.MaxX, global.MaxY);
+    InitialDataLoaded = true;
+    resize(width, height);
+}
+
+void ShownPicture::paint() {
+    recorder::recording = true;
+    MAINmsgproc(TheDisplay.Window, W_MSG_PAINT, 0, 0);
+    recorder::recording = false;
+    recorder::calls.clear();
+}
+
+void ShownPicture::resize(int32_t width, int32_t height) {
+    recorder::script.width = width;
+    recorder::script.height = height;
+    MAINmsgproc(TheDisplay.MainObject, W_MSG_SIZE, 0, 0);
+}
+
+void ShownPicture::mouse(uint32_t button, int32_t x, int32_t y) {
+    recorder::script.mouseX = x;
+    recorder::script.mouseY = y;
+    MAINmsgproc(TheDisplay.MainObject, W_MSG_MOUSE, button, 0);
+}
+
+void ShownPicture::menu(uint32_t item) {
+    MAINmsgproc(TheDisplay.MainObject, W_MSG_ACTION, MENU_KIND, item);
+}
