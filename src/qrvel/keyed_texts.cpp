@@ -23,7 +23,8 @@ KeyedTexts parseKeyedTexts(const QByteArray& lines) {
         const QByteArray line = withoutLineEnd(whole);
         const qsizetype equals = line.indexOf('=');
         const bool remark = line.startsWith('#') || line.startsWith(';') || line.startsWith('[');
-        if (equals > 0 && !remark) texts.insert(line.left(equals).trimmed(), line.mid(equals + 1));
+        const QByteArray key = line.left(equals).trimmed();
+        if (equals > 0 && !key.isEmpty() && !remark) texts.insert(key, line.mid(equals + 1));
     }
     return texts;
 }
