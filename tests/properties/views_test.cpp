@@ -1,0 +1,132 @@
+// The user's way to a view and back: what is drawn at its end is what was drawn before.
+#include "actions.h"
+#include "list.h"
+#include "plots.h"
+#include "viewer_run.h"
+#include "zoom.h"
+
+namespace {
+
+constexpr uint32_t MENU_KIND = 4;
+constexpr uint32_t PRESS = 0;
+constexpr uint32_t RELEASE = 1;
+constexpr int ZOOMS = 10;
+constexpr int ATTEMPTS = 10000;  // a few dozen are enough
+constexpr unsigned SEEDS = 3;
+
+class Views : public ViewerRun {
+  protected:
+    template <class Check>
+    static void forEachPlot(Check check) {
+        const std::vector<Plot> plots = everyPlot();
+        const auto turn = [&] {
+            recorder::recording = false;
+            for (const Plot& plot : plots) {
+                SCOPED_TRACE(plot.name);
+                send(plot.text);
+                check(painted());
+            }
+        };
+        run({[] { send(""); }, turn});  // the window's size is known in the second turn
+        EXPECT_FALSE(plots.empty());
+    }
+
+    template <class Check>
+    static void forEachSeed(Check check) {
+        forEachPlot([&](const std::string& before) {
+            for (unsigned seed = 0; seed < SEEDS; ++seed) {
+                SCOPED_TRACE("seed " + std::to_string(seed));
+                Chance chance(seed);
+                check(before, chance);
+            }
+        });
+    }
+
+    // The output calls of one paint.
+    static std::string painted() {
+        std::string calls;
+        recorder::recording = true;
+        recorder::drawingSink = [&](std::string_view line) { calls += line; };
+        recorder::deliver(TheDisplay.Window, W_MSG_PAINT);
+        recorder::drawingSink = nullptr;
+        recorder::recording = false;
+        return calls;
+    }
+
+    static void menu(uint32_t item, int times = 1) {
+        for (int i = 0; i < times; ++i) {
+            action(MENU_KIND, item);
+        }
+    }
+
+    static uint32_t views() { return HPGLgetListCount(TheZoom->ZoomStack); }
+
+    // The button goes down and up somewhere in the window or a little outside.
+    static void dragSomewhere(Chance& chance) {
+        for (const uint32_t button : {PRESS, RELEASE}) {
+            const int x = chance.number(-100, recorder::script.width + 100);
+            const int y = chance.number(-100, recorder::script.height + 100);
+            mouse(button, x, y);
+        }
+    }
+
+    // Drags until so many were not refused. Into a picture without extents there is no way.
+    static void zoomTenTimes(Chance& chance) {
+        for (int i = 0; i < ATTEMPTS && views() <= ZOOMS; ++i) {
+            dragSomewhere(chance);
+        }
+        ASSERT_EQ(views(), TheDisplay.USize != 0 ? ZOOMS + 1u : 1u);
+    }
+
+    static void resize(int32_t width, int32_t height) {
+        recorder::script.width = width;
+        recorder::script.height = height;
+        recorder::deliver(TheDisplay.MainObject, W_MSG_SIZE);
+    }
+    static void resizeThereAndBack(Chance& chance) {
+        const int32_t width = recorder::script.width;
+        const int32_t height = recorder::script.height;
+        resize(chance.number(0, 4000), chance.number(0, 4000));
+        painted();
+        resize(width, height);
+    }
+};
+
+TEST_F(Views, RotatedTwiceAreTheSame) {
+    forEachPlot([](const std::string& before) {
+        menu(HPGL_MENU_ROTATE);
+        painted();
+        menu(HPGL_MENU_ROTATE);
+        EXPECT_EQ(difference(before, painted()), "");
+    });
+}
+
+TEST_F(Views, ZoomedAndLeftOneByOneAreTheSame) {
+    forEachSeed([](const std::string& before, Chance& chance) {
+        zoomTenTimes(chance);
+        menu(HPGL_MENU_LAST_ZOOM, ZOOMS);
+        EXPECT_EQ(difference(before, painted()), "");
+    });
+}
+
+TEST_F(Views, ZoomedAndLeftAtOnceAreTheSame) {
+    forEachSeed([](const std::string& before, Chance& chance) {
+        zoomTenTimes(chance);
+        menu(HPGL_MENU_COMPLETE_PICTURE);
+        EXPECT_EQ(difference(before, painted()), "");
+        EXPECT_EQ(views(), 1u);
+    });
+}
+
+TEST_F(Views, ZoomedInAWindowThatChangesAreTheSame) {
+    forEachSeed([](const std::string& before, Chance& chance) {
+        zoomTenTimes(chance);
+        const std::string zoomed = painted();
+        resizeThereAndBack(chance);
+        EXPECT_EQ(difference(zoomed, painted()), "");
+        menu(HPGL_MENU_LAST_ZOOM, ZOOMS);
+        EXPECT_EQ(difference(before, painted()), "");
+    });
+}
+
+}  // namespace
