@@ -12,8 +12,7 @@ namespace {
 #define UNSUPPORTED(count) "WARNING-handleSCCommand: unsupported number of parameters: " #count "\n"
 #define NOT_SUPPORTED(type) "WARNING-handleSCCommand: Scale type " #type " not supported yet\n"
 
-struct ScRow {
-    const char* name;
+struct ScRow : NamedRow {
     float bounds[4];  // Xmin, Xmax, Ymin, Ymax
     int16_t type;
     int32_t count;

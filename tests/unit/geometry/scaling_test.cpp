@@ -16,8 +16,7 @@ constexpr int32_t MAX = INT32_MAX;
 
 // ---- the deciding axis ----------------------------------------------------------------------------------------------
 
-struct FitRow {
-    const char* name;
+struct FitRow : NamedRow {
     int32_t size[2];  // DSizeX, DSizeY
     ZoomRect view;
     int32_t DSize, USize;
@@ -44,16 +43,16 @@ class Fit : public testing::TestWithParam<FitRow> {};
 
 TEST_P(Fit, ChoosesTheAxis) {
     const FreshViewer viewer;
-    const auto& [name, size, view, DSize, USize] = GetParam();
-    TheDisplay.DSizeX = size[0];
-    TheDisplay.DSizeY = size[1];
-    EXPECT_EQ(HPGLsetScaling(&TheDisplay, view.MinX, view.MinY, view.MaxX, view.MaxY), 1);
-    EXPECT_EQ(TheDisplay.DSize, DSize);
-    EXPECT_EQ(TheDisplay.USize, USize);
-    EXPECT_EQ(TheDisplay.MaxX, view.MaxX);
-    EXPECT_EQ(TheDisplay.MaxY, view.MaxY);
-    EXPECT_EQ(TheDisplay.DSizeX, size[0]);
-    EXPECT_EQ(TheDisplay.DSizeY, size[1]);
+    const FitRow& row = GetParam();
+    TheDisplay.DSizeX = row.size[0];
+    TheDisplay.DSizeY = row.size[1];
+    EXPECT_EQ(HPGLsetScaling(&TheDisplay, row.view.MinX, row.view.MinY, row.view.MaxX, row.view.MaxY), 1);
+    EXPECT_EQ(TheDisplay.DSize, row.DSize);
+    EXPECT_EQ(TheDisplay.USize, row.USize);
+    EXPECT_EQ(TheDisplay.MaxX, row.view.MaxX);
+    EXPECT_EQ(TheDisplay.MaxY, row.view.MaxY);
+    EXPECT_EQ(TheDisplay.DSizeX, row.size[0]);
+    EXPECT_EQ(TheDisplay.DSizeY, row.size[1]);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, Fit, testing::ValuesIn(FIT_ROWS), byRowName);
@@ -74,8 +73,7 @@ TEST(Scaling, KeepsAndTracesTheFactors) {
 
 // ---- mapping --------------------------------------------------------------------------------------------------------
 
-struct MapRow {
-    const char* name;
+struct MapRow : NamedRow {
     int32_t DSizeX, DSizeY, DSize, USize, MaxX, MaxY;
     int32_t x, y;    // plotter units
     int32_t xd, yd;  // pixels
@@ -135,8 +133,7 @@ TEST(Scaling, MapsLengthsWithoutOffset) {
 
 // ---- clamp ----------------------------------------------------------------------------------------------------------
 
-struct ClampRow {
-    const char* name;
+struct ClampRow : NamedRow {
     int32_t min, max, from, to;
 };
 
@@ -168,8 +165,7 @@ TEST_P(Clamp, BoundsOneSide) {
 
 INSTANTIATE_TEST_SUITE_P(Rows, Clamp, testing::ValuesIn(CLAMP_ROWS), byRowName);
 
-struct PlatformRow {
-    const char* name;
+struct PlatformRow : NamedRow {
     DWORD platform;
     bool answers;
     int32_t min, max;

@@ -33,8 +33,7 @@ std::string usedPens() {
     return pens;
 }
 
-struct PenRow {
-    const char* name;
+struct PenRow : NamedRow {
     const char* text;
     const char* used;
     bool warns;

@@ -16,8 +16,7 @@ std::string extents(int32_t rotationSign = 1) {
            std::to_string(global.MaxY);
 }
 
-struct ExtentsRow {
-    const char* name;
+struct ExtentsRow : NamedRow {
     const char* text;
     const char* extents;
     int32_t rotationSign = 1;

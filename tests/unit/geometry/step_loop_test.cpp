@@ -25,8 +25,7 @@ TEST(Angles, NotFiniteAreZero) {
     EXPECT_EQ(HPGLusableAngle(0.1F), static_cast<double>(0.1F));
 }
 
-struct ChordRow {
-    const char* name;
+struct ChordRow : NamedRow {
     bool given, warns;
     float chord;
     double used;
@@ -62,8 +61,7 @@ TEST_P(Chord, IsUsable) {
 
 INSTANTIATE_TEST_SUITE_P(Rows, Chord, testing::ValuesIn(CHORD_ROWS), byRowName);
 
-struct StepRow {
-    const char* name;
+struct StepRow : NamedRow {
     double first, step, last;
     int32_t steps;
 };
@@ -115,8 +113,7 @@ TEST(StepAllowance, EndsTheLoopThatUsesItUp) {
 
 // ---- in the set-up pass ---------------------------------------------------------------------------------------------
 
-struct GuardRow {
-    const char* name;
+struct GuardRow : NamedRow {
     const char* text;
     const char* extents;
 };

@@ -201,8 +201,7 @@ TEST_F(Zoom, ButtonUpCountsWithoutTracking) {
     EXPECT_EQ(top(), "1000 0 3000 2000");
 }
 
-struct DragRow {
-    const char* name;
+struct DragRow : NamedRow {
     int32_t x1, y1, x2, y2;  // pixels
     const char* view;
 };
@@ -233,8 +232,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, ZoomDrag, testing::ValuesIn(DRAG_ROWS), byRowName
 
 constexpr char EMPTY[] = "WARNING-calcNewZoomRect: empty ZoomRectangle, will be ignored\n";
 
-struct RefusedRow {
-    const char* name;
+struct RefusedRow : NamedRow {
     int32_t x1, y1, x2, y2;  // pixels
     int32_t USize, DSize;
     const char* trace;
@@ -285,8 +283,7 @@ TEST_F(Zoom, TrackingGoesOnAfterARefusedRectangle) {
 
 // ---- the inverse mapping --------------------------------------------------------------------------------------------
 
-struct InverseRow {
-    const char* name;
+struct InverseRow : NamedRow {
     ZoomRect top;
     int32_t start[2], current[2];  // pixels
     int32_t USize, DSize;
@@ -395,8 +392,7 @@ TEST_F(Zoom, ResizedWindowKeepsTheView) {
 
 // ---- the rubber band ------------------------------------------------------------------------------------------------
 
-struct BandRow {
-    const char* name;
+struct BandRow : NamedRow {
     int32_t x1, y1, x2, y2;  // current position, start; pixels
     const char* box;         // left, bottom, width, height; empty: not drawn
 };

@@ -40,8 +40,7 @@ TEST(CommandHash, TakesTwoBytesTheSecondHigher) {
     EXPECT_EQ(HPGLhashKey(nullptr, 114), -1);
 }
 
-struct CompareRow {
-    const char* name;
+struct CompareRow : NamedRow {
     const char* row;  // a row's name
     const char* key;
     bool equal;
@@ -90,8 +89,7 @@ TEST_F(CommandLookup, FindsEveryName) {
         EXPECT_EQ(idOf(row.name), row.id) << row.name;
 }
 
-struct LookupRow {
-    const char* name;
+struct LookupRow : NamedRow {
     const char* key;
     int64_t id;
 };

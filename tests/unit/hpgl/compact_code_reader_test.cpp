@@ -11,8 +11,7 @@ constexpr auto DRAWING = CompactCodePass::Drawing;
 
 // ---- steps ----------------------------------------------------------------------------------------------------------
 
-struct StepRow {
-    const char* name;
+struct StepRow : NamedRow {
     HPGLCommandId id;
     uint8_t count;
     int32_t setup;
@@ -70,8 +69,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, CompactCodeStep, testing::ValuesIn(STEPS), byRowN
 
 // ---- records at a block's end ---------------------------------------------------------------------------------------
 
-struct WalkRow {
-    const char* name;
+struct WalkRow : NamedRow {
     std::string bytes;
     const char* setup;  // "ID@OFFSET " of the records found
     const char* drawing;

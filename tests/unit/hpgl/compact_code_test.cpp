@@ -127,8 +127,7 @@ TEST_F(CompactCode, PrintsABlock) {
 
 // ---- advancing, retracting, room ------------------------------------------------------------------------------------
 
-struct StepRow {
-    const char* name;
+struct StepRow : NamedRow {
     int32_t occupied;
     int32_t bytes;
     bool possible;
@@ -198,8 +197,7 @@ TEST_F(CompactCode, MarksAndClearsTheCommand) {
 
 // ---- the count ------------------------------------------------------------------------------------------------------
 
-struct CountRow {
-    const char* name;
+struct CountRow : NamedRow {
     int32_t count;
     int32_t stored;
     const char* trace;
@@ -252,8 +250,7 @@ std::string repeated(std::string_view text, int times) {
     return all;
 }
 
-struct FillRow {
-    const char* name;
+struct FillRow : NamedRow {
     int pensUp;  // PU records of two bytes in front
     const char* text;
     const char* occupied;

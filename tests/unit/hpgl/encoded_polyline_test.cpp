@@ -12,8 +12,7 @@ using namespace std::string_view_literals;
 
 // ---- one value ------------------------------------------------------------------------------------------------------
 
-struct ValueRow {
-    const char* name;
+struct ValueRow : NamedRow {
     std::string_view text;
     bool sevenBit;
     int32_t used;  // bytes
@@ -93,8 +92,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, EncodedValue, testing::ValuesIn(VALUES), byRowNam
 
 // ---- polylines: the records, however the text is cut ----------------------------------------------------------------
 
-struct PolylineRow {
-    const char* name;
+struct PolylineRow : NamedRow {
     std::string_view text;
     const char* records;
 };
@@ -174,8 +172,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, PolylineCut, testing::ValuesIn(POLYLINES), byRowN
 
 // ---- pen numbers that are cut take 32 bits --------------------------------------------------------------------------
 
-struct CutPenRow {
-    const char* name;
+struct CutPenRow : NamedRow {
     std::vector<std::string_view> chunks;
     const char* hex;
 };

@@ -74,8 +74,7 @@ class List : public testing::Test {
 
 // ---- one operation: the list before, with the cursor's index, and after ---------------------------------------------
 
-struct OperationRow {
-    const char* name;
+struct OperationRow : NamedRow {
     const char* before;
     bool (*operation)(HPGLList*);
     int32_t cursor;
@@ -213,8 +212,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, ListOperation, testing::ValuesIn(OPERATIONS), byR
 
 // ---- what an element is ---------------------------------------------------------------------------------------------
 
-struct NameRow {
-    const char* name;
+struct NameRow : NamedRow {
     const char* given;
     const char* kept;
 };

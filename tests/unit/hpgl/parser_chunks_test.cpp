@@ -11,8 +11,7 @@ namespace {
 
 using namespace std::string_literals;
 
-struct PlotRow {
-    const char* name;
+struct PlotRow : NamedRow {
     std::string text;
 };
 
@@ -119,8 +118,7 @@ TEST(Chunks, WarnOfALongRecordEachTime) {
 
 // ---- the exceptions -------------------------------------------------------------------------------------------------
 
-struct ExceptionRow {
-    const char* name;
+struct ExceptionRow : NamedRow {
     std::vector<std::string_view> chunks;
     int result;  // of the last chunk
     const char* file;

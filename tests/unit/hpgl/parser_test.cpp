@@ -12,8 +12,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-struct ParseRow {
-    const char* name;
+struct ParseRow : NamedRow {
     std::string_view text;
     const char* records;
 };
@@ -260,8 +259,7 @@ TEST_F(ParseMany, PacksLittleEndian) {
 
 // ---- pseudo-commands ------------------------------------------------------------------------------------------------
 
-struct PseudoRow {
-    const char* name;
+struct PseudoRow : NamedRow {
     std::string_view text;
     const char* file;  // null: none
     int result;
@@ -348,8 +346,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, ParsePseudo, testing::ValuesIn(PSEUDO), byRowName
 
 // ---- interfaces that the loop stands on -----------------------------------------------------------------------------
 
-struct ConvertRow {
-    const char* name;
+struct ConvertRow : NamedRow {
     char letter;
     const char* text;
     const char* hex;
@@ -389,8 +386,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, ConvertParameter, testing::ValuesIn(CONVERSIONS),
 
 // ---- the dump at level 3 --------------------------------------------------------------------------------------------
 
-struct DumpRow {
-    const char* name;
+struct DumpRow : NamedRow {
     std::string_view text;
     const char* dump;
 };

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "rows.h"
 #include "transmission_cutter.h"
 
 namespace qrvel {
@@ -22,8 +23,7 @@ std::string cut(std::string_view text, std::size_t room) {
     return pieces;
 }
 
-struct Row {
-    const char* name;
+struct Row : NamedRow {
     const char* text;
     std::size_t room;
     const char* pieces;
@@ -65,7 +65,7 @@ TEST_P(Cutter, NeedsOnlyTheBytesThatItNames) {
     EXPECT_EQ(nextPieceLength(text.substr(0, room + NAME_FOLLOWS.size()), room), nextPieceLength(text, room));
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, Cutter, testing::ValuesIn(ROWS), [](const auto& row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(Rows, Cutter, testing::ValuesIn(ROWS), byRowName);
 
 TEST(ColonTransmission, IsTheFirstByteOfTheData) {
     EXPECT_TRUE(isColonTransmission(":IN;"));

@@ -142,8 +142,7 @@ TEST(FixedForm, CodesAbove92AreOneByte) {
 
 // ---- angles and steps -----------------------------------------------------------------------------------------------
 
-struct AngleRow {
-    const char* name;
+struct AngleRow : NamedRow {
     const char* text;
     const char* same;  // draws what this text draws
     bool warns;

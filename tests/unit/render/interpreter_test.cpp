@@ -9,8 +9,7 @@
 namespace {
 
 // A device pixel is a plotter unit here, and each pen's colour its number.
-struct DrawRow {
-    const char* name;
+struct DrawRow : NamedRow {
     const char* text;
     const char* calls;
     int rotationSign = 1;

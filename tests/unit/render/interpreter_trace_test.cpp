@@ -13,8 +13,7 @@ namespace {
 #define CANT_HANDLE(name) "WARNING-HPGLinterpretCompactCode:  Cant handle " name ", ignore command\n"
 #define CANT(what) "WARNING-HPGLinterpretCompactCode: Cant " what "\n"
 
-struct TraceRow {
-    const char* name;
+struct TraceRow : NamedRow {
     const char* text;
     const char* trace;
 };

@@ -25,8 +25,7 @@ class Primitives : public testing::Test {
     failing_allocator::Guard guard;
 };
 
-struct LineRow {
-    const char* name;
+struct LineRow : NamedRow {
     int32_t width, x1, y1, x2, y2;
     const char* calls;
 };

@@ -19,8 +19,7 @@ WState* state() {
 
 constexpr UINT NO_MESSAGE = 0;
 
-struct LoopRow {
-    const char* name;
+struct LoopRow : NamedRow {
     UINT message;
     bool mdi;           // a main window and an MDI client are there
     bool taken;         // by an accelerator

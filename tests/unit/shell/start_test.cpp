@@ -16,8 +16,7 @@ using recorder::script;
 
 // ---- command line ---------------------------------------------------------------------------------------------------
 
-struct SplitRow {
-    const char* name;
+struct SplitRow : NamedRow {
     const char* line;
     std::vector<std::string> elements;  // behind the module's name
 };
@@ -104,8 +103,7 @@ TEST(Notification, IsReadFromTheArguments) {
 
 // ---- the toolkit's version ------------------------------------------------------------------------------------------
 
-struct VersionRow {
-    const char* name;
+struct VersionRow : NamedRow {
     bool loaded, entry;
     int32_t result;
     uint64_t version;
@@ -260,8 +258,7 @@ TEST_F(Life, WithoutSettingsWritesNoFile) {
 
 // ---- fatal errors ---------------------------------------------------------------------------------------------------
 
-struct FatalRow {
-    const char* name;
+struct FatalRow : NamedRow {
     const char* failing;      // operation
     std::size_t failingSize;  // or allocation
     const char* text;

@@ -9,8 +9,7 @@ namespace {
 
 // ---- copying --------------------------------------------------------------------------------------------------------
 
-struct CopyRow {
-    const char* name;
+struct CopyRow : NamedRow {
     size_t size;
     const char* source;
     const char* expected;
@@ -39,8 +38,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, BoundedCopy, testing::ValuesIn(COPIES), byRowName
 
 // ---- formatting -----------------------------------------------------------------------------------------------------
 
-struct FormatRow {
-    const char* name;
+struct FormatRow : NamedRow {
     size_t size;
     size_t length;  // of the formatted text
     bool copied;

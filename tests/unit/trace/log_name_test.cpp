@@ -13,8 +13,7 @@
 
 namespace {
 
-struct LogNameRow {
-    const char* name;
+struct LogNameRow : NamedRow {
     const char* base;
     const char* expected;
 };

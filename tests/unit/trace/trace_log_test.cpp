@@ -86,8 +86,7 @@ constexpr char CLOSING[] =
 
 // ---- levels ---------------------------------------------------------------------------------------------------------
 
-struct LevelRow {
-    const char* name;
+struct LevelRow : NamedRow {
     const char* dptrace;
     const char* dgtrace;
     const char* kelgtrace;
@@ -152,8 +151,7 @@ TEST_F(TraceLog, DoesNothingWithoutLevels) {
     EXPECT_EQ(calls.find("CreateWindowExA"), std::string::npos);
 }
 
-struct LineLevelRow {
-    const char* name;
+struct LineLevelRow : NamedRow {
     const char* threshold;
     int32_t level;
     bool written;
@@ -323,8 +321,7 @@ TEST_F(TraceLog, TakesAnotherNameWhenTheFileIsHeld) {
     close(holder);
 }
 
-struct AttemptRow {
-    const char* name;
+struct AttemptRow : NamedRow {
     const char* file;
     int failing;  // names in a row
     const char* taken;
@@ -382,8 +379,7 @@ TEST_F(TraceLog, SurvivesAFullDisk) {
 
 // ---- lines ----------------------------------------------------------------------------------------------------------
 
-struct LineRow {
-    const char* name;
+struct LineRow : NamedRow {
     const char* line;
     const char* file;
 };
@@ -456,8 +452,7 @@ TEST_F(TraceLog, ReportsNothingThatIsNotWritten) {
 
 // ---- raw lines ------------------------------------------------------------------------------------------------------
 
-struct RawRow {
-    const char* name;
+struct RawRow : NamedRow {
     const char* file;
     const char* window;
     bool force;

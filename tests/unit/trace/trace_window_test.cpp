@@ -47,8 +47,7 @@ class TraceWindow : public testing::Test {
 
 // ---- whether and where ----------------------------------------------------------------------------------------------
 
-struct GeometryRow {
-    const char* name;
+struct GeometryRow : NamedRow {
     const char* file;  // level
     const char* height;
     const char* width;
