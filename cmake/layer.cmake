@@ -1,8 +1,14 @@
-# kel_layer(NAME SOURCES ... USES ...): one static library for a folder of the viewer. Its include root is its own
-# folder, and it sees those of the folders that it USES: an include in the wrong direction does not compile.
+# kel_headers(TARGET SCOPE FILE...): the headers of a folder, which becomes their include root. The target
+# all_verify_interface_header_sets compiles each alone.
+function(kel_headers target scope)
+    target_sources(${target} ${scope} FILE_SET HEADERS BASE_DIRS ${CMAKE_CURRENT_SOURCE_DIR} FILES ${ARGN})
+endfunction()
+
+# kel_layer(NAME HEADERS ... SOURCES ... USES ...): one static library for a folder of the viewer. Its include root is
+# its own folder, and it sees those of the folders that it USES: an include in the wrong direction does not compile.
 function(kel_layer name)
-    cmake_parse_arguments(arg "" "" "SOURCES;USES" ${ARGN})
+    cmake_parse_arguments(arg "" "" "HEADERS;SOURCES;USES" ${ARGN})
     add_library(${name} STATIC ${arg_SOURCES})
-    target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
+    kel_headers(${name} PUBLIC ${arg_HEADERS})
     target_link_libraries(${name} PUBLIC ${arg_USES} PRIVATE kel_options)
 endfunction()
