@@ -6,6 +6,7 @@ packages_to_build="cmake ninja-build g++ pkg-config qt6-base-dev libgl-dev libxc
 packages_to_test="libgtest-dev clang-format clang-tidy python3 locales xvfb xauth xdotool wmctrl openbox imagemagick x11-utils
     gnuplot-nox plotutils"
 packages_to_fuzz="clang libclang-rt-14-dev libgtest-dev"
+packages_to_bench="libbenchmark-dev python3"
 
 # install_packages NAME...: those that are not there yet.
 install_packages() {

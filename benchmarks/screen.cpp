@@ -1,0 +1,85 @@
+#include "screen.h"
+
+#include <QApplication>
+#include <QWidget>
+
+#include "arguments.h"
+#include "cont.h"
+#include "interpreter.h"
+#include "out.h"
+#include "scaling.h"
+#include "setup_pass.h"
+#include "shl.h"
+#include "wi.h"
+
+namespace {
+
+constexpr int FRAME = 200;  // pixels that the shell is larger on each axis
+
+void ignoreMessage(WHandle /*object*/, uint32_t /*message*/, uint32_t /*first*/, uint32_t /*second*/) {}
+
+void createWindows(int width, int height) {
+    static const char* const arguments[] = {"bench", nullptr};
+    setPlatformArguments(1, arguments);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    WHandle container = 0;
+    const WHandle app = WIinitialise(0, nullptr, 0);
+    const WHandle windowClass = Wregisterclass(app, ignoreMessage);
+    const WHandle object = Wcreateobject(app, windowClass, 0, 1);
+    const WHandle shell = SHLcreate(app, &container, "", 0, 0);
+    CONTstdcreate(container, windowClass, 0, 0, 0, 0);
+    TheDisplay.Window = Wcreatechild(app, container);
+    TheDisplay.Application = app;
+    TheDisplay.FontOwner = object;
+    TheDisplay.MainObject = object;
+    SHLsetpos(shell, 0, 0, width + FRAME, height + FRAME, SHL_SHOW);
+    Wsetwinpos(TheDisplay.Window, 0, 0, width, height);
+}
+
+QWidget* widgetOfSize(int width, int height) {
+    for (QWidget* widget : QApplication::allWidgets()) {
+        if (widget->size() == QSize(width, height)) return widget;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+Screen::Screen(int width, int height) : width_(width), height_(height) {
+    HPGLsetCoordLimits();
+    createWindows(width, height);
+    widget_ = widgetOfSize(width, height);
+}
+
+void Screen::show(const Picture& picture) {
+    parser_ = picture.get();
+    HPGLsetupPicture(parser_, &TheDisplay, 1);
+    HPGLqueryDeviceSize(&TheDisplay, &TheDisplay.DSizeX, &TheDisplay.DSizeY);
+    const HPGLGlobal* global = parser_->global;
+    view(global->MinX, global->MinY, global->MaxX, global->MaxY);
+}
+
+void Screen::view(int32_t minX, int32_t minY, int32_t maxX, int32_t maxY) {
+    HPGLsetScaling(&TheDisplay, minX, minY, maxX, maxY);
+}
+
+void Screen::paint() {
+    OUTreset(TheDisplay.Window);
+    HPGLinterpretCompactCode(parser_, &TheDisplay, 1);
+    OUTendpaint(TheDisplay.Window);
+}
+
+QImage Screen::painted() {
+    OUTreset(TheDisplay.Window);
+    OUTfillcolour(TheDisplay.Window, 0);
+    OUTboxr2(TheDisplay.Window, 0, 0, width_, height_);
+    paint();
+    if (widget_ == nullptr) return {};
+    return widget_->grab().toImage().convertToFormat(QImage::Format_RGB32);
+}
+
+QImage Screen::empty() const {
+    QImage image(width_, height_, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    return image;
+}
