@@ -60,6 +60,7 @@ class Chance {
 
 // The first line that differs, or nothing; a whole picture in a failure is more than anyone reads.
 inline std::string difference(const std::string& before, const std::string& after) {
+    if (before == after) return "";
     std::istringstream expected(before), actual(after);
     for (int line = 1; expected && actual; ++line) {
         std::string wanted, got;
