@@ -13,7 +13,8 @@
 #include "scratch_folder.h"
 
 struct Plot {
-    std::string name;  // folder and file
+    std::filesystem::path folder;  // where a file that it names is
+    std::string name;              // folder and file
     std::string text;
 };
 
@@ -22,7 +23,8 @@ inline std::vector<Plot> plotsBelow(const std::filesystem::path& folder) {
     std::vector<Plot> plots;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
         if (entry.path().extension() != ".plt") continue;
-        plots.push_back({relative(entry.path(), folder).string(), ScratchFolder::read(entry.path().string())});
+        const std::string name = relative(entry.path(), folder).string();
+        plots.push_back({entry.path().parent_path(), name, ScratchFolder::read(entry.path().string())});
     }
     std::ranges::sort(plots, {}, &Plot::name);
     return plots;

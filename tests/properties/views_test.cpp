@@ -22,6 +22,7 @@ class Views : public ViewerRun {
             recorder::recording = false;
             for (const Plot& plot : plots) {
                 SCOPED_TRACE(plot.name);
+                std::filesystem::current_path(plot.folder);
                 send(plot.text);
                 check(painted());
             }
