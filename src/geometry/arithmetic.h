@@ -35,11 +35,14 @@ inline int32_t truncDiv(int32_t a, Divisor b) {
     return static_cast<int32_t>(static_cast<int64_t>((a + std::copysign(0.5, a)) * b.reciprocal));
 }
 
-// Truncates toward zero; what 32 bits cannot hold becomes the nearest number that they can, not-a-number 0.
+// Truncates toward zero; what 32 bits cannot hold becomes the nearest number that they can, not-a-number 0. Of a
+// double without a branch: points of an ellipse come with either sign.
 inline int32_t truncToInt(double value) {
-    if (value >= 2147483648.0) return std::numeric_limits<int32_t>::max();
-    if (value > -2147483649.0) return static_cast<int32_t>(value);
-    return value != value ? 0 : std::numeric_limits<int32_t>::min();
+    constexpr double LEAST = std::numeric_limits<int32_t>::min();
+    constexpr double MOST = std::numeric_limits<int32_t>::max();
+    const double atLeast = value > LEAST ? value : LEAST;
+    const double clamped = atLeast < MOST ? atLeast : MOST;
+    return value == value ? static_cast<int32_t>(clamped) : 0;
 }
 inline int32_t truncToInt(float value) {
     if (value >= 2147483648.0F) return std::numeric_limits<int32_t>::max();

@@ -7,6 +7,7 @@
 
 #include "arithmetic.h"
 #include "compact_code_reader.h"
+#include "ellipse.h"
 #include "pens.h"
 #include "sc_command.h"
 #include "step_loop.h"
@@ -44,6 +45,7 @@ struct Walk {
     int32_t scalingSet = 0;
     Extents extents;
     StepAllowance allowance;
+    EllipseWalk ellipseWalk;
 };
 
 Point readScaled(const Walk* walk, const uint8_t* at) {
@@ -52,13 +54,6 @@ Point readScaled(const Walk* walk, const uint8_t* at) {
 
 Point sum(Point a, Point b) {
     return {wrapAdd(a.x, b.x), wrapAdd(a.y, b.y)};
-}
-
-// A point on an ellipse about `centre`; `added` degrees are added to both offsets before they are truncated.
-Point onEllipse(Point centre, double angle, double rX, double rY, double added) {
-    const double t = HPGLradians(angle);
-    return {wrapAdd(centre.x, truncToInt(std::cos(t) * rX + added)),
-            wrapAdd(centre.y, truncToInt(std::sin(t) * rY + added))};
 }
 
 void setMode(Walk* walk, uint8_t id) {
@@ -123,22 +118,72 @@ void walkRectangle(Walk* walk, const CompactCodeRecord& record) {
     addPoint(&walk->extents, sum(relative ? walk->pen : Point{0, 0}, readScaled(walk, record.params)));
 }
 
+HPGLEllipse ellipseOf(const Walk* walk, double radius, double added) {
+    return {static_cast<double>(walk->ScaleFactorX) * radius, static_cast<double>(walk->ScaleFactorY) * radius, added};
+}
+
+// Whether the whole ellipse lies in 32 bits.
+bool fits(Point centre, const HPGLEllipse& ellipse) {
+    const double reachX = std::abs(ellipse.rX);
+    const double reachY = std::abs(ellipse.rY);
+    const auto isNumber = [](double value) { return value == std::clamp(value, -2147483648.0, 2147483647.0); };
+    return isNumber(centre.x + ellipse.added - reachX) && isNumber(centre.x + ellipse.added + reachX) &&
+           isNumber(centre.y + ellipse.added - reachY) && isNumber(centre.y + ellipse.added + reachY);
+}
+
+// The cosines, or sines, between those of points that the extents already have.
+struct Known {
+    double least = 2.0, most = -2.0;
+
+    bool has(double value) const { return value - HPGL_DOUBT >= least && value + HPGL_DOUBT <= most; }
+    void add(double value) {
+        least = std::min(least, value + HPGL_DOUBT);
+        most = std::max(most, value - HPGL_DOUBT);
+    }
+};
+
+double chordOf(const Walk* walk, const CompactCodeRecord& record) {
+    const bool given = record.count == 4;
+    return HPGLusableChord(&walk->allowance, given, given ? HPGLreadR(record.params + 12) : 0.0F, NAME);
+}
+
+// Adds the points of a sweep, and its end, which is the answer. A direction between known ones leads to a point between
+// theirs, which is not even computed, unless coordinates wrap.
+Point addSweep(Walk* walk, Point centre, const HPGLEllipse& ellipse, double start, double sweep, double chord) {
+    Extents extents = walk->extents;
+    EllipseWalk ellipseWalk = walk->ellipseWalk;
+    Known cosines;
+    Known sines;
+    const auto addAt = [&](double angle, EllipseDirection direction) {
+        const EllipseOffset offset = HPGLonEllipse(ellipse, angle, direction);
+        const Point point = sum(centre, {offset.x, offset.y});
+        addPoint(&extents, point);
+        cosines.add(direction.cosine);
+        sines.add(direction.sine);
+        return point;
+    };
+    const bool ordered = fits(centre, ellipse);
+    const double end = start + sweep;
+    HPGLforEachStep(&walk->allowance, NAME, start, sweep > 0 ? chord : -chord, end, [&](double angle) {
+        const EllipseDirection direction = HPGLnextDirection(&ellipseWalk, angle);
+        if (!ordered || !cosines.has(direction.cosine) || !sines.has(direction.sine)) addAt(angle, direction);
+    });
+    const Point last = addAt(end, HPGLnextDirection(&ellipseWalk, end));
+    walk->extents = extents;
+    walk->ellipseWalk = ellipseWalk;
+    return last;
+}
+
 void walkWedge(Walk* walk, const CompactCodeRecord& record) {
     double radius = HPGLreadL(record.params);
     double start = HPGLusableAngle(HPGLreadR(record.params + 4));
     const double sweep = HPGLusableAngle(HPGLreadR(record.params + 8));
-    const bool given = record.count == 4;
-    const double chord = HPGLusableChord(&walk->allowance, given, given ? HPGLreadR(record.params + 12) : 0.0F, NAME);
+    const double chord = chordOf(walk, record);
     if (radius < 0) {
         radius = -radius;
         start += 180.0;
     }
-    const double rX = static_cast<double>(walk->ScaleFactorX) * radius;
-    const double rY = static_cast<double>(walk->ScaleFactorY) * radius;
-    const double end = start + sweep;
-    const auto addAt = [&](double angle) { addPoint(&walk->extents, onEllipse(walk->pen, angle, rX, rY, 0.0)); };
-    HPGLforEachStep(&walk->allowance, NAME, start, sweep > 0 ? chord : -chord, end, addAt);
-    addAt(end);
+    addSweep(walk, walk->pen, ellipseOf(walk, radius, 0.0), start, sweep, chord);
 }
 
 // Deliberate: the centre is taken unscaled, and the start angle in degrees is added to every point's offsets. The
@@ -146,8 +191,7 @@ void walkWedge(Walk* walk, const CompactCodeRecord& record) {
 void walkArc(Walk* walk, const CompactCodeRecord& record) {
     const Point read = {HPGLreadL(record.params), HPGLreadL(record.params + 4)};
     const double sweep = HPGLusableAngle(HPGLreadR(record.params + 8));
-    const bool given = record.count == 4;
-    const double chord = HPGLusableChord(&walk->allowance, given, given ? HPGLreadR(record.params + 12) : 0.0F, NAME);
+    const double chord = chordOf(walk, record);
     const bool absolute = record.id == CMD_AA;
     const Point centre = absolute ? read : sum(walk->pen, read);
     const Point vector = absolute ? Point{wrapSub(walk->pen.x, read.x), wrapSub(walk->pen.y, read.y)}
@@ -156,15 +200,7 @@ void walkArc(Walk* walk, const CompactCodeRecord& record) {
     const double vy = vector.y;
     const double radius = std::sqrt(vx * vx + vy * vy);
     const double start = HPGLdegrees(std::atan2(vy, vx));
-    const double rX = static_cast<double>(walk->ScaleFactorX) * radius;
-    const double rY = static_cast<double>(walk->ScaleFactorY) * radius;
-    const double end = start + sweep;
-    const auto addAt = [&](double angle) {
-        walk->pen = onEllipse(centre, angle, rX, rY, start);
-        addPoint(&walk->extents, walk->pen);
-    };
-    HPGLforEachStep(&walk->allowance, NAME, start, sweep > 0 ? chord : -chord, end, addAt);
-    addAt(end);
+    walk->pen = addSweep(walk, centre, ellipseOf(walk, radius, start), start, sweep, chord);
 }
 
 void walkSelectPen(Walk* walk, const CompactCodeRecord& record) {

@@ -2,10 +2,11 @@
 // them, and with them the bounds that keep a hostile picture from running for ever.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 inline constexpr double HPGL_DEFAULT_CHORD = 5.0;  // degrees
-#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION  // many small inputs find more than a few slow ones
+#ifdef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION    // many small inputs find more than a few slow ones
 inline constexpr int32_t HPGL_STEPS_PER_COMMAND = 2'000;
 inline constexpr int32_t HPGL_STEPS_PER_PASS = 50'000;
 #else
@@ -43,17 +44,16 @@ template <class AddPoint>
 void HPGLforEachStep(StepAllowance* allowance, const char* function, double first, double step, double last,
                      AddPoint addPoint) {
     const bool usedUp = allowance->left == 0;
-    int32_t steps = usedUp ? HPGL_STEPS_AFTERWARDS : HPGL_STEPS_PER_COMMAND;
-    double angle = first;
-    for (;;) {
+    const int32_t most = usedUp ? HPGL_STEPS_AFTERWARDS : std::min(HPGL_STEPS_PER_COMMAND, allowance->left);
+    int32_t steps = 0;
+    for (double angle = first;;) {
         addPoint(angle);
-        if (!usedUp && --allowance->left == 0) {
-            HPGLwarnStepsUsedUp(function);
-            return;
-        }
         const double next = angle + step;
-        if (--steps == 0 || next == angle) return;
+        if (++steps == most || next == angle) break;
         angle = next;
-        if (step > 0 ? angle > last : angle < last) return;
+        if (step > 0 ? angle > last : angle < last) break;
     }
+    if (usedUp) return;
+    allowance->left -= steps;
+    if (allowance->left == 0) HPGLwarnStepsUsedUp(function);
 }

@@ -88,9 +88,20 @@ void put(std::string& to, Hex hex) {
         putHex(to, byte);
 }
 
-void put(std::string& to, const OUTPoint& point) {
-    put(to, point.x);
-    put(to, point.y);
+// There are millions of them in a large polygon, so they are written in place.
+void put(std::string& to, std::span<const OUTPoint> points) {
+    constexpr size_t longest = sizeof " -2147483648 -2147483648" - 1;
+    const size_t before = to.size();
+    to.resize(before + points.size() * longest);
+    char* at = to.data() + before;
+    char* end = to.data() + to.size();
+    for (const OUTPoint& point : points) {
+        *at++ = ' ';
+        at = std::to_chars(at, end, point.x).ptr;
+        *at++ = ' ';
+        at = std::to_chars(at, end, point.y).ptr;
+    }
+    to.resize(static_cast<size_t>(at - to.data()));
 }
 
 void put(std::string& to, const WColour& colour) {

@@ -91,7 +91,8 @@ extern std::string calls;
 extern bool recording;
 
 // When set, the lines of the output calls that draw or set an attribute (OUTline, OUTgeomline, OUTboxr0, OUTboxr1,
-// OUTwinsolidpolygons, OUTlinecolour, OUTfillcolour, OUTsettext, OUTchars_len) go here instead, with their newline.
+// OUTwinsolidpolygons, OUTlinecolour, OUTfillcolour, OUTsettext, OUTchars_len) go here instead, with their newline, and
+// other calls are not written down.
 extern std::function<void(std::string_view line)> drawingSink;
 
 // The entries of the colour table made last.

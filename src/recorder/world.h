@@ -89,7 +89,7 @@ requires(!std::same_as<std::remove_const_t<Object>, char>) void put(std::string&
     put(to, std::bit_cast<uintptr_t>(handle));
 }
 
-void put(std::string& to, const OUTPoint& point);
+void put(std::string& to, std::span<const OUTPoint> points);
 void put(std::string& to, const WColour& colour);
 void put(std::string& to, const ACTBARRow& row);
 void put(std::string& to, const HELPLKey& key);
@@ -125,7 +125,7 @@ void write(std::string& to, std::string_view operation, const Arguments&... argu
 // Writes a call down; answers whether it succeeds.
 template <typename... Arguments>
 bool note(std::string_view operation, const Arguments&... arguments) {
-    if (recording) write(calls, operation, arguments...);
+    if (recording && !drawingSink) write(calls, operation, arguments...);
     return succeeds(operation);
 }
 

@@ -44,11 +44,6 @@ HPGLPen* currentPen(const State* state) {
     return &state->view->PStatus[state->pen];
 }
 
-Point onEllipse(Point centre, double angle, double rX, double rY) {
-    const double t = HPGLradians(angle);
-    return {wrapAdd(centre.x, truncToInt(std::cos(t) * rX)), wrapAdd(centre.y, truncToInt(std::sin(t) * rY))};
-}
-
 // ---- commands without drawing ---------------------------------------------------------------------------------------
 
 bool ignore(State* /*state*/, const Record& /*record*/) {
@@ -191,16 +186,22 @@ void finishLocal(State* state, bool fill) {
     HPGLPBufAddPoints(state->polygon, points, count);
 }
 
+HPGLEllipse ellipseOf(const State* state, double radius) {
+    return {static_cast<double>(state->scaleX) * radius, static_cast<double>(state->scaleY) * radius, 0.0};
+}
+
 // Adds one point a step; those that the full buffer would refuse are not computed.
-void addSteps(State* state, Point centre, double rX, double rY, double first, double step, double last) {
+void addSteps(State* state, Point centre, const HPGLEllipse& ellipse, double first, double step, double last) {
+    EllipseWalk walk = state->ellipseWalk;
     HPGLforEachStep(&state->allowance, NAME, first, step, last, [&](double angle) {
         if (HPGLPBufIsFull(state->local)) {
             HPGLPBufReportFull();
             return;
         }
-        const Point point = onEllipse(centre, angle, rX, rY);
-        HPGLPBufAddPoint(state->local, point.x, point.y);
+        const EllipseOffset offset = HPGLonEllipse(ellipse, angle, HPGLnextDirection(&walk, angle));
+        HPGLPBufAddPoint(state->local, wrapAdd(centre.x, offset.x), wrapAdd(centre.y, offset.y));
     });
+    state->ellipseWalk = walk;
 }
 
 double chordOf(const State* state, const Record& record, uint8_t countWithChord, const uint8_t* at) {
@@ -210,11 +211,10 @@ double chordOf(const State* state, const Record& record, uint8_t countWithChord,
 
 bool circle(State* state, const Record& record) {
     const double radius = HPGLreadL(record.params);
-    const double rX = static_cast<double>(state->scaleX) * radius;
-    const double rY = static_cast<double>(state->scaleY) * radius;
-    if (HPGLPBufBegin(state->local, wrapAdd(state->X, truncToInt(rX)), state->Y) == 0) return true;
+    const HPGLEllipse ellipse = ellipseOf(state, radius);
+    if (HPGLPBufBegin(state->local, wrapAdd(state->X, truncToInt(ellipse.rX)), state->Y) == 0) return true;
     const double chord = chordOf(state, record, 2, record.params + 4);
-    if (chord <= 360.0) addSteps(state, position(state), rX, rY, chord, chord, 360.0);
+    if (chord <= 360.0) addSteps(state, position(state), ellipse, chord, chord, 360.0);
     HPGLPBufClose(state->local);
     finishLocal(state, false);
     return true;
@@ -233,10 +233,10 @@ bool arc(State* state, const Record& record) {
     const double radius = std::sqrt(dx * dx + dy * dy);
     const double start = HPGLdegrees(std::atan2(dy, dx));
     const double end = start + sweep;
-    const double rX = static_cast<double>(state->scaleX) * radius;
-    const double rY = static_cast<double>(state->scaleY) * radius;
-    addSteps(state, centre, rX, rY, start, sweep > 0 ? chord : -chord, end);
-    moveTo(state, onEllipse(centre, end, rX, rY));
+    const HPGLEllipse ellipse = ellipseOf(state, radius);
+    addSteps(state, centre, ellipse, start, sweep > 0 ? chord : -chord, end);
+    const EllipseOffset offset = HPGLonEllipse(ellipse, end);
+    moveTo(state, {wrapAdd(centre.x, offset.x), wrapAdd(centre.y, offset.y)});
     HPGLPBufAddPoint(state->local, state->X, state->Y);
     finishLocal(state, false);
     return true;
@@ -252,9 +252,8 @@ bool wedge(State* state, const Record& record) {
     }
     if (HPGLPBufBegin(state->local, state->X, state->Y) == 0) return true;
     const double chord = chordOf(state, record, 4, record.params + 12);
-    const double rX = static_cast<double>(state->scaleX) * radius;
-    const double rY = static_cast<double>(state->scaleY) * radius;
-    addSteps(state, position(state), rX, rY, start, sweep > 0 ? chord : -chord, start + sweep);
+    const HPGLEllipse ellipse = ellipseOf(state, radius);
+    addSteps(state, position(state), ellipse, start, sweep > 0 ? chord : -chord, start + sweep);
     HPGLPBufAddPoint(state->local, state->X, state->Y);
     HPGLPBufClose(state->local);
     finishLocal(state, record.id == CMD_WG);
@@ -311,7 +310,7 @@ bool polygonMode(State* state, const Record& record) {
 
 void drawPolygon(State* state, bool fill) {
     if (state->polygonPointsLeft < 0) return;
-    state->polygonPointsLeft -= HPGLPBufPoints(state->polygon);
+    state->polygonPointsLeft -= HPGLPBufPoints(state->polygon) + HPGLPBufUsed(state->polygon);
     if (state->polygonPointsLeft < 0) {
         warn("polygons are drawn too often, the rest of them is left out");
         return;

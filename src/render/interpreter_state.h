@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "display.h"
+#include "ellipse.h"
 #include "parser.h"
 #include "polygon_buffer.h"
 #include "step_loop.h"
@@ -39,6 +40,7 @@ struct HPGLInterpState {
     HPGLPBuf* polygon = nullptr;  // PM: HPGL_MAIN_POLYGONS sub-polygons
     HPGLPBuf* local = nullptr;    // one circle, arc, wedge or curve in the making
     StepAllowance allowance;
+    EllipseWalk ellipseWalk = {};
     int64_t polygonPointsLeft = 0;  // that FP and EP may still draw; below 0 once they have been stopped
 };
 

@@ -12,10 +12,6 @@ bool usable(const HPGLPBuf* buf) {
     return buf != nullptr && buf->subPolygons != nullptr;
 }
 
-bool isOpen(const HPGLPBuf* buf) {
-    return usable(buf) && buf->open != 0 && buf->current != nullptr;
-}
-
 bool samePoint(const HPGLPBufPoint& a, const HPGLPBufPoint& b) {
     return a.x == b.x && a.y == b.y;
 }
@@ -78,26 +74,12 @@ int32_t HPGLPBufBegin(HPGLPBuf* buf, int32_t x, int32_t y) {
     return HPGLPBufAddPoint(buf, x, y);
 }
 
-bool HPGLPBufIsFull(const HPGLPBuf* buf) {
-    return isOpen(buf) && buf->current->count >= HPGL_POLYGON_POINTS;
-}
-
 void HPGLPBufReportFull() {
     TRCTraceError(HPGLTraceHandle, "WARINIG-HPGLPBufAddPoint: actual Polygon is full\n");
 }
 
-int32_t HPGLPBufAddPoint(HPGLPBuf* buf, int32_t x, int32_t y) {
-    if (!isOpen(buf)) return 0;
-    if (HPGLPBufIsFull(buf)) {
-        HPGLPBufReportFull();
-        return 0;
-    }
-    buf->current->points[buf->current->count++] = {x, y};
-    return 1;
-}
-
 int32_t HPGLPBufAddPoints(HPGLPBuf* buf, const HPGLPBufPoint* points, int32_t k) {
-    if (!isOpen(buf)) return 0;
+    if (!HPGLPBufTakesPoints(buf)) return 0;
     HPGLPBufSubPolygon* current = buf->current;
     if (current->count >= HPGL_POLYGON_POINTS - k) {
         TRCTraceError(HPGLTraceHandle, "WARNING-HPGLPBufAddPoints: actual Polygon is full\n");
@@ -109,7 +91,7 @@ int32_t HPGLPBufAddPoints(HPGLPBuf* buf, const HPGLPBufPoint* points, int32_t k)
 }
 
 int32_t HPGLPBufCloseSubPolygon(HPGLPBuf* buf) {
-    if (!isOpen(buf)) return 0;
+    if (!HPGLPBufTakesPoints(buf)) return 0;
     const HPGLPBufSubPolygon* current = buf->current;
     if (current->count == 0) return 1;
     const HPGLPBufPoint first = current->points[0];
@@ -125,7 +107,7 @@ int32_t HPGLPBufClose(HPGLPBuf* buf) {
 }
 
 int32_t HPGLPBufNextSubPolygon(HPGLPBuf* buf) {
-    if (!isOpen(buf) || buf->used >= buf->capacity) return 0;
+    if (!HPGLPBufTakesPoints(buf) || buf->used >= buf->capacity) return 0;
     HPGLPBufCloseSubPolygon(buf);
     buf->current = &buf->subPolygons[buf->used++];
     return 1;

@@ -36,18 +36,32 @@ int32_t HPGLPBufReset(HPGLPBuf* buf);
 // Resets, opens the first sub-polygon and adds a point to it.
 int32_t HPGLPBufBegin(HPGLPBuf* buf, int32_t x, int32_t y);
 
+// Whether points can be added.
+inline bool HPGLPBufTakesPoints(const HPGLPBuf* buf) {
+    return buf != nullptr && buf->subPolygons != nullptr && buf->open != 0 && buf->current != nullptr;
+}
+// Whether the current sub-polygon would refuse a point.
+inline bool HPGLPBufIsFull(const HPGLPBuf* buf) {
+    return HPGLPBufTakesPoints(buf) && buf->current->count >= HPGL_POLYGON_POINTS;
+}
+// The trace line of a point that was not even computed.
+void HPGLPBufReportFull();
+
 // Appends one point to the current sub-polygon, which may then be full. A full one refuses it: 0, one trace line,
 // nothing stored changes. 0 without a line when the buffer is not open.
-int32_t HPGLPBufAddPoint(HPGLPBuf* buf, int32_t x, int32_t y);
+inline int32_t HPGLPBufAddPoint(HPGLPBuf* buf, int32_t x, int32_t y) {
+    if (!HPGLPBufTakesPoints(buf)) return 0;
+    if (HPGLPBufIsFull(buf)) {
+        HPGLPBufReportFull();
+        return 0;
+    }
+    buf->current->points[buf->current->count++] = {x, y};
+    return 1;
+}
 
 // Appends k points; refused unless the count is below 2000 - k, so that a run never takes the last place. That it
 // differs from a single point is deliberate.
 int32_t HPGLPBufAddPoints(HPGLPBuf* buf, const HPGLPBufPoint* points, int32_t k);
-
-// Whether the current sub-polygon would refuse a point.
-bool HPGLPBufIsFull(const HPGLPBuf* buf);
-// The trace line of a point that was not even computed.
-void HPGLPBufReportFull();
 
 // Appends the first point again where the last one differs from it.
 int32_t HPGLPBufCloseSubPolygon(HPGLPBuf* buf);

@@ -239,7 +239,7 @@ std::string polygon() {
     return "PM0;" + times(4, "PR" + times(125, "1,0,") + ";") + times(4, "PR" + times(125, "-1,0,") + ";") + "PM2;";
 }
 
-constexpr int64_t MOST_DRAWINGS = 20'000'000 / 1001;
+constexpr int64_t MOST_DRAWINGS = 20'000'000 / 1002;
 
 // A polygon that is drawn again and again by two letters.
 TEST(PolygonPoints, AreLimitedAPass) {
@@ -259,7 +259,7 @@ TEST(PolygonPoints, GrowWithTheData) {
     std::vector<std::string> blocks(2000, codeOf(times(20, "FP")));
     blocks.front() = codeOf(polygon());
     setBlocks(blocks);
-    EXPECT_EQ(drawings(), 30'000'000 / 1001);
+    EXPECT_EQ(drawings(), 30'000'000 / 1002);
 }
 
 }  // namespace
