@@ -40,9 +40,4 @@ void HandleTable::reportMiss(WHandle handle, Kind kind, const char* operation) {
     traceLine("%s: %08X is no %s\n", operation, handle, nameOf(kind));
 }
 
-HandleTable& handles() {
-    static HandleTable* const table = new HandleTable;
-    return *table;
-}
-
 }  // namespace qrvel

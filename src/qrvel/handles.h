@@ -107,6 +107,9 @@ class HandleTable {
 };
 
 // The toolkit's one table. It is never destroyed: the process may end while objects are alive.
-HandleTable& handles();
+inline HandleTable& handles() {
+    static HandleTable* const table = new HandleTable;
+    return *table;
+}
 
 }  // namespace qrvel

@@ -19,6 +19,10 @@ struct PixelArea {
         return static_cast<uint32_t>(x) < static_cast<uint32_t>(width) &&
                static_cast<uint32_t>(y) < static_cast<uint32_t>(height);
     }
+    // Whether two points lie beyond the same side, so that nothing between them is inside.
+    bool isBeside(int32_t x1, int32_t y1, int32_t x2, int32_t y2) const {
+        return std::max(x1, x2) < 0 || std::min(x1, x2) >= width || std::max(y1, y2) < 0 || std::min(y1, y2) >= height;
+    }
 };
 
 // Fills from one corner to the other, both included, cut to the area. Nothing if left > right or bottom > top.

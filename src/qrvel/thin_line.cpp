@@ -76,7 +76,14 @@ void walk(uint32_t* pixel, std::ptrdiff_t ahead, std::ptrdiff_t aside, int64_t m
     *pixel = colour;
 }
 
-void drawCut(const PixelArea& area, int32_t x1, int32_t y1, int32_t x2, int32_t y2, bool alongX, uint32_t colour) {
+}  // namespace
+
+void drawThinLineCut(const PixelArea& area, int32_t x1, int32_t y1, int32_t x2, int32_t y2, uint32_t colour) {
+    if (x1 == x2 || y1 == y2) {
+        fillBox(area, std::min(x1, x2), std::min(y1, y2), std::max(x1, x2), std::max(y1, y2), colour);
+        return;
+    }
+    const bool alongX = std::abs(int64_t{x2} - x1) >= std::abs(int64_t{y2} - y1);
     const Course course = courseOf(area, x1, y1, x2, y2, alongX);
     const Steps steps = visibleSteps(course);
     if (steps.first > steps.last) return;
@@ -90,10 +97,9 @@ void drawCut(const PixelArea& area, int32_t x1, int32_t y1, int32_t x2, int32_t 
          moved % course.length, course.rise, course.length, colour);
 }
 
-// The same for a line that needs no cut; it is what nearly every line of a plot is. Its way aside is a 32.32
-// fixed-point number, rounded up, which is exact on areas of up to 32767 pixels a side; so no pixel waits for the one
-// before it.
-void drawInside(const PixelArea& area, int32_t x1, int32_t y1, int32_t x2, int32_t y2, uint32_t colour) {
+// Nearly every line of a plot is one of these. Its way aside is a 32.32 fixed-point number, rounded up, which is exact on
+// areas of up to 32767 pixels a side; so no pixel waits for the one before it.
+void drawThinLineInside(const PixelArea& area, int32_t x1, int32_t y1, int32_t x2, int32_t y2, uint32_t colour) {
     const int32_t width = x2 - x1;
     const int32_t height = y2 - y1;
     const bool alongX = std::abs(width) >= std::abs(height);
@@ -110,27 +116,6 @@ void drawInside(const PixelArea& area, int32_t x1, int32_t y1, int32_t x2, int32
         pixel[static_cast<std::ptrdiff_t>(offset >> 32) * aside] = colour;
         offset += step;
         pixel += ahead;
-    }
-}
-
-// Whether both ends lie beyond the same side.
-bool isBeside(const PixelArea& area, int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
-    return std::max(x1, x2) < 0 || std::min(x1, x2) >= area.width || std::max(y1, y2) < 0 ||
-           std::min(y1, y2) >= area.height;
-}
-
-}  // namespace
-
-void drawThinLine(const PixelArea& area, int32_t x1, int32_t y1, int32_t x2, int32_t y2, uint32_t colour) {
-    if (area.contains(x1, y1) && area.contains(x2, y2)) {
-        drawInside(area, x1, y1, x2, y2, colour);
-    } else if (isBeside(area, x1, y1, x2, y2)) {
-        return;
-    } else if (x1 == x2 || y1 == y2) {
-        fillBox(area, std::min(x1, x2), std::min(y1, y2), std::max(x1, x2), std::max(y1, y2), colour);
-    } else {
-        const bool alongX = std::abs(int64_t{x2} - x1) >= std::abs(int64_t{y2} - y1);
-        drawCut(area, x1, y1, x2, y2, alongX, colour);
     }
 }
 

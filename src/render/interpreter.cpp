@@ -97,26 +97,32 @@ bool scale(State* state, const Record& record) {
 
 // ---- moves and rectangles -------------------------------------------------------------------------------------------
 
-// Calls take(point) for every pair, then stands at the last.
-template <class Take>
-void forEachMove(State* state, const Record& record, Take take) {
+// Goes to the point of every pair in turn, and answers how many there are. points has room for all of a record.
+int32_t goThroughPairs(State* state, const Record& record, Point* points) {
     const uint8_t* at = record.params;
-    for (int32_t i = 0; i < record.count / 2; ++i, at += 8) {
+    const int32_t pairs = record.count / 2;
+    Point pen = position(state);
+    for (int32_t i = 0; i < pairs; ++i, at += 8) {
         const Point read = readScaled(state, at);
-        moveTo(state, state->relative ? sum(position(state), read) : read);
-        take(position(state));
+        pen = state->relative ? sum(pen, read) : read;
+        points[i] = pen;
     }
+    moveTo(state, pen);
+    return pairs;
 }
 
 // In polygon mode every point is taken, whatever the pen state.
 bool drawMoves(State* state, const Record& record) {
+    static_assert(HPGL_MAX_RUN > HPGL_MAX_PARAMETERS / 2);
+    Point points[HPGL_MAX_RUN];
+    points[0] = position(state);
+    const int32_t pairs = goThroughPairs(state, record, points + 1);
     if (state->polygonMode) {
-        forEachMove(state, record, [&](Point point) { HPGLPBufAddPoint(state->polygon, point.x, point.y); });
+        for (int32_t i = 1; i <= pairs; ++i) {
+            HPGLPBufAddPoint(state->polygon, points[i].x, points[i].y);
+        }
     } else if (state->penDown) {
-        HPGLPath path = HPGLbeginPath(state->display, currentPen(state)->width, state->X, state->Y);
-        forEachMove(state, record, [&](Point point) { HPGLlineTo(&path, point.x, point.y); });
-    } else {
-        forEachMove(state, record, [](Point) {});
+        HPGLdrawLines(state->display, currentPen(state)->width, points, pairs + 1);
     }
     return true;
 }

@@ -1,5 +1,6 @@
 #include "primitives.h"
 
+#include <cassert>
 #include <cstdlib>
 
 #include "scaling.h"
@@ -42,37 +43,37 @@ void fillPolygons(const HPGLDisplay* display, const HPGLPBuf* buf) {
     OUTwinsolidpolygons(display->Window, display->DevicePoints, display->DeviceCounts, polygons);
 }
 
-OUTPoint lineEnd(const HPGLDisplay* display, int32_t x, int32_t y, Divisor USize) {
-    return {HPGLclamp(HPGLmapX(display, x, USize)), HPGLclamp(HPGLmapY(display, y, USize))};
+// Between the first two of the points, in pixels.
+void drawLine(WHandle window, int32_t width, const OUTPoint* ends) {
+    const bool thin = width <= 1;
+    if (thin) {
+        OUTline(window, ends[0].x, ends[0].y, ends[1].x, ends[1].y);
+    } else {
+        OUTgeomline(window, ends, 2, width);
+    }
+    TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGLdrawLine: %s: %d %d %d %d\n", thin ? "Thinline" : "Geomline", ends[0].x,
+             ends[0].y, ends[1].x, ends[1].y);
 }
 
 }  // namespace
 
-HPGLPath HPGLbeginPath(const HPGLDisplay* display, int32_t penWidth, int32_t x, int32_t y) {
-    const Divisor USize = divisorOf(display->USize);
-    return {display, HPGLmapLength(display, penWidth), USize, lineEnd(display, x, y, USize)};
-}
-
-void HPGLlineTo(HPGLPath* path, int32_t x, int32_t y) {
-    const WHandle window = path->display->Window;
-    const OUTPoint from = path->end;
-    const OUTPoint to = lineEnd(path->display, x, y, path->USize);
-    path->end = to;
-    const bool thin = path->width <= 1;
-    if (thin) {
-        OUTline(window, from.x, from.y, to.x, to.y);
-    } else {
-        const OUTPoint ends[2] = {from, to};
-        OUTgeomline(window, ends, 2, path->width);
+int32_t HPGLdrawLines(const HPGLDisplay* display, int32_t penWidth, const HPGLPBufPoint* points, int32_t count) {
+    OUTPoint mapped[HPGL_MAX_RUN];
+    assert(count <= HPGL_MAX_RUN);
+    mapPoints(display, points, count, mapped);
+    for (int32_t i = 0; i < count; ++i) {
+        mapped[i] = {HPGLclamp(mapped[i].x), HPGLclamp(mapped[i].y)};
     }
-    TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGLdrawLine: %s: %d %d %d %d\n", thin ? "Thinline" : "Geomline", from.x,
-             from.y, to.x, to.y);
+    const int32_t width = HPGLmapLength(display, penWidth);
+    for (int32_t i = 1; i < count; ++i) {
+        drawLine(display->Window, width, &mapped[i - 1]);
+    }
+    return 1;
 }
 
 int32_t HPGLdrawLine(const HPGLDisplay* display, int32_t penWidth, int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
-    HPGLPath path = HPGLbeginPath(display, penWidth, x1, y1);
-    HPGLlineTo(&path, x2, y2);
-    return 1;
+    const HPGLPBufPoint points[2] = {{x1, y1}, {x2, y2}};
+    return HPGLdrawLines(display, penWidth, points, 2);
 }
 
 int32_t HPGLdrawBox(const HPGLDisplay* display, int32_t penWidth, int32_t x, int32_t y, int32_t width, int32_t height,

@@ -6,22 +6,15 @@
 
 #include <cstdint>
 
-#include "arithmetic.h"
 #include "display.h"
 #include "polygon_buffer.h"
 
 int32_t HPGLdrawLine(const HPGLDisplay* display, int32_t penWidth, int32_t x1, int32_t y1, int32_t x2, int32_t y2);
 
-// The same for a run of lines each of which begins where the one before ends: an end is mapped once, and the divisor
-// made once.
-struct HPGLPath {
-    const HPGLDisplay* display;
-    int32_t width;  // of the pen, pixels
-    Divisor USize;  // of the display
-    OUTPoint end;   // where the next line begins, pixels
-};
-HPGLPath HPGLbeginPath(const HPGLDisplay* display, int32_t penWidth, int32_t x, int32_t y);
-void HPGLlineTo(HPGLPath* path, int32_t x, int32_t y);
+// The same along a run of points, at most HPGL_MAX_RUN: each is mapped once, and all of them before the first is drawn,
+// for then no mapping waits for a line.
+inline constexpr int32_t HPGL_MAX_RUN = 128;
+int32_t HPGLdrawLines(const HPGLDisplay* display, int32_t penWidth, const HPGLPBufPoint* points, int32_t count);
 
 // A box with the corner (x, y); width and height may be negative. Filled, the pen width plays no part.
 int32_t HPGLdrawBox(const HPGLDisplay* display, int32_t penWidth, int32_t x, int32_t y, int32_t width, int32_t height,
