@@ -52,17 +52,6 @@ CBlock* GetNewCBlock(CBlockList* blocks) {
     return block;
 }
 
-CBlock* HPGLCBlockMakeRoom(CBlockList* blocks, CBlock* block, int32_t n) {
-    return block->Occupied + n < block->Size ? block : GetNewCBlock(blocks);
-}
-
-int32_t HPGLCBlockAdvance(CBlock* block, int32_t n) {
-    if (block->Occupied + n >= block->Size) return 0;
-    block->Occupied += n;
-    block->actPnt += n;
-    return 1;
-}
-
 int32_t HPGLCBlockRetract(CBlock* block, int32_t n) {
     if (block->Occupied < n) return 0;
     block->Occupied -= n;

@@ -41,10 +41,17 @@ CBlock* HPGLlastCBlock(CBlockList* blocks);
 CBlock* GetNewCBlock(CBlockList* blocks);
 
 // The block into which n more bytes can be written: this one or a new one; null when none can be had.
-CBlock* HPGLCBlockMakeRoom(CBlockList* blocks, CBlock* block, int32_t n);
+inline CBlock* HPGLCBlockMakeRoom(CBlockList* blocks, CBlock* block, int32_t n) {
+    return block->Occupied + n < block->Size ? block : GetNewCBlock(blocks);
+}
 
 // Takes n bytes behind actPnt as written; 0 when that would fill the block.
-int32_t HPGLCBlockAdvance(CBlock* block, int32_t n);
+inline int32_t HPGLCBlockAdvance(CBlock* block, int32_t n) {
+    if (block->Occupied + n >= block->Size) return 0;
+    block->Occupied += n;
+    block->actPnt += n;
+    return 1;
+}
 // Gives the last n bytes back; 0 when there are fewer.
 int32_t HPGLCBlockRetract(CBlock* block, int32_t n);
 

@@ -87,7 +87,7 @@ constexpr int32_t PLAIN_DIGITS = 9;  // no more fit into 32 bits whatever they a
 struct PlainNumber {
     int32_t value;
     bool minusZero;      // which a float keeps
-    const char* behind;  // what ends it; null: not a plain number
+    const char* behind;  // the first character that is none of it; null: there is no plain number
 };
 
 bool isDigit(char c) {
@@ -95,26 +95,30 @@ bool isDigit(char c) {
 }
 
 PlainNumber readPlainNumber(const char* at, const char* end) {
-    const bool minus = *at == '-';
+    const bool minus = at < end && *at == '-';
     if (minus) ++at;
     const char* digits = at;
     int32_t value = 0;
     while (at < end && isDigit(*at) && at - digits < PLAIN_DIGITS) {
         value = value * 10 + (*at++ - '0');
     }
-    const bool plain = at > digits && at < end && (isSeparator(*at) || *at == '-');
-    return {minus ? -value : value, minus && value == 0, plain ? at : nullptr};
+    return {minus ? -value : value, minus && value == 0, at > digits ? at : nullptr};
+}
+
+bool endsNumber(const char* at, const char* end) {
+    return at < end && (isSeparator(*at) || *at == '-');
 }
 
 void appendPlainNumber(CBlock* block, char letter, int32_t value) {
-    const int32_t bytes = letter == 'I' ? 2 : 4;
-    if (letter == 'R') {
-        const auto real = static_cast<float>(value);
-        memcpy(block->actPnt, &real, sizeof real);
-    } else {
-        memcpy(block->actPnt, &value, static_cast<size_t>(bytes));  // of I the low half
+    if (letter == 'I') {
+        const auto half = static_cast<int16_t>(value);
+        memcpy(block->actPnt, &half, sizeof half);
+        HPGLCBlockAdvance(block, sizeof half);
+        return;
     }
-    HPGLCBlockAdvance(block, bytes);
+    const auto real = static_cast<float>(value);
+    memcpy(block->actPnt, letter == 'R' ? static_cast<const void*>(&real) : &value, 4);
+    HPGLCBlockAdvance(block, 4);
 }
 
 bool takesPlainNumbers(const Chunk& chunk) {
@@ -134,7 +138,8 @@ int32_t parsePlainNumbers(Chunk* chunk) {
         if (isSeparator(*at)) continue;
         const PlainNumber number = readPlainNumber(at, end);
         const char letter = *status->signatureLetter;
-        if (number.behind == nullptr || letter == 'C' || (number.minusZero && letter == 'R')) break;
+        if (number.behind == nullptr || !endsNumber(number.behind, end)) break;
+        if (letter == 'C' || (number.minusZero && letter == 'R')) break;
         if (countParameter(status)) {
             chunk->block = HPGLCBlockMakeRoom(chunk->parser->blocks, chunk->block, letter == 'I' ? 2 : 4);
             if (chunk->block == nullptr) return 0;
@@ -416,29 +421,33 @@ void HPGLcloseCommand(IStatus* status) {
 }
 
 int32_t HPGLconvertParameter(IStatus* status, CBlockList* blocks, CBlock** block) {
+    const char* text = status->numberBuffer;
+    const PlainNumber plain = readPlainNumber(text, status->bufferPointer);
+    const bool isPlain = plain.behind == status->bufferPointer;
     int32_t done = 1;
     *status->bufferPointer = '\0';
     switch (*status->signatureLetter) {
         case 'C': {
-            const auto length = static_cast<int32_t>(status->bufferPointer - status->numberBuffer);
-            done = HPGLwriteBytes(blocks, block, status->numberBuffer, length);
-            TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %s", status->numberBuffer);
+            const auto length = static_cast<int32_t>(status->bufferPointer - text);
+            done = HPGLwriteBytes(blocks, block, text, length);
+            TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %s", text);
             break;
         }
         case 'I': {
-            const auto value = static_cast<int16_t>(atoi(status->numberBuffer));
+            const auto value = static_cast<int16_t>(isPlain ? plain.value : atoi(text));
             done = HPGLwriteBytes(blocks, block, &value, sizeof value);
             TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %d", static_cast<int>(value));
             break;
         }
         case 'L': {
-            const auto value = static_cast<int32_t>(atol(status->numberBuffer));
+            const auto value = isPlain ? plain.value : static_cast<int32_t>(atol(text));
             done = HPGLwriteBytes(blocks, block, &value, sizeof value);
             TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %d", static_cast<int>(value));
             break;
         }
         case 'R': {
-            const auto value = static_cast<float>(atof(status->numberBuffer));
+            const bool isWhole = isPlain && !plain.minusZero;
+            const auto value = isWhole ? static_cast<float>(plain.value) : static_cast<float>(atof(text));
             done = HPGLwriteBytes(blocks, block, &value, sizeof value);
             TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %f", static_cast<double>(value));
             break;
@@ -446,7 +455,7 @@ int32_t HPGLconvertParameter(IStatus* status, CBlockList* blocks, CBlock** block
         default:
             break;  // no signature: counted, not stored
     }
-    if (status->commandId == CMD_DT && status->parameterCount == 1) status->labelTerminator = status->numberBuffer[0];
+    if (status->commandId == CMD_DT && status->parameterCount == 1) status->labelTerminator = text[0];
     return done;
 }
 
