@@ -6,6 +6,7 @@
 #include "application.h"
 #include "notices.h"
 #include "picture_file.h"
+#include "plot_recognition.h"
 #include "transmission_cutter.h"
 
 namespace qrvel {
@@ -14,6 +15,7 @@ namespace {
 
 constexpr std::size_t BUFFER_SIZE = 256;  // bytes of the viewer's receive buffer
 constexpr auto TURN = std::chrono::milliseconds(8);
+constexpr char STANDARD_INPUT[] = "-";
 constexpr int PIECES_BETWEEN_LOOKS = 16;  // at the clock
 
 WHandle openChannel = 0;
@@ -27,7 +29,7 @@ DataChannel* findDataChannel() {
 void DataChannel::start(const QByteArrayList& sources, bool pipedIn) {
     waiting_ = sources;
     pipedIn_ = pipedIn;
-    if (pipedIn_) waiting_ += "-";
+    if (pipedIn_) waiting_ += STANDARD_INPUT;
     readNext();
 }
 
@@ -49,6 +51,10 @@ void DataChannel::sourceRead() {
         return;
     }
     std::unique_ptr<Spool> spool = read->takeSpool();
+    if (read->name() != STANDARD_INPUT && !holdsDrawing(spool->bytes())) {
+        showNotice(QString("%1 holds no HP-GL drawing").arg(QString::fromLocal8Bit(read->name())));
+        spool = std::make_unique<Spool>();  // an empty picture instead of what its bytes would draw by chance
+    }
     // A pipe that somebody left on standard input and that carries nothing is no transmission.
     if (pipedIn_ && spool->bytes().empty()) {
         readNext();

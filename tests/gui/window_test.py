@@ -64,11 +64,15 @@ def reads_a_pipe(desktop, plot):
             expect_picture(viewer, plot)
 
 
-def shows_an_empty_window(desktop, plot):
+def empty_beside(plot):
     empty = plot.with_name("empty.plt")
     empty.write_text("")
+    return empty
+
+
+def shows_an_empty_window(desktop, plot):
     with desktop.viewer(KELHPGL) as viewer:
-        expect_picture(viewer, empty)
+        expect_picture(viewer, empty_beside(plot))
 
 
 def zooms_by_dragging(desktop, plot):
@@ -142,6 +146,21 @@ def a_missing_file_is_said(desktop, plot):
         assert b"missing.plt" in viewer.process.stderr.read()
 
 
+def a_file_without_a_drawing_is_said(desktop, plot):
+    """A program, whose bytes would draw by chance: an empty picture, a line on standard error and a box."""
+    program = plot.with_name("program.plt")
+    program.write_bytes(pathlib.Path("/bin/sh").read_bytes() * 20)
+    with desktop.viewer(KELHPGL, program) as viewer:
+        viewer.window()
+        wait_for("the box", lambda: len(desktop.stacking()) == 2)
+        desktop.ask("xdotool", "key", "Return")  # the box has the focus
+        wait_for("the box to go", lambda: len(desktop.stacking()) == 1)
+        expect_picture(viewer, empty_beside(plot))
+        viewer.process.terminate()
+        viewer.wait()
+        assert b"program.plt holds no HP-GL drawing" in viewer.process.stderr.read()
+
+
 def file_names_are_bytes(desktop, plot):
     name = os.fsencode(plot.parent) + b"/d\xe4 'x\".plt"
     with open(name, "wb") as file:
@@ -160,7 +179,7 @@ def options_of_others_are_passed_over(desktop, plot):
 
 TESTS = [opens_a_file, resizing_refits, reads_a_pipe, shows_an_empty_window, zooms_by_dragging, a_click_changes_nothing,
          close_button_ends_it, signals_end_it, leaves_no_file_behind, without_a_display, a_missing_file_is_said,
-         file_names_are_bytes, options_of_others_are_passed_over]
+         a_file_without_a_drawing_is_said, file_names_are_bytes, options_of_others_are_passed_over]
 
 
 def run(test, desktop, plot):

@@ -1,0 +1,13 @@
+// Telling a plot from any other file: every two bytes of a photograph may be a command by chance, and what is drawn
+// then is nothing that anybody wants to see.
+#pragma once
+
+#include <string_view>
+
+namespace qrvel {
+
+// Whether something in it draws: a command with at least a pair of numbers, a circle, an encoded polyline, or the name
+// of another file. A text that quotes such a command passes, and is drawn; no plot that shows anything fails.
+bool holdsDrawing(std::string_view bytes);
+
+}  // namespace qrvel

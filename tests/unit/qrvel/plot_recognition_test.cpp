@@ -1,0 +1,58 @@
+#include "plot_recognition.h"
+
+#include <string_view>
+
+#include "rows.h"
+
+namespace qrvel {
+namespace {
+
+using namespace std::string_view_literals;
+
+struct Row : NamedRow {
+    std::string_view bytes;
+    bool isPlot;
+};
+
+// clang-format off
+constexpr Row ROWS[] = {
+    {"Lines",             "IN;SP1;PU0,0;PD400,-400;",               true},
+    {"OneLine",           "PD1,1",                                  true},
+    {"Blanks",            "PA 100 200;",                            true},
+    {"SignsSeparate",     "PR-5-6",                                 true},
+    {"Fractions",         "PA.5,1.25;",                             true},
+    {"LineEnds",          "PD\r\n1,\r\n2",                          true},
+    {"Rectangle",         "EA100,100;",                             true},
+    {"Curve",             "BZ1,2,3,4,5,6",                          true},
+    {"Circle",            "CI500;",                                 true},
+    {"Polyline",          "PE<=\277\300;",                          true},
+    {"PolylineInLines",   "PE<=\277\r\n\300\n;",                    true},
+    {"FileName",          ":HPGL_FILE:other.plt",                   true},
+    {"BehindEscapes",     "\033%0B\033*c0T\033%0BPU1,1",            true},
+    {"BehindNuls",        "\0\0\0\033%-12345X\0\0IN;PD10,10;"sv,    true},
+    {"InTheMiddle",       "a text that says PD400,400",             true},
+    {"Nothing",           "",                                       false},
+    {"OneByte",           "P",                                      false},
+    {"Text",              "The quick brown fox. COPY OF PARTS",     false},
+    {"PenUpAlone",        "IN;SP1;PU;PA;PD;",                       false},
+    {"OneNumber",         "PA100;",                                 false},
+    {"LabelAlone",        "LBtext\003",                             false},
+    {"SmallLetters",      "pd100,100",                              false},
+    {"EmptyPolyline",     "PE;",                                    false},
+    {"WordWithPe",        "COPE with that;",                        false},
+    {"CircleOfAProgram",  "\177ELF\0CI5"sv,                         false},
+    {"PolylineOfAProgram","\177ELF\0PEabc;"sv,                      false},
+    {"NumbersFarApart",   "PA\0\0\0001\0\0\0002"sv,                 false},
+};
+// clang-format on
+
+class Recognition : public testing::TestWithParam<Row> {};
+
+TEST_P(Recognition, TellsAPlot) {
+    EXPECT_EQ(holdsDrawing(GetParam().bytes), GetParam().isPlot);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Recognition, testing::ValuesIn(ROWS), byRowName);
+
+}  // namespace
+}  // namespace qrvel
