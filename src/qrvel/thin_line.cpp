@@ -97,8 +97,8 @@ void drawThinLineCut(const PixelArea& area, int32_t x1, int32_t y1, int32_t x2, 
          moved % course.length, course.rise, course.length, colour);
 }
 
-// Nearly every line of a plot is one of these. Its way aside is a 32.32 fixed-point number, rounded up, which is exact on
-// areas of up to 32767 pixels a side; so no pixel waits for the one before it.
+// Nearly every line of a plot is one of these. Its way aside is a 32.32 fixed-point number, rounded up, which is exact
+// on areas of up to 32767 pixels a side; so no pixel waits for the one before it.
 void drawThinLineInside(const PixelArea& area, int32_t x1, int32_t y1, int32_t x2, int32_t y2, uint32_t colour) {
     const int32_t width = x2 - x1;
     const int32_t height = y2 - y1;
