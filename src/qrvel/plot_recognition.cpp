@@ -77,11 +77,11 @@ bool drawsPerhaps(std::string_view command) {
 }  // namespace
 
 bool holdsDrawing(std::string_view bytes) {
-    const bool isText = bytes.find('\0') == std::string_view::npos;
+    const auto isText = [&] { return bytes.find('\0') == std::string_view::npos; };
     for (std::size_t at = 0; at + 2 < bytes.size(); ++at) {
         if (!isCapital(bytes[at]) || !isCapital(bytes[at + 1])) continue;
         const std::string_view command = bytes.substr(at);
-        if (drawsForSure(command) || (isText && drawsPerhaps(command))) return true;
+        if (drawsForSure(command) || (drawsPerhaps(command) && isText())) return true;
     }
     return false;
 }
