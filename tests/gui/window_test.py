@@ -134,6 +134,32 @@ def without_a_display(desktop, plot):
     assert not wrong, wrong[:5]
 
 
+def picture_sizes_have_limits(desktop, plot):
+    picture = plot.with_name("size.png")
+
+    def draw(size):
+        return subprocess.run([KELHPGL, "--picture", picture, "--size", size, plot], stdin=subprocess.DEVNULL,
+                              capture_output=True, check=False, timeout=30)
+    for size in ("1x1", "16384x1", "1x16384"):
+        done = draw(size)
+        assert done.returncode == 0, done
+        image = read_png(picture)
+        assert f"{image.width}x{image.height}" == size, size
+        picture.unlink()
+    for size in ("0x1", "1x0", "16385x1", "1x16385", "100000x1", "-1x1", "500", "500x500x"):
+        done = draw(size)
+        assert done.returncode == 2 and b"no size: " + size.encode() in done.stderr, done
+        assert not picture.exists(), size
+
+
+def the_window_has_a_least_size(desktop, plot):
+    with desktop.viewer(KELHPGL, plot) as viewer:
+        expect_picture(viewer, plot)
+        viewer.resize(100, 100)
+        wait_for("the least size", lambda: viewer.geometry()[2:] == (200, 160))
+        expect_picture(viewer, plot)
+
+
 def a_missing_file_is_said(desktop, plot):
     """On standard error and in a box in front of the window, which stays."""
     missing = plot.with_name("missing.plt")
@@ -178,8 +204,9 @@ def options_of_others_are_passed_over(desktop, plot):
 
 
 TESTS = [opens_a_file, resizing_refits, reads_a_pipe, shows_an_empty_window, zooms_by_dragging, a_click_changes_nothing,
-         close_button_ends_it, signals_end_it, leaves_no_file_behind, without_a_display, a_missing_file_is_said,
-         a_file_without_a_drawing_is_said, file_names_are_bytes, options_of_others_are_passed_over]
+         close_button_ends_it, signals_end_it, leaves_no_file_behind, without_a_display, picture_sizes_have_limits,
+         the_window_has_a_least_size, a_missing_file_is_said, a_file_without_a_drawing_is_said, file_names_are_bytes,
+         options_of_others_are_passed_over]
 
 
 def run(test, desktop, plot):

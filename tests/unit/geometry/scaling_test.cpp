@@ -87,6 +87,9 @@ constexpr MapRow MAP_ROWS[] = {
     {"TruncatesInside",    100, 100,     1,    2,    0,    0,      -3,      -3,  101,  101},
     {"TruncatesOutside",   100, 100,     1,    2,    0,    0,       3,       3,  103,  103},  // floor would give 104
     {"ProductWraps",         0,   0, 10000,  100,    0,    0, -300000, -300000, 12949674, 12949674},
+    // Of a window of 500 pixels.
+    {"LastBeforeTheWrap",  496, 496,   496, 4329605, 0,    0, -4329604, -4329604,    3,    3},
+    {"FirstBehindIt",      496, 496,   496, 4329605, 0,    0, -4329605, -4329605,  993,  993},
     {"DivisionComesLast",    0,   0,     3,    2,    0,    0,      -2,      -2,   -1,   -1},
     {"DifferenceWraps",      0,   0,     1,    1,  MAX,  MAX,      -1,      -1, MIN + 2, MIN + 2},
     {"NoExtent",           100, 100,     2,    0,    0,    0,      -3,      -3,   96,   96},

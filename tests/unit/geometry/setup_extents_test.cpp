@@ -86,6 +86,8 @@ constexpr ExtentsRow SCALES[] = {
     {"SevenParameters",     "SC1,0,0,1,1,5,5;PD100,50;",         "-100 0 0 50"},
     {"SinglePrecision",     "SC0,.7,0,.7,2;PU-10,-10;PD10,10;",  "-7 -7 7 7"},
     {"Above24Bits",         "PU16777217,0;PD16777219,0;",        "16777216 0 16777220 0"},
+    {"FarthestCorner",      "PU1073741760,5;PD1073741760,6;",    "1073741760 5 1073741760 6"},
+    {"BeyondTheFarthest",   "PU1073741824,5;PD1073741824,6;",    "1073741823 5 1073741824 6"},
     {"RelativeWraps",       "PU2147483647,5;PD;PR2147483647,0;", "-2 5 2147483647 5"},
     // Three zeros, passed over as six records of the host's data command.
     {"UnsupportedCount",    "SC0,0,0;PD;PA100,100;",             "0 0 100 100"},

@@ -145,6 +145,8 @@ constexpr DrawRow PENS[] = {
     {"Width",             "PW.35;PD10,0;",                  "OUTgeomline 14 2 0 0 10 0\n"},  // in double precision 13
     {"WidthOfAnother",    "PW1,3;PD10,0;SP3;PD20,0;",       "OUTline 0 0 10 0\nOUTlinecolour 3\nOUTfillcolour 3\nOUTgeomline 40 2 10 0 20 0\n"},
     {"WidthOfPenZero",    "SP;PW1;PD10,0;",                 "OUTlinecolour 0\nOUTfillcolour 0\nOUTgeomline 40 2 0 0 10 0\n"},
+    {"WidestOfAll",       "PW819.18;PD10,0;",               "OUTgeomline 32767 2 0 0 10 0\n"},
+    {"WiderThanThat",     "PW819.21;PD10,0;",               "OUTline 0 0 10 0\n"},
     {"WidthCutTo16Bits",  "PW1639;PD10,0;",                 "OUTgeomline 24 2 0 0 10 0\n"},
     {"WidthCutNegative",  "PW1000;PD10,0;",                 "OUTline 0 0 10 0\n"},
     {"WidthNotANumber",   "PWnan;PD10,0;",                  "OUTline 0 0 10 0\n"},

@@ -223,6 +223,12 @@ TEST_F(Channel, ReadsTheNamedFile) {
     EXPECT_EQ(recordsOf({{BEGIN, "HPGL_FILE:a.plt\nPU;"}, {END, ""}}), INSP);
 }
 
+TEST_F(Channel, ANamedFileNamesNoOther) {
+    folder.write("a.plt", "IN;HPGL_FILEb.plt\nSP1;");
+    folder.write("b.plt", "PU;");
+    EXPECT_EQ(recordsOf({{BEGIN, "HPGL_FILEa.plt"}, {END, ""}}), INSP);
+}
+
 TEST_F(Channel, ReadsItAcrossPieces) {
     std::string text = "IN;PD";
     while (text.size() < 20000) {

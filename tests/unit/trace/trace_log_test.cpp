@@ -131,6 +131,14 @@ TEST_P(TraceLevels, ComeFromTheEnvironment) {
 }
 INSTANTIATE_TEST_SUITE_P(Rows, TraceLevels, testing::ValuesIn(LEVELS), byRowName);
 
+TEST_F(TraceLog, TakesThirtyOneCharactersOfALevel) {
+    script.environment["DGTRACE"] = std::string(30, '0') + '2';
+    script.environment["KELGTRACE"] = std::string(31, '0') + '2';
+    TRCOpen("t.log", 0);
+    EXPECT_EQ(TRCGlobal.fileLevel, 2);
+    EXPECT_EQ(TRCGlobal.windowLevel, 0);
+}
+
 TEST_F(TraceLog, ReadsLevelsOnce) {
     openAt("1");
     script.environment["DGTRACE"] = "3";

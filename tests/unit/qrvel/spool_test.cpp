@@ -1,0 +1,60 @@
+#include "spool.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+#include <string>
+
+namespace qrvel {
+namespace {
+
+constexpr qint64 MOST_IN_MEMORY = 16777216;  // 16 MiB
+
+std::ptrdiff_t openFiles() {
+    const std::filesystem::directory_iterator files("/proc/self/fd");
+    return std::distance(begin(files), end(files));
+}
+
+// Fills a spool in uneven pieces and answers how many files that has opened.
+std::ptrdiff_t filesFor(qint64 size) {
+    const std::ptrdiff_t before = openFiles();
+    const std::string piece(65521, 'x');
+    Spool spool;
+    std::string all;
+    for (qint64 left = size; left > 0; left -= static_cast<qint64>(piece.size())) {
+        const qint64 count = std::min(left, static_cast<qint64>(piece.size()));
+        all.append(piece, 0, static_cast<std::size_t>(count)).back() = static_cast<char>(left);
+        EXPECT_TRUE(spool.append(all.data() + all.size() - count, count));
+    }
+    EXPECT_TRUE(spool.finish());
+    EXPECT_TRUE(spool.bytes() == all);
+    return openFiles() - before;
+}
+
+TEST(Spool, KeepsSixteenMebibytesInMemory) {
+    EXPECT_EQ(filesFor(MOST_IN_MEMORY), 0);
+}
+
+TEST(Spool, KeepsMoreInOneFile) {
+    EXPECT_EQ(filesFor(MOST_IN_MEMORY + 1), 1);
+    EXPECT_EQ(filesFor(2 * MOST_IN_MEMORY), 1);
+}
+
+TEST(Spool, KeepsNothingToo) {
+    EXPECT_EQ(filesFor(0), 0);
+}
+
+// The bytes are not looked at: there is no room for them.
+TEST(Spool, RefusesMoreThanHalfOfTheMemory) {
+    const qint64 half = static_cast<qint64>(sysconf(_SC_PHYS_PAGES)) * sysconf(_SC_PAGESIZE) / 2;
+    Spool spool;
+    EXPECT_TRUE(spool.append("IN;", 3));
+    EXPECT_FALSE(spool.append(nullptr, half - 2));
+    EXPECT_EQ(spool.failure(), "more data than half of the memory");
+}
+
+}  // namespace
+}  // namespace qrvel
