@@ -1,6 +1,5 @@
 #include "ellipse.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "arithmetic.h"
@@ -58,7 +57,7 @@ EllipseWalk HPGLnewBase(EllipseWalk walk, double angle, double change) {
 // like each step before it, never turns an order round, so what the least and the greatest possible direction agree on
 // is what the true one gives.
 EllipseOffset HPGLonEllipse(const HPGLEllipse& ellipse, double angle, EllipseDirection direction) {
-    const double reach = std::max(std::abs(ellipse.rX), std::abs(ellipse.rY)) + std::abs(ellipse.added);
+    const double reach = std::abs(ellipse.rX) + std::abs(ellipse.rY) + std::abs(ellipse.added);  // or not a number
     if (reach < LARGEST_REACH) {
         const double x = direction.cosine * ellipse.rX + ellipse.added;
         const double y = direction.sine * ellipse.rY + ellipse.added;

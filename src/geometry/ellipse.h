@@ -37,7 +37,7 @@ struct EllipseWalk {
     int32_t turnsLeft = 0;      // until the next base
 };
 
-// Cosine and sine of a walk are less than this off; it is at least ten times what they can be.
+// Cosine and sine of a walk are less than this off; it is nearly twice what they can be.
 inline constexpr double HPGL_DOUBT = 0x1p-42;
 
 inline constexpr int32_t HPGL_TURNS_FROM_A_BASE = 64;

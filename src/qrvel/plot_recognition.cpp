@@ -12,7 +12,8 @@ namespace {
 constexpr std::array<std::string_view, 14> COMMANDS_WITH_PAIRS = {"PA", "PD", "PU", "PR", "EA", "ER", "RA",
                                                                   "RR", "AA", "AR", "EW", "WG", "BR", "BZ"};
 constexpr std::string_view PSEUDO_COMMANDS = "HPGL_";
-constexpr int SHORTEST_POLYLINE = 2;  // a value for each coordinate
+constexpr int SHORTEST_POLYLINE = 2;      // a value for each coordinate
+constexpr std::size_t LONGEST_LOOK = 64;  // bytes of a polyline
 
 bool isCapital(char c) {
     return c >= 'A' && c <= 'Z';
@@ -22,8 +23,9 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
+// Whatever the parser takes for nothing, but for NUL: a program has numbers between its zeros.
 bool isBetweenNumbers(char c) {
-    return c == ' ' || c == ',' || c == '\n' || c == '\r' || c == '\t';
+    return c == ' ' || c == ',' || c == ';' || c == '+' || (c > 0 && c < ' ');
 }
 
 template <class Skipped>
@@ -51,16 +53,23 @@ bool hasNumber(std::string_view text) {
     return takeNumber(text);
 }
 
-// Line ends between the values do no harm.
+// As far as one looks: line ends between the values do no harm, and the end of the data is an end too.
 bool isPolyline(std::string_view text) {
-    const std::string_view body = text.substr(0, text.find_first_of("; "));
+    const std::string_view look = text.substr(0, LONGEST_LOOK);
+    const std::string_view body = look.substr(0, look.find_first_of("; "));
     const auto values =
         std::count_if(body.begin(), body.end(), [](char c) { return static_cast<unsigned char>(c) > ' '; });
-    return values >= SHORTEST_POLYLINE && text.substr(body.size()).starts_with(';');
+    return values >= SHORTEST_POLYLINE && !look.substr(body.size()).starts_with(' ');
 }
 
 bool isAnyOf(std::string_view name, std::span<const std::string_view> names) {
     return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+// Printers like zeros in front of a plot and behind it.
+std::string_view withoutPadding(std::string_view bytes) {
+    bytes = without(bytes, [](char c) { return c == '\0'; });
+    return bytes.substr(0, bytes.find_last_not_of('\0') + 1);
 }
 
 // These are hardly ever there by chance.
@@ -77,11 +86,11 @@ bool drawsPerhaps(std::string_view command) {
 }  // namespace
 
 bool holdsDrawing(std::string_view bytes) {
-    const auto isText = [&] { return bytes.find('\0') == std::string_view::npos; };
+    const bool isText = withoutPadding(bytes).find('\0') == std::string_view::npos;
     for (std::size_t at = 0; at + 2 < bytes.size(); ++at) {
         if (!isCapital(bytes[at]) || !isCapital(bytes[at + 1])) continue;
         const std::string_view command = bytes.substr(at);
-        if (drawsForSure(command) || (drawsPerhaps(command) && isText())) return true;
+        if (drawsForSure(command) || (isText && drawsPerhaps(command))) return true;
     }
     return false;
 }

@@ -7,7 +7,7 @@
 namespace qrvel {
 
 // Whether something in it draws: a command with at least a pair of numbers, a circle, an encoded polyline, or the name
-// of another file. A text that quotes such a command passes, and is drawn; no plot that shows anything fails.
+// of another file. A text that quotes such a command passes, and is drawn. Time grows with the bytes alone.
 bool holdsDrawing(std::string_view bytes);
 
 }  // namespace qrvel

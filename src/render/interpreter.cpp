@@ -297,6 +297,7 @@ bool polygonMode(State* state, const Record& record) {
     switch (record.count > 0 ? HPGLreadI(record.params) : 0) {
         case 0:
             state->polygonMode = true;
+            state->polygonEdged = state->polygonFilled = false;
             if (HPGLPBufBegin(state->polygon, state->X, state->Y) == 0) warn("Cant init Polygonbuffer");
             break;
         case 1:
@@ -314,23 +315,27 @@ bool polygonMode(State* state, const Record& record) {
     return true;
 }
 
-void drawPolygon(State* state, bool fill) {
-    if (state->polygonPointsLeft < 0) return;
+// False, once with a warning, when polygons have been drawn again too often.
+bool mayDrawAgain(State* state) {
+    if (state->polygonPointsLeft < 0) return false;
     state->polygonPointsLeft -= HPGLPBufPoints(state->polygon) + HPGLPBufUsed(state->polygon);
-    if (state->polygonPointsLeft < 0) {
-        warn("polygons are drawn too often, the rest of them is left out");
-        return;
-    }
+    if (state->polygonPointsLeft < 0) warn("polygons are drawn too often, the rest of them is left out");
+    return state->polygonPointsLeft >= 0;
+}
+
+void drawPolygon(State* state, bool* drawn, bool fill) {
+    if (*drawn && !mayDrawAgain(state)) return;
+    *drawn = true;
     HPGLdrawPolygon(state->display, currentPen(state)->width, state->polygon, fill);
 }
 
 bool edgePolygon(State* state, const Record& /*record*/) {
-    drawPolygon(state, false);
+    drawPolygon(state, &state->polygonEdged, false);
     return true;
 }
 
 bool fillPolygon(State* state, const Record& /*record*/) {
-    drawPolygon(state, true);
+    drawPolygon(state, &state->polygonFilled, true);
     return true;
 }
 

@@ -41,14 +41,16 @@ struct HPGLInterpState {
     HPGLPBuf* local = nullptr;    // one circle, arc, wedge or curve in the making
     StepAllowance allowance;
     EllipseWalk ellipseWalk = {};
-    int64_t polygonPointsLeft = 0;  // that FP and EP may still draw; below 0 once they have been stopped
+    bool polygonEdged = false, polygonFilled = false;  // since it was begun
+    int64_t polygonPointsLeft = 0;  // that may still be drawn again; below 0 once that has been stopped
 };
 
 inline constexpr int32_t HPGL_MAIN_POLYGONS = 256;
 inline constexpr int32_t HPGL_CURVE_SEGMENTS = 20;
 
-// A polygon of half a million points can be drawn again by two letters. So FP and EP together draw as many points a
-// pass as this, or this many times the points that the picture's data has room for, whichever is more.
+// A polygon of half a million points can be drawn again by two letters. The first FP and the first EP of each polygon
+// are free; others together draw as many points a pass as this, or this many times the points that the picture's data
+// has room for, whichever is more. Each sub-polygon counts as one point besides its own.
 inline constexpr int64_t HPGL_POLYGON_POINTS_PER_PASS = 20'000'000;
 inline constexpr int64_t HPGL_POLYGON_DRAWINGS_PER_POINT = 4;
 

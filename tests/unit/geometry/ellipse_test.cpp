@@ -46,12 +46,13 @@ constexpr WalkRow WALK_ROWS[] = {
 constexpr HPGLEllipse ELLIPSES[] = {
     {1000, 1000, 0},     {9, -9, 0},         {0, 0, 0},            {1e-30, 1e9, 0},     {2147483647.0, -2147483648.0, 0},
     {1e15, 1e30, 0},     {1000, 2000, -179.99}, {1e300, 3, 0.5},   {INF, -INF, 0},      {-INF, 1, 90},
+    {9, NAN, 0},         {NAN, 9, 1},
 };
 // clang-format on
 
 class Walks : public testing::TestWithParam<WalkRow> {};
 
-// Far more steps than a base or the learning of a table takes, and from one ellipse to the next without a break.
+// Far more steps than lie between two bases, and from one ellipse to the next without a break.
 TEST_P(Walks, GiveTheSamePoints) {
     EllipseWalk walk = {};
     for (const HPGLEllipse& ellipse : ELLIPSES) {

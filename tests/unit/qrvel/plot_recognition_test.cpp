@@ -1,5 +1,7 @@
 #include "plot_recognition.h"
 
+#include <chrono>
+#include <string>
 #include <string_view>
 
 #include "rows.h"
@@ -31,6 +33,12 @@ constexpr Row ROWS[] = {
     {"BehindEscapes",     "\033%0B\033*c0T\033%0BPU1,1",            true},
     {"BehindNuls",        "\0\0\0\033%-12345X\0\0IN;PD10,10;"sv,    true},
     {"InTheMiddle",       "a text that says PD400,400",             true},
+    {"Semicolons",        "PD100;200;",                             true},
+    {"PlusSeparates",     "PD10+20",                                true},
+    {"ControlsBetween",   "PD1\014,2",                              true},
+    {"SemicolonInFront",  "CI;100",                                 true},
+    {"PolylineToTheEnd",  "PD;PE<=\277\300",                        true},
+    {"ZerosAround",       "\0\0IN;CI100;\0\0"sv,                   true},
     {"Nothing",           "",                                       false},
     {"OneByte",           "P",                                      false},
     {"Text",              "The quick brown fox. COPY OF PARTS",     false},
@@ -46,13 +54,28 @@ constexpr Row ROWS[] = {
 };
 // clang-format on
 
-class Recognition : public testing::TestWithParam<Row> {};
+class Plots : public testing::TestWithParam<Row> {};
 
-TEST_P(Recognition, TellsAPlot) {
+TEST_P(Plots, AreRecognised) {
     EXPECT_EQ(holdsDrawing(GetParam().bytes), GetParam().isPlot);
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, Recognition, testing::ValuesIn(ROWS), byRowName);
+// Neither is looked at again and again.
+TEST(Recognition, TakesTimeByTheByte) {
+    std::string polylines;
+    std::string circles;
+    while (polylines.size() < 4'000'000) {
+        polylines += "PE";
+        circles += "CI5";
+    }
+    const auto start = std::chrono::steady_clock::now();
+    holdsDrawing(polylines + " ");
+    holdsDrawing(circles + '\0' + "x");
+    holdsDrawing("PA" + std::string(4'000'000, ' '));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Plots, testing::ValuesIn(ROWS), byRowName);
 
 }  // namespace
 }  // namespace qrvel
