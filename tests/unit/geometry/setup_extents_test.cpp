@@ -64,6 +64,10 @@ constexpr ExtentsRow SHAPES[] = {
     {"WedgeNegativeRadius", "EW-1000,0,90,60;",                  "-999 -999 0 0"},
     {"WedgeWithoutCentre",  "EW1000,10,20,90;",                  "866 173 984 499"},
     {"WedgeWideAngles",     "EW1000,16777216,1,1;",              "-688 725 -675 737"},
+    {"WedgeWhole",          "EW1000,0,360,90;",                  "-999 -999 1000 999"},
+    // The point at 400 degrees lies between others, yet it alone comes near the largest number without wrapping.
+    {"WedgeWraps",          "PU2147483520,0;EW160,0,720,100;",   "-2147483626 -138 2147483642 157"},
+    {"WedgeRadiusInDouble", "SC0,.7,0,.7,2;EW10,0,90,90;",       "0 0 6 6"},  // in single precision 7
     {"WedgeMovesNoPen",     "PA5,5;EW1000,0,90,60;PD6,6;",       "5 5 1005 1004"},
     // The start angle, in degrees, is added to both coordinates of every point of an arc.
     {"ArcAddsStartAngle",   "PA0,1000;AA0,0,90,30;",             "-909 90 90 1090"},
@@ -73,6 +77,8 @@ constexpr ExtentsRow SHAPES[] = {
     {"ArcDegreesConstant",  "PA0,1;AA0,0,10,20;",                "89 90 90 91"},  // with all of pi the upper y is 90
     {"ArcRelative",         "PA10,20;AR-100,0,90,45;",           "-90 20 10 119"},
     {"ArcCentreUnscaled",   "SC0,2,0,2,2;PA100,0;AA50,0,90,90;", "50 0 350 299"},
+    // It is within 32 bits, but for the added angle.
+    {"ArcWraps",            "PU2147483392,240;AA2147483392,0,1000,61;", "-2147483633 -149 2147483544 330"},
     {"ArcNoRadius",         "PA10,10;AA10,10,20;",               "10 10 10 10"},
 };
 

@@ -113,6 +113,8 @@ constexpr PolylineRow POLYLINES[] = {
     {"SevenBitLater",     "PE\301\3017a_;"sv,             "PR 2 1 1\nPR 2 1 0\nPA 0\n"},
     {"SevenBitFive",      "PE755?5_;"sv,                  "PR 2 -14 -14\nPR 2 464 0\nPA 0\n"},
     {"SevenBitOnlyInside","PE7a_;PE\301\301;"sv,          "PR 2 1 0\nPA 0\nPR 2 1 1\nPA 0\n"},
+    {"AbsoluteOnlyInside","PE=;PE\301\301;"sv,             "PA 0\nPR 2 1 1\nPA 0\n"},
+    {"PenUpOnlyInside",   "PE<;PE\301\301;"sv,             "PA 0\nPR 2 1 1\nPA 0\n"},
     {"Fraction",          "PE>\303\301\301;"sv,           "PR 2 1 1\nPA 0\n"},
     {"FractionBetween",   "PE=>\303<\301\301;"sv,         "PU 0\nPA 2 1 1\nPD 0\nPA 0\n"},
     {"ControlIsADigit",   "PE\n\301\301;"sv,              "PR 2 -37 1\nPA 0\n"},

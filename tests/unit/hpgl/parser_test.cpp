@@ -159,6 +159,7 @@ constexpr ParseRow COMMENTS[] = {
     {"TextBeforeQuote",        "CO PA1,2; \"x\"PU"sv,      "PU 0\n"},
     {"ControlsInside",         "CO\"\r\n\003\200\0\"PU"sv, "PU 0\n"},
     {"EmptyComment",           "CO\"\"PU"sv,               "PU 0\n"},
+    {"SecondComment",          "CO\"a\"CO\"PA1,2;\"PU"sv, "PU 0\n"},
     {"NoQuotes",               "CO;PA1,2;PU"sv,            ""},
     {"OneQuote",               "CO\"PA1,2;PU"sv,           ""},
     {"NumbersBehindAreLost",   "CO\"x\"1,2;PU"sv,          "PU 0\n"},

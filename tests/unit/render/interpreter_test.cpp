@@ -164,6 +164,7 @@ constexpr DrawRow LABELS[] = {
     {"PitchInSingle",     "SD3,.8;LBA\003",                 TEXT_SIZE(1270, 162)},  // in double precision 1269
     {"PitchOfZero",       "SD3,0;LBA\003",                  TEXT_SIZE(2147483647, 162)},
     {"HeightTruncates",   "SD4,12;LBA\003",                 TEXT_SIZE(113, 169)},
+    {"HeightInDouble",    "SD4,.9212598;LBA\003",          TEXT_SIZE(113, 12)},  // in single precision 13
     {"OtherKinds",        "SD1,21,2,1,5,1,6,3,7,5,0,9,8,9;LBA\003", TEXT_SIZE(113, 162)},
     {"FontReset",         "SD3,10,4,36;SD;LBA\003",         TEXT_SIZE(113, 162)},
     {"AlternateNotYet",   "AD3,10,4,36;LBA\003",            TEXT_SIZE(113, 162)},
@@ -172,6 +173,7 @@ constexpr DrawRow LABELS[] = {
     {"NoWayBack",         "AD3,10;SA;SS;SD3,20;LBA\003",    TEXT_SIZE(101, 162)},
     {"AlternateReset",    "AD3,10;SA;AD;LBA\003",           TEXT_SIZE(113, 162)},
     {"SizeInSingle",      "SI.5,.7;LBA\003",                TEXT_SIZE(200, 280)},  // in double precision 279
+    {"WidthInSingle",     "SI.7,.5;LBA\003",                TEXT_SIZE(280, 200)},
     {"SizeOff",           "SI.5,.7;SI;LBA\003",             TEXT_SIZE(113, 162)},
     {"SizeOffBySr",       "SI.5,.7;SR;LBA\003",             TEXT_SIZE(113, 162)},
     {"SizeHalfSet",       "SI0,.7;LBA\003",                 TEXT_SIZE(113, 280)},
@@ -281,6 +283,11 @@ TEST_F(Pass, TakesRelativeSizesFromTheExtents) {
     TheParser->global->MinY = -100;
     TheParser->global->MaxY = 300;
     EXPECT_EQ(plainPass(), TEXT_SIZE(29, 200));  // in double precision 28
+    parseText("SR53,53;LBA\003");
+    TheParser->global->MinX = TheParser->global->MinY = 0;
+    TheParser->global->MaxX = 100;
+    TheParser->global->MaxY = 200;
+    EXPECT_EQ(plainPass(), TEXT_SIZE(52, 105));  // multiplied first, or in double precision, 53 and 106
 }
 
 TEST_F(Pass, FitsThePictureIntoTheWindow) {
