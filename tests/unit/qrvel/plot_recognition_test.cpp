@@ -49,7 +49,6 @@ constexpr Row ROWS[] = {
     {"SmallLetters",      "pd100,100",                              false},
     {"EmptyPolyline",     "PE;",                                    false},
     {"PolylineOfOneValue","PE\277;",                               false},
-    {"PolylineWithoutEnd","PE\277\300",                            false},
     {"WordWithPe",        "COPE with that;",                        false},
     {"CircleOfAProgram",  "\177ELF\0CI5"sv,                         false},
     {"PolylineOfAProgram","\177ELF\0PEabc;"sv,                      false},
