@@ -37,7 +37,7 @@ std::string_view without(std::string_view text, Skipped isSkipped) {
 // Takes a number off, and what stands in front of it.
 bool takeNumber(std::string_view& text) {
     text = without(text, isBetweenNumbers);
-    if (!text.empty() && (text.front() == '-' || text.front() == '+')) text.remove_prefix(1);
+    if (text.starts_with('-')) text.remove_prefix(1);
     const std::string_view behind = without(text, [](char c) { return isDigit(c) || c == '.'; });
     const bool found = behind.size() < text.size();
     text = behind;

@@ -60,6 +60,7 @@ void drawLine(WHandle window, int32_t width, const OUTPoint* ends) {
 int32_t HPGLdrawLines(const HPGLDisplay* display, int32_t penWidth, const HPGLPBufPoint* points, int32_t count) {
     OUTPoint mapped[HPGL_MAX_RUN];
     assert(count <= HPGL_MAX_RUN);
+    if (count > HPGL_MAX_RUN) return 0;
     mapPoints(display, points, count, mapped);
     for (int32_t i = 0; i < count; ++i) {
         mapped[i] = {HPGLclamp(mapped[i].x), HPGLclamp(mapped[i].y)};

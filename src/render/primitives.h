@@ -11,8 +11,8 @@
 
 int32_t HPGLdrawLine(const HPGLDisplay* display, int32_t penWidth, int32_t x1, int32_t y1, int32_t x2, int32_t y2);
 
-// The same along a run of points, at most HPGL_MAX_RUN: each is mapped once, and all of them before the first is drawn,
-// for then no mapping waits for a line.
+// The same along a run of points, at most HPGL_MAX_RUN (0 for more): each is mapped once, and all of them before the
+// first is drawn, for then no mapping waits for a line.
 inline constexpr int32_t HPGL_MAX_RUN = 128;
 int32_t HPGLdrawLines(const HPGLDisplay* display, int32_t penWidth, const HPGLPBufPoint* points, int32_t count);
 
