@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "actions.h"
+#include "action_bar.h"
 #include "display.h"
 #include "hpgldump_options.h"
 #include "hpgldump_sections.h"

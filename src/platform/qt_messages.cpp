@@ -74,9 +74,9 @@ BOOL TranslateMDISysAccel(HWND /*mdiClient*/, MSG* /*message*/) {
     return 0;
 }
 
-int TranslateAcceleratorA(HWND /*window*/, HACCEL table, MSG* message) {
+int TranslateAcceleratorA(HWND window, HACCEL table, MSG* message) {
     const QKeyEvent* key = currentKeyPress();
-    if (table == nullptr || key == nullptr) return 0;
+    if (table == nullptr || key == nullptr || message->hwnd != window) return 0;
     if (message->message != WM_KEYDOWN && message->message != WM_SYSKEYDOWN) return 0;
     const auto& accelerators = *reinterpret_cast<const pump::AcceleratorTable*>(table);
     const pump::Accelerator* found = findAccelerator(accelerators, *key);

@@ -93,7 +93,8 @@ BOOL TranslateMessage(const MSG* message);
 LRESULT DispatchMessageA(const MSG* message);
 // A keyboard command of the MDI client's system menu; there is none here, so always 0.
 BOOL TranslateMDISysAccel(HWND mdiClient, MSG* message);
-// Sends the command of an accelerator and answers non-zero when the key is one.
+// Sends the command of an accelerator and answers non-zero when the key is one. Here only for keys of `window` itself:
+// in a help text or a panel they mean something else.
 int TranslateAcceleratorA(HWND window, HACCEL table, MSG* message);
 // Queues a message: to an own window, to another process's (an X11 client message), or, with no window, to the loop.
 BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

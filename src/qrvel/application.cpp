@@ -6,6 +6,7 @@
 
 #include "display.h"
 #include "fonts.h"
+#include "message_pump.h"
 #include "notices.h"
 #include "toolkit_trace.h"
 #include "windows.h"
@@ -41,6 +42,7 @@ Application::Application(Options taken) : options(std::move(taken)), qt(makeQApp
     endSignals = std::make_unique<EndSignals>(quitApplication);
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, quitApplication, Qt::DirectConnection);
     running = this;
+    pump::setInputBlock([] { return running != nullptr && running->state.inputBlocked != 0; });
 }
 
 Application::~Application() {
@@ -96,11 +98,6 @@ void* WIgetvar(WHandle app, uint32_t kind) {
         default:
             return nullptr;
     }
-}
-
-// There are accelerators only for rows of an action bar.
-void* WIwnquerymdiaccel() {
-    return nullptr;
 }
 
 void Wquit(WHandle app) {

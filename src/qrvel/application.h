@@ -6,6 +6,7 @@
 
 #include "end_signals.h"
 #include "handles.h"
+#include "language.h"
 #include "messages.h"
 #include "options.h"
 #include "wi.h"
@@ -23,6 +24,7 @@ struct Application : Object {
     WState state{};
     WVariables variables{};
     WExitProc exitProcedure = nullptr;
+    Language language;                   // of the texts
     const char* const* texts = nullptr;  // the viewer's texts (Wloadtxt), not owned
     MessageQueue messages;
     std::unique_ptr<EndSignals> endSignals;

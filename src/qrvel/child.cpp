@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "application.h"
+#include "own_texts.h"
 #include "shell.h"
 
 namespace qrvel {
@@ -13,6 +14,7 @@ ChildWidget::ChildWidget(QWidget* parent, WHandle handle) : QWidget(parent), han
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
     setCursor(Qt::CrossCursor);
+    setAccessibleName(ownText(OwnText::Drawing));
     setGeometry(0, 0, 0, 0);
 }
 

@@ -5,6 +5,7 @@
 
 #include "application.h"
 #include "notices.h"
+#include "own_texts.h"
 #include "picture_file.h"
 #include "plot_recognition.h"
 #include "transmission_cutter.h"
@@ -45,14 +46,14 @@ void DataChannel::readNext() {
 void DataChannel::sourceRead() {
     const std::unique_ptr<SourceReader> read = std::move(reader_);
     if (!read->failure().isEmpty()) {
-        showNotice(QString("cannot read %1: %2").arg(QString::fromLocal8Bit(read->name()), read->failure()));
+        showNotice(ownText(OwnText::CannotRead).arg(QString::fromLocal8Bit(read->name()), read->failure()));
         failPicture();
         readNext();
         return;
     }
     std::unique_ptr<Spool> spool = read->takeSpool();
     if (read->name() != STANDARD_INPUT && !holdsDrawing(spool->bytes())) {
-        showNotice(QString("%1 holds no HP-GL drawing").arg(QString::fromLocal8Bit(read->name())));
+        showNotice(ownText(OwnText::NoDrawing).arg(QString::fromLocal8Bit(read->name())));
         spool = std::make_unique<Spool>();  // an empty picture instead of what its bytes would draw by chance
     }
     // A pipe that somebody left on standard input and that carries nothing is no transmission.

@@ -5,10 +5,11 @@
 namespace qrvel {
 
 const char* nameOf(Kind kind) {
-    static constexpr const char* NAMES[] = {"none",         "application", "window class", "object",
-                                            "shell",        "shell part",  "container",    "child",
-                                            "colour table", "font",        "data channel"};
-    static_assert(std::size(NAMES) == static_cast<std::size_t>(Kind::DataChannel) + 1);
+    static constexpr const char* NAMES[] = {"none",         "application", "window class", "object",       "shell",
+                                            "shell part",   "container",   "child",        "colour table", "font",
+                                            "data channel", "action bar",  "help line",    "help name",    "help",
+                                            "info panel",   "print set-up"};
+    static_assert(std::size(NAMES) == static_cast<std::size_t>(Kind::PrintSetup) + 1);
     return NAMES[static_cast<std::size_t>(kind)];
 }
 

@@ -25,6 +25,12 @@ enum class Kind : uint8_t {
     ColourTable,
     Font,
     DataChannel,
+    ActionBar,
+    HelpLine,
+    HelpName,
+    Help,
+    InfoPanel,
+    PrintSetup,
 };
 
 const char* nameOf(Kind kind);

@@ -1,4 +1,5 @@
-// The viewer's texts in the user's language. English is what the viewer has by itself, so it needs no file.
+#include "language.h"
+
 #include <dlfcn.h>
 
 #include <QDir>
@@ -17,8 +18,6 @@
 namespace qrvel {
 
 namespace {
-
-using Texts = KeyedTexts;
 
 bool isEnglish(const QString& language) {
     static const QRegularExpression pattern("^(en([_-].*)?|english|c|posix)$",
@@ -51,31 +50,32 @@ QStringList textFolders() {
     return folders;
 }
 
-std::optional<Texts> findTexts(const QString& application, const QString& language) {
-    if (!isPlainName(language)) return std::nullopt;
+std::optional<Language> findExactly(const QString& application, const QString& name) {
+    if (!isPlainName(name)) return std::nullopt;
     for (const QString& folder : textFolders()) {
-        auto texts = readKeyedTexts(folder + '/' + application + '_' + language + ".txt");
-        if (texts) return texts;
+        if (auto texts = readKeyedTexts(folder + '/' + application + '_' + name + ".txt"))
+            return Language{name, *texts};
     }
     return std::nullopt;
 }
 
-// The session's language as far as there is one: the country's variant, the language itself, or English.
-Texts sessionTexts(const QString& application) {
-    const QString locale = QLocale::system().name();
-    if (isEnglish(locale)) return {};
-    if (auto texts = findTexts(application, locale)) return *texts;
-    return findTexts(application, locale.section('_', 0, 0)).value_or(Texts());
+// A language by a locale's name: the country's variant, or the language itself.
+std::optional<Language> findLanguage(const QString& application, const QString& locale) {
+    static const QRegularExpression encoding("[.@].*");
+    static const QRegularExpression country("[_-].*");
+    QString name = locale;
+    if (isEnglish(name.remove(encoding))) return Language{};
+    if (auto variant = findExactly(application, name)) return variant;
+    return findExactly(application, name.remove(country));
 }
 
-// The texts of the configured language, or else the session's; nothing when the configured one is not there.
-std::optional<Texts> chosenTexts(const QString& application) {
+// The configured language; without one the session's, or English. Nothing when the configured one is not there.
+std::optional<Language> chosenLanguage(const QString& application) {
     const QString configured = configurationValue(application, "LANG").value_or(QByteArray()).trimmed();
-    if (configured.isEmpty()) return sessionTexts(application);
-    if (isEnglish(configured)) return Texts();
-    auto texts = findTexts(application, configured);
-    if (!texts) traceLine("Wloadtxt: no texts for the language %s\n", qUtf8Printable(configured));
-    return texts;
+    if (configured.isEmpty()) return findLanguage(application, QLocale::system().name()).value_or(Language());
+    auto language = findLanguage(application, configured);
+    if (!language) traceLine("Wloadtxt: no texts for the language %s\n", qUtf8Printable(configured));
+    return language;
 }
 
 }  // namespace
@@ -88,12 +88,13 @@ int32_t Wloadtxt(WHandle app, const char* application, const char* const* keys, 
                  char* buffer, int32_t size) {
     auto* found = handles().find<Application>(app, __func__);
     if (found == nullptr) return 0;
-    const std::optional<Texts> loaded = chosenTexts(QString::fromUtf8(application));
+    std::optional<Language> loaded = chosenLanguage(QString::fromUtf8(application));
     if (!loaded) return 0;
+    found->language = std::move(*loaded);
     TextBuffer copies(buffer, size);
     for (int32_t i = 0; i < count; ++i) {
-        const auto text = loaded->constFind(keys[i]);
-        texts[i] = text != loaded->cend() ? copies.add(*text) : nullptr;
+        const auto text = found->language.texts.constFind(keys[i]);
+        texts[i] = text != found->language.texts.cend() ? copies.add(*text) : nullptr;
     }
     found->texts = texts;
     return 1;

@@ -65,6 +65,11 @@ void MessageQueue::postMouse(WHandle child, uint32_t first, QPoint position) {
     posted();
 }
 
+void MessageQueue::postAction(WHandle object, uint32_t kind, uint32_t id) {
+    actions_.push_back({.object = object, .message = W_MSG_ACTION, .first = kind, .second = id, .position = {}});
+    posted();
+}
+
 void MessageQueue::deliverAction(const Action& action) {
     if (action.message != W_MSG_MOUSE) {
         send(action.object, action.message, action.first, action.second);

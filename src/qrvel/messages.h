@@ -21,6 +21,8 @@ class MessageQueue {
     void postPaint(WHandle child);
     // first: 0 press, 1 release, 2 drag. A drag takes the place of one that waits last. position: device pixels.
     void postMouse(WHandle child, uint32_t first, QPoint position);
+    // kind and id: the action message's parameters.
+    void postAction(WHandle object, uint32_t kind, uint32_t id);
 
     bool isEmpty() const { return sizes_.empty() && actions_.empty() && paints_.empty(); }
 

@@ -6,6 +6,7 @@
 #include "child.h"
 #include "data_channel.h"
 #include "notices.h"
+#include "own_texts.h"
 
 namespace qrvel {
 
@@ -28,7 +29,7 @@ void savePictureAfterPaint(const Child& child) {
     if (channel == nullptr || !channel->hasDelivered() || !child.surface || !child.surface->isComplete()) return;
     QString reason;
     if (!save(child.surface->shown(), app->options.picture, reason)) {
-        showNotice(QString("cannot write %1: %2").arg(app->options.picture, reason));
+        showNotice(ownText(OwnText::CannotWrite).arg(app->options.picture, reason));
         app->status = 1;
     }
     quitApplication();

@@ -15,8 +15,9 @@ namespace qrvel {
 
 namespace {
 
-constexpr int LEAST_WIDTH = 200;  // logical pixels; below, no menu can be read
-constexpr int LEAST_HEIGHT = 160;
+// Of the drawing, logical pixels; below, nothing can be seen. The bars want more width.
+constexpr int LEAST_WIDTH = 200;
+constexpr int LEAST_HEIGHT = 120;
 
 // Paper is white, whatever colours the desktop likes.
 void paintWhite(QWidget& widget, bool on) {
@@ -44,7 +45,6 @@ void postSizeAndPaint(const Container& container) {
 ShellWindow::ShellWindow(const QString& title) {
     setWindowTitle(title);
     setWindowIcon(makeAppIcon());
-    setMinimumSize(LEAST_WIDTH, LEAST_HEIGHT);
 }
 
 void ShellWindow::closeEvent(QCloseEvent* event) {
@@ -52,7 +52,9 @@ void ShellWindow::closeEvent(QCloseEvent* event) {
     quitApplication();
 }
 
-ContainerWidget::ContainerWidget(QWidget* parent, WHandle handle) : QWidget(parent), handle_(handle) {}
+ContainerWidget::ContainerWidget(QWidget* parent, WHandle handle) : QWidget(parent), handle_(handle) {
+    setMinimumSize(LEAST_WIDTH, LEAST_HEIGHT);
+}
 
 void ContainerWidget::resizeEvent(QResizeEvent* /*event*/) {
     postSizeOfContainer(handle_);
@@ -79,12 +81,14 @@ WHandle SHLcreate(WHandle app, WHandle* container, const char* title, uint32_t /
     shell->window->setCentralWidget(inside->widget);
     shell->container = inside->handle;
     *container = inside->handle;
+    // Whether it is set decides on the accelerator table; nothing looks behind it.
+    found->variables.mdiClient = inside->widget;
     return shell->handle;
 }
 
 void SHLdestroy(WHandle shell) {
     if (handles().find<Shell>(shell, __func__) == nullptr) return;
-    if (Application* app = application()) app->variables.mainWindow = nullptr;
+    if (Application* app = application()) app->variables.mainWindow = app->variables.mdiClient = nullptr;
     handles().destroy<Shell>(shell, __func__);
 }
 

@@ -1,7 +1,14 @@
 #include "actions.h"
 
+#include <cstdlib>
+
+#include "action_bar.h"
 #include "display.h"
+#include "helpl.h"
+#include "hlp.h"
+#include "info.h"
 #include "main_window.h"
+#include "pssetup.h"
 #include "scaling.h"
 #include "setup_pass.h"
 #include "shell_state.h"
@@ -12,14 +19,10 @@ namespace {
 
 using LeaveZoom = int32_t (*)(ZoomData* zoom, int32_t* MinX, int32_t* MinY, int32_t* MaxX, int32_t* MaxY);
 
-bool havePicture() {
-    if (TheParser != nullptr && TheZoom != nullptr) return true;
-    TRCTraceError(HPGLTraceHandle, "WARNING-HPGLmenuAction: there is no picture, ignore action\n");
-    return false;
-}
+// ---- the menu -------------------------------------------------------------------------------------------------------
 
 void goBackTo(LeaveZoom leave) {
-    if (!havePicture()) return;
+    if (!HPGLhavePicture()) return;
     ZoomRect view = {};
     leave(TheZoom, &view.MinX, &view.MinY, &view.MaxX, &view.MaxY);
     HPGLsetScaling(&TheDisplay, view.MinX, view.MinY, view.MaxX, view.MaxY);
@@ -27,7 +30,7 @@ void goBackTo(LeaveZoom leave) {
 }
 
 void rotate() {
-    if (!havePicture()) return;
+    if (!HPGLhavePicture()) return;
     RotationSign = -RotationSign;
     HPGLsetupPicture(TheParser, &TheDisplay, RotationSign);
     const HPGLGlobal* global = TheParser->global;
@@ -37,10 +40,46 @@ void rotate() {
     HPGLpaintBackground(TheDisplay.Window);
 }
 
+// ---- the help line --------------------------------------------------------------------------------------------------
+
+constexpr uint32_t HELP_LEVEL = 4;
+
+void requestHelp(uint32_t level) {
+    if (TheShell.help == 0) {
+        Werrorbox(TheShell.app, "No Help available", level);
+    } else {
+        WHLPhelprequest(TheShell.help, TheShell.helpName, level);
+    }
+}
+
+void menuOperation(int32_t operation) {
+    switch (operation) {
+        case 1:
+        case 3:
+        case 4:
+            Wquit(TheShell.app);
+            break;
+        case 2:
+            requestHelp(HELP_LEVEL);
+            break;
+        default:
+            break;
+    }
+}
+
 }  // namespace
+
+bool HPGLhavePicture() {
+    if (TheParser != nullptr && TheZoom != nullptr) return true;
+    TRCTraceError(HPGLTraceHandle, "WARNING-HPGLmenuAction: there is no picture, ignore action\n");
+    return false;
+}
 
 void HPGLmenuAction(uint32_t /*kind*/, uint32_t item) {
     switch (item) {
+        case HPGL_MENU_PRINT:
+            PSSETUPshow(TheShell.printSetup);
+            break;
         case HPGL_MENU_EXIT:
         case HPGL_MENU_CANCEL:
         case HPGL_MENU_BACK:
@@ -55,7 +94,32 @@ void HPGLmenuAction(uint32_t /*kind*/, uint32_t item) {
         case HPGL_MENU_ROTATE:
             rotate();
             break;
+        case HPGL_MENU_PRODUCT_INFORMATION:
+            TheShell.info = INFOcreate(TheShell.container, TheShell.shell, 1, 0, 5, 0);
+            break;
         default:
+            break;
+    }
+}
+
+void HPGLuserAction(uint32_t action) {
+    char classLetter = ' ';
+    const char* argument = ACThandleaction(TheShell.helpLine, action, &classLetter);
+    switch (classLetter) {
+        case 'M':
+        case 'm':
+            menuOperation(atoi(argument));
+            break;
+        case 'Q':
+        case 'q':
+            Wquit(TheShell.app);
+            break;
+        case 'S':
+        case 's':  // saving is not offered
+            break;
+        default:
+            TRCTraceError(HPGLTraceHandle, "Unbekannte userdefinierte operation: %c   Action:  %s\n", classLetter,
+                          argument);
             break;
     }
 }

@@ -1,17 +1,14 @@
-// The user's commands.
+// The user's commands, from wherever they come.
 #pragma once
 
 #include <cstdint>
 
-enum HPGLMenuItem : uint32_t {
-    HPGL_MENU_EXIT = 7,
-    HPGL_MENU_CANCEL = 8,
-    HPGL_MENU_COMPLETE_PICTURE = 9,
-    HPGL_MENU_LAST_ZOOM = 10,
-    HPGL_MENU_ROTATE = 11,
-    HPGL_MENU_BACK = 12,
-};
-
-// Carries a menu item out; kind is the action message's first parameter. Without a picture zoom and rotation do
-// nothing.
+// Carries a menu item out (HPGLMenuItem); kind is the action message's first parameter. Without a picture zoom and
+// rotation do nothing.
 void HPGLmenuAction(uint32_t kind, uint32_t item);
+
+// Carries out what the help line says about the action of that number.
+void HPGLuserAction(uint32_t action);
+
+// Whether there is a picture to do something with; a trace line says when there is none.
+bool HPGLhavePicture();

@@ -2,11 +2,17 @@
 
 #include <cstdlib>
 
+#include "actbar.h"
+#include "action_bar.h"
 #include "cont.h"
 #include "data_channel.h"
+#include "help_line.h"
+#include "helpl.h"
+#include "hlp.h"
 #include "main_loop.h"
 #include "main_window.h"
 #include "out.h"
+#include "pssetup.h"
 #include "shell_state.h"
 #include "shl.h"
 #include "texts.h"
@@ -51,8 +57,12 @@ void createWindows() {
     shell.windowClass = Wregisterclass(shell.app, MAINmsgproc);
     shell.object = Wcreateobject(shell.app, shell.windowClass, 0, 1);
     shell.shell = SHLcreate(shell.app, &shell.container, TheTexts.title[0], 0, SHELL_FLAGS);
+    shell.actionBar = HPGLcreateActionBar(shell.shell, shell.object);
+    shell.helpLine = HPGLcreateHelpLine(shell.shell, shell.object);
     CONTstdcreate(shell.container, shell.windowClass, 0, 0, 0, 0);
     CONTdrawbackground(shell.container, 1);
+    shell.helpName = WHLPregistername(APPLICATION);
+    shell.help = HLPcreate(shell.shell, "Bitmap-Hilfe", 0);
     TheDisplay.Window = Wcreatechild(shell.app, shell.container);
     TheDisplay.Application = shell.app;
     TheDisplay.FontOwner = shell.object;
@@ -70,13 +80,18 @@ char* openChannel() {
 }
 
 void destroyWindows() {
+    const HPGLShell& shell = TheShell;
+    if (shell.printSetup != 0) PSSETUPdestroy(shell.printSetup);
     if (TheDisplay.Window != 0) {
         OUTdestroy(TheDisplay.Window);
         Wdestroychild(TheDisplay.Window);
     }
-    if (TheShell.container != 0) CONTdestroy(TheShell.container);
-    if (TheShell.shell != 0) SHLdestroy(TheShell.shell);
-    if (TheShell.object != 0) Wdestroyobject(TheShell.object);
+    if (shell.help != 0) HLPdestroy(shell.help);
+    if (shell.container != 0) CONTdestroy(shell.container);
+    if (shell.helpLine != 0) HELPLdestroy(shell.helpLine);
+    if (shell.actionBar != 0) ACTBARdestroy(shell.actionBar);
+    if (shell.shell != 0) SHLdestroy(shell.shell);
+    if (shell.object != 0) Wdestroyobject(shell.object);
 }
 
 void destroyPicture() {
@@ -100,6 +115,7 @@ int32_t HPGLrunApplication(int32_t count, char** values) {
     HPGLloadTexts(TheShell.app, textBuffer);
     createWindows();
     char* wdbuff = openChannel();
+    TheShell.printSetup = PSSETUPcreate(TheShell.container, TheShell.shell, 5, 0, 0, 2);
 
     HPGLrunMainLoop(TheShell.app);
 

@@ -3,7 +3,9 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "action_bar.h"
 #include "display.h"
+#include "helpl.h"
 #include "regular_file.h"
 #include "scaling.h"
 #include "setup_pass.h"
@@ -51,6 +53,11 @@ void finishPicture() {
     TheZoom = HPGLinitZoom(global->MinX, global->MinY, global->MaxX, global->MaxY);
     TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-WDCeodata: %d %d %d %d\n", global->MinX, global->MinY, global->MaxX,
              global->MaxY);
+}
+
+void refreshBars() {
+    HPGLrefreshActionBar(TheShell.actionBar, TheShell.shell, TheShell.object);
+    HELPLmake_hlpl(TheShell.helpLine, TheShell.object, 0);
 }
 
 void showPicture() {
@@ -121,6 +128,7 @@ void takeEnd(Chunk chunk) {
     if (!channel.transmissionBegun) beginPicture();
     stripColon(&chunk);
     echo(chunk);
+    refreshBars();
     parse(chunk);
     finishPicture();
     closeEcho();

@@ -2,8 +2,10 @@
 
 #include "actions.h"
 #include "display.h"
+#include "info.h"
 #include "interpreter.h"
 #include "out.h"
+#include "print_setup.h"
 #include "scaling.h"
 #include "shell_state.h"
 #include "trace.h"
@@ -47,12 +49,23 @@ void mouse(uint32_t button) {
     HPGLpaintBackground(TheDisplay.Window);
 }
 
+// By the kind of the object that it comes from: help line, info panel, action bar, print set-up.
 void action(uint32_t kind, uint32_t parameter) {
     switch (kind) {
+        case 0:
+            HPGLuserAction(parameter);
+            break;
+        case 1:
+            INFOdestroy(TheShell.info);
+            HPGLuserAction(parameter);
+            break;
         case 2:
         case 3:
         case 4:
             HPGLmenuAction(kind, parameter);
+            break;
+        case 5:
+            HPGLprintSetupAction(parameter);
             break;
         default:
             break;

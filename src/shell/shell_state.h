@@ -17,6 +17,12 @@ struct HPGLShell {
     WHandle object;  // the main object; its window is the container
     WHandle shell;
     WHandle container;
+    WHandle actionBar;
+    WHandle helpLine;
+    WHandle helpName;  // under which the help is registered
+    WHandle help;
+    WHandle info;  // the product information; kept when the panel has gone
+    WHandle printSetup;
     WHandle channel;                    // the host's data channel; 0: not open
     char echoName[HPGL_LOG_NAME_SIZE];  // of the file that the host's data is echoed into; empty: none
 };

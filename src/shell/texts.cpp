@@ -39,12 +39,8 @@ constexpr Text TEXTS[] = {
 };
 // clang-format on
 
-constexpr int32_t TITLE_TEXTS = 1;
-constexpr int32_t ACTION_BAR_TEXTS = 18;
-constexpr int32_t HELP_LINE_TEXTS = 5;
-constexpr int32_t LOAD_PANEL_TEXTS = 2;
 static_assert(sizeof TEXTS / sizeof TEXTS[0] == HPGL_TEXTS);
-static_assert(TITLE_TEXTS + ACTION_BAR_TEXTS + HELP_LINE_TEXTS + LOAD_PANEL_TEXTS == HPGL_TEXTS);
+static_assert(HPGL_TITLE_TEXTS + HPGL_ACTION_BAR_TEXTS + HPGL_HELP_LINE_TEXTS + HPGL_LOAD_PANEL_TEXTS == HPGL_TEXTS);
 
 const char* loaded[HPGL_TEXTS];
 
@@ -67,7 +63,7 @@ void HPGLloadTexts(WHandle app, char* buffer) {
         if (loaded[i] == nullptr) loaded[i] = TEXTS[i].defaultText;
     }
     TheTexts.title = loaded;
-    TheTexts.actionBar = TheTexts.title + TITLE_TEXTS;
-    TheTexts.helpLine = TheTexts.actionBar + ACTION_BAR_TEXTS;
-    TheTexts.loadPanel = TheTexts.helpLine + HELP_LINE_TEXTS;
+    TheTexts.actionBar = TheTexts.title + HPGL_TITLE_TEXTS;
+    TheTexts.helpLine = TheTexts.actionBar + HPGL_ACTION_BAR_TEXTS;
+    TheTexts.loadPanel = TheTexts.helpLine + HPGL_HELP_LINE_TEXTS;
 }

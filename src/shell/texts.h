@@ -6,14 +6,18 @@
 #include "w.h"
 
 inline constexpr int32_t HPGL_TEXTS = 26;
+inline constexpr int32_t HPGL_TITLE_TEXTS = 1;
+inline constexpr int32_t HPGL_ACTION_BAR_TEXTS = 18;
+inline constexpr int32_t HPGL_HELP_LINE_TEXTS = 5;
+inline constexpr int32_t HPGL_LOAD_PANEL_TEXTS = 2;
 inline constexpr int32_t HPGL_TEXT_BUFFER_SIZE = 2000;
 
 // A group is a pointer to its first text; all point into one array, in this order.
 struct HPGLTexts {
-    const char** title;      // 1
-    const char** actionBar;  // 18
-    const char** helpLine;   // 5
-    const char** loadPanel;  // 2
+    const char** title;
+    const char** actionBar;
+    const char** helpLine;
+    const char** loadPanel;
 };
 
 extern HPGLTexts TheTexts;

@@ -2,7 +2,7 @@
 // whether a trace is on.
 #include <optional>
 
-#include "actions.h"
+#include "action_bar.h"
 #include "fuzz_target.h"
 #include "shown_picture.h"
 #include "trace_into_nothing.h"

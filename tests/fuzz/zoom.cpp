@@ -1,7 +1,7 @@
 // A user's doings with a picture shown. Steering bytes: what is done, one byte each, and the positions and sizes of it.
 #include "zoom.h"
 
-#include "actions.h"
+#include "action_bar.h"
 #include "display.h"
 #include "fuzz_target.h"
 #include "shown_picture.h"

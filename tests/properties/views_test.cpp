@@ -1,5 +1,5 @@
 // The user's way to a view and back: what is drawn at its end is what was drawn before.
-#include "actions.h"
+#include "action_bar.h"
 #include "list.h"
 #include "plots.h"
 #include "viewer_run.h"

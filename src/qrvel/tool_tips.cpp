@@ -1,13 +1,8 @@
-// What the main loop asks about a message before it is dispatched.
+// What the main loop tells the tool tips.
 #include <QToolTip>
 
-#include "application.h"
+#include "w.h"
 #include "windows.h"
-
-// Function keys are hot keys only of a help line.
-int32_t Wwntranshotkey(const tagMSG* /*message*/, uint32_t /*id*/) {
-    return 0;
-}
 
 // Qt follows the mouse by itself; a key or a button takes away the tip that is shown.
 void WTTIwnmousemsg(void* /*window*/, uint32_t id) {

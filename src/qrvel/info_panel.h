@@ -1,0 +1,18 @@
+// The product information.
+#pragma once
+
+#include <QMessageBox>
+#include <QPointer>
+
+#include "handles.h"
+
+namespace qrvel {
+
+struct InfoPanel : Object {
+    static constexpr Kind KIND = Kind::InfoPanel;
+    ~InfoPanel() override { delete box; }
+
+    QPointer<QMessageBox> box;
+};
+
+}  // namespace qrvel

@@ -1,0 +1,51 @@
+#include "own_texts.h"
+
+#include <iterator>
+
+#include "application.h"
+
+namespace qrvel {
+
+namespace {
+
+struct Row {
+    OwnText text;
+    const char* key;
+    const char* english;
+};
+
+// clang-format off
+constexpr Row ROWS[] = {
+    {OwnText::CannotRead,     "W_CANNOT_READ",     "cannot read %1: %2"},
+    {OwnText::CannotWrite,    "W_CANNOT_WRITE",    "cannot write %1: %2"},
+    {OwnText::NoDrawing,      "W_NO_DRAWING",      "%1 holds no HP-GL drawing"},
+    {OwnText::NoPrinting,     "W_NO_PRINTING",     "This version cannot print. kelhpgl --picture FILE.png PLOT writes a picture."},
+    {OwnText::Drawing,        "W_DRAWING",         "Drawing"},
+    {OwnText::Back,           "W_BACK",            "&Back"},
+    {OwnText::Contents,       "W_CONTENTS",        "&Contents"},
+    {OwnText::Close,          "W_CLOSE",           "C&lose"},
+    {OwnText::ProductTitle,   "W_PRODUCT_TITLE",   "Product Information"},
+    {OwnText::ProductPurpose, "W_PRODUCT_PURPOSE", "Shows plotter drawings written in HP-GL and HP-GL/2."},
+    {OwnText::ProductVersion, "W_PRODUCT_VERSION", "Version %1"},
+    {OwnText::ProductLicence, "W_PRODUCT_LICENCE", "Free software under the MIT licence, without any warranty."},
+};
+// clang-format on
+
+constexpr bool isInOrder() {
+    for (std::size_t i = 0; i < std::size(ROWS); ++i) {
+        if (static_cast<std::size_t>(ROWS[i].text) != i) return false;
+    }
+    return true;
+}
+static_assert(isInOrder());
+
+}  // namespace
+
+QString ownText(OwnText text) {
+    const Row& row = ROWS[static_cast<std::size_t>(text)];
+    const Application* app = application();
+    const QByteArray own = app != nullptr ? app->language.texts.value(row.key) : QByteArray();
+    return QString::fromUtf8(own.isEmpty() ? QByteArray(row.english) : own);
+}
+
+}  // namespace qrvel

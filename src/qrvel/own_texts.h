@@ -1,0 +1,23 @@
+// The texts that the toolkit shows by itself: English built in, other languages from the same file as the viewer's.
+#pragma once
+
+#include <QString>
+
+namespace qrvel {
+
+// clang-format off
+enum class OwnText {
+    CannotRead,       // %1 a name, %2 the reason
+    CannotWrite,      // %1 a name, %2 the reason
+    NoDrawing,        // %1 a name
+    NoPrinting,
+    Drawing,          // what a screen reader calls the picture
+    Back, Contents, Close,
+    ProductTitle, ProductPurpose, ProductVersion /* %1 */, ProductLicence,
+};
+// clang-format on
+
+// In the language that Wloadtxt has found, else in English.
+QString ownText(OwnText text);
+
+}  // namespace qrvel

@@ -1,0 +1,55 @@
+#include "action_bar.h"
+
+#include "actbar.h"
+#include "shl.h"
+#include "texts.h"
+
+namespace {
+
+constexpr uint32_t SHELL_PART = 7;  // where the shell has its action bar
+
+// In the order of the texts, which the toolkit fills in.
+// clang-format off
+ACTBARRow rows[] = {
+    // text   pull-down  position  reserved  action                       enabled  class
+    {nullptr, 0,         1,        0,        HPGL_MENU_GRAPHIC,             1,       'M'},
+    {nullptr, 0,         2,        0,        HPGL_MENU_EDIT,                1,       'M'},
+    {nullptr, 0,         3,        0,        HPGL_MENU_GOTO,                1,       'M'},
+    {nullptr, 0,         4,        0,        HPGL_MENU_SETTINGS,            1,       'M'},
+    {nullptr, 0,         5,        0,        HPGL_MENU_HELP,                1,       'L'},
+    {nullptr, 1,         0,        0,        HPGL_MENU_PRINT,               1,       'M'},
+    {nullptr, 1,         0,        0,        HPGL_MENU_SAVE,                0,       'M'},
+    {nullptr, 1,         0,        0,        HPGL_MENU_EXIT,                1,       'M'},
+    {nullptr, 2,         0,        0,        HPGL_MENU_CANCEL,              1,       'M'},
+    {nullptr, 3,         0,        0,        HPGL_MENU_BACK,                1,       'M'},
+    {nullptr, 4,         0,        0,        HPGL_MENU_COMPLETE_PICTURE,    1,       'M'},
+    {nullptr, 4,         0,        0,        HPGL_MENU_LAST_ZOOM,           1,       'M'},
+    {nullptr, 4,         0,        0,        HPGL_MENU_ROTATE,              1,       'M'},
+    {nullptr, 5,         0,        0,        HPGL_MENU_HELP_TOPIC,          0,       'L'},
+    {nullptr, 5,         0,        0,        HPGL_MENU_HELP_TOPIC,          0,       'L'},
+    {nullptr, 5,         0,        0,        HPGL_MENU_HELP_TOPIC,          0,       'L'},
+    {nullptr, 5,         0,        0,        HPGL_MENU_HELP_TOPIC,          0,       'L'},
+    {nullptr, 5,         0,        0,        HPGL_MENU_PRODUCT_INFORMATION, 1,       'L'},
+};
+// clang-format on
+
+constexpr int32_t ROWS = sizeof rows / sizeof rows[0];
+static_assert(ROWS == HPGL_ACTION_BAR_TEXTS);
+
+}  // namespace
+
+WHandle HPGLcreateActionBar(WHandle shell, WHandle object) {
+    const WHandle bar = ACTBARcreate(SHLquerywid(shell, SHELL_PART), object, rows, ROWS);
+    ACTBARsetmp1(bar, 4, 3, 2, 0);
+    ACTBARset(bar, object, TheTexts.actionBar);
+    ACTBARreset(bar);
+    return bar;
+}
+
+void HPGLrefreshActionBar(WHandle bar, WHandle shell, WHandle object) {
+    if (ACTBARchanges(bar, shell, object, TheTexts.actionBar) != 0) {
+        ACTBARset(bar, object, TheTexts.actionBar);
+        SHLupdatesizes(shell);
+    }
+    ACTBARsetflag(bar, 1, 4, 4);
+}
