@@ -1,4 +1,5 @@
 // The half that needs no window system, under the names of windows.h.
+#include <cstdio>
 #include <cstdlib>
 
 #include "posix.h"
@@ -53,6 +54,10 @@ FARPROC GetProcAddress(HMODULE module, LPCSTR name) {
 
 DWORD GetModuleFileNameA(HMODULE module, LPSTR name, DWORD size) {
     return posix::moduleFileName(module, name, size);
+}
+
+void OutputDebugStringA(LPCSTR text) {
+    std::fputs(text, stderr);
 }
 
 // Ends as a return from main does: the standard streams are flushed and what was registered for the end is called.

@@ -100,6 +100,8 @@ int TranslateAcceleratorA(HWND window, HACCEL table, MSG* message);
 BOOL PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 void PostQuitMessage(int status);
 BOOL IsWindow(HWND window);
+// For whoever looks for the reason of something: a text to stderr.
+void OutputDebugStringA(LPCSTR text);
 // Modal; without a display the text goes to stderr.
 int MessageBoxA(HWND owner, LPCSTR text, LPCSTR title, UINT type);
 

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <QApplication>
+#include <QTranslator>
 #include <memory>
+#include <vector>
 
 #include "end_signals.h"
 #include "handles.h"
@@ -24,8 +26,10 @@ struct Application : Object {
     WState state{};
     WVariables variables{};
     WExitProc exitProcedure = nullptr;
-    Language language;                   // of the texts
-    const char* const* texts = nullptr;  // the viewer's texts (Wloadtxt), not owned
+    std::vector<KeyedTexts> configuration;  // the user's before the system's
+    Language language;                      // of the texts
+    QTranslator qtTexts;                    // of Qt's own windows
+    const char* const* texts = nullptr;     // the viewer's texts (Wloadtxt), not owned
     MessageQueue messages;
     std::unique_ptr<EndSignals> endSignals;
     int32_t status = 0;  // with which Wterminate ends the process, unless 0

@@ -1,9 +1,12 @@
 #include "configuration.h"
 
+#include <QFileInfo>
 #include <QStandardPaths>
 
 #include "application.h"
 #include "keyed_texts.h"
+#include "notices.h"
+#include "own_texts.h"
 #include "text_buffer.h"
 #include "toolkit_trace.h"
 #include "wi.h"
@@ -18,17 +21,30 @@ QStringList configurationFolders() {
     return QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
 }
 
+// The application's files, the user's first. One that is there and cannot be read is passed over.
+std::vector<KeyedTexts> readConfiguration(const QString& application) {
+    std::vector<KeyedTexts> files;
+    for (const QString& folder : configurationFolders()) {
+        const QString name = folder + '/' + application + ".ini";
+        QString reason;
+        if (const auto values = readKeyedTexts(name, &reason)) {
+            files.push_back(*values);
+        } else if (QFileInfo::exists(name)) {
+            sayLine(ownText(OwnText::CannotRead).arg(name, reason));
+        }
+    }
+    return files;
+}
+
 }  // namespace
 
 QString namedConfigurationFolder() {
     return qEnvironmentVariable("KEL_CONFIG_DIR");
 }
 
-std::optional<QByteArray> configurationValue(const QString& application, const QString& key) {
-    for (const QString& folder : configurationFolders()) {
-        const auto values = readKeyedTexts(folder + '/' + application + ".ini");
-        const auto value = values ? values->constFind(key.toUtf8()) : KeyedTexts::const_iterator();
-        if (values && value != values->cend()) return *value;
+std::optional<QByteArray> configurationValue(const Application& app, const QByteArray& key) {
+    for (const KeyedTexts& file : app.configuration) {
+        if (const auto value = file.constFind(key); value != file.cend()) return *value;
     }
     return std::nullopt;
 }
@@ -39,10 +55,12 @@ using namespace qrvel;
 
 int32_t WIstdinit_cfg(WHandle app, const char* application, const char* const* keys, const char** values, int32_t count,
                       char* buffer, int32_t size) {
-    if (handles().find<Application>(app, __func__) == nullptr) return 0;
+    auto* found = handles().find<Application>(app, __func__);
+    if (found == nullptr) return 0;
+    found->configuration = readConfiguration(QString::fromUtf8(application));
     TextBuffer texts(buffer, size);
     for (int32_t i = 0; i < count; ++i) {
-        const std::optional<QByteArray> value = configurationValue(QString::fromUtf8(application), keys[i]);
+        const std::optional<QByteArray> value = configurationValue(*found, keys[i]);
         values[i] = value ? texts.add(*value) : nullptr;
         if (value && values[i] == nullptr) traceLine("WIstdinit_cfg: %s does not fit\n", keys[i]);
     }

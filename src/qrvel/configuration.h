@@ -7,10 +7,13 @@
 
 namespace qrvel {
 
+struct Application;
+
 // The folder that replaces all others for configuration and texts (KEL_CONFIG_DIR); empty when none is named.
 QString namedConfigurationFolder();
 
-// A value as it stands behind its key's equals sign, from the user's file or else the system's.
-std::optional<QByteArray> configurationValue(const QString& application, const QString& key);
+// A value as it stands behind its key's equals sign, from the user's file or else the system's. The files are those
+// that WIstdinit_cfg has read.
+std::optional<QByteArray> configurationValue(const Application& app, const QByteArray& key);
 
 }  // namespace qrvel

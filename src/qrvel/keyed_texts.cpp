@@ -29,9 +29,12 @@ KeyedTexts parseKeyedTexts(const QByteArray& lines) {
     return texts;
 }
 
-std::optional<KeyedTexts> readKeyedTexts(const QString& fileName) {
+std::optional<KeyedTexts> readKeyedTexts(const QString& fileName, QString* reason) {
     QFile file(fileName);
-    if (!file.open(QFile::ReadOnly)) return std::nullopt;
+    if (!file.open(QFile::ReadOnly)) {
+        if (reason != nullptr) *reason = file.errorString();
+        return std::nullopt;
+    }
     return parseKeyedTexts(file.read(MOST_BYTES));
 }
 

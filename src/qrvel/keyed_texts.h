@@ -14,7 +14,7 @@ using KeyedTexts = QHash<QByteArray, QByteArray>;
 // without a key are passed over; of the same key twice the last counts.
 KeyedTexts parseKeyedTexts(const QByteArray& lines);
 
-// The texts of a file; nothing when it cannot be read.
-std::optional<KeyedTexts> readKeyedTexts(const QString& fileName);
+// The texts of a file; nothing when it cannot be read, and then why in *reason.
+std::optional<KeyedTexts> readKeyedTexts(const QString& fileName, QString* reason = nullptr);
 
 }  // namespace qrvel

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QLibraryInfo>
 #include <QLocale>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -70,12 +71,19 @@ std::optional<Language> findLanguage(const QString& application, const QString& 
 }
 
 // The configured language; without one the session's, or English. Nothing when the configured one is not there.
-std::optional<Language> chosenLanguage(const QString& application) {
-    const QString configured = configurationValue(application, "LANG").value_or(QByteArray()).trimmed();
+std::optional<Language> chosenLanguage(const Application& app, const QString& application) {
+    const QString configured = configurationValue(app, "LANG").value_or(QByteArray()).trimmed();
     if (configured.isEmpty()) return findLanguage(application, QLocale::system().name()).value_or(Language());
     auto language = findLanguage(application, configured);
     if (!language) traceLine("Wloadtxt: no texts for the language %s\n", qUtf8Printable(configured));
     return language;
+}
+
+// So that what Qt writes (names of keys, buttons of its dialogs) is in the same language.
+void translateQt(Application& app) {
+    const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+    if (app.language.name.isEmpty() || !app.qtTexts.load("qtbase_" + app.language.name, folder)) return;
+    QCoreApplication::installTranslator(&app.qtTexts);
 }
 
 }  // namespace
@@ -88,9 +96,10 @@ int32_t Wloadtxt(WHandle app, const char* application, const char* const* keys, 
                  char* buffer, int32_t size) {
     auto* found = handles().find<Application>(app, __func__);
     if (found == nullptr) return 0;
-    std::optional<Language> loaded = chosenLanguage(QString::fromUtf8(application));
+    std::optional<Language> loaded = chosenLanguage(*found, QString::fromUtf8(application));
     if (!loaded) return 0;
     found->language = std::move(*loaded);
+    translateQt(*found);
     TextBuffer copies(buffer, size);
     for (int32_t i = 0; i < count; ++i) {
         const auto text = found->language.texts.constFind(keys[i]);

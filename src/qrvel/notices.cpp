@@ -46,8 +46,12 @@ void showWithParent(QMessageBox& box) {
 
 }  // namespace
 
-void showNotice(const QString& text) {
+void sayLine(const QString& text) {
     std::fprintf(stderr, "kelhpgl: %s\n", qUtf8Printable(text));
+}
+
+void showNotice(const QString& text) {
+    sayLine(text);
     if (isUnattended()) return;
     const auto* shell = handles().findFirst<Shell>([](const Shell&) { return true; });
     QWidget* parent = shell != nullptr ? shell->window : nullptr;

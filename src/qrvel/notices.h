@@ -5,7 +5,10 @@
 
 namespace qrvel {
 
-// A line on stderr and, where somebody looks, a box that does not stop the viewer.
+// A line on stderr.
+void sayLine(const QString& text);
+
+// The same and, where somebody looks, a box that does not stop the viewer.
 void showNotice(const QString& text);
 
 // A box that waits; without a display, or unattended, a line on stderr.

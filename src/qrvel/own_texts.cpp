@@ -25,7 +25,7 @@ constexpr Row ROWS[] = {
     {OwnText::Contents,       "W_CONTENTS",        "&Contents"},
     {OwnText::Close,          "W_CLOSE",           "C&lose"},
     {OwnText::ProductTitle,   "W_PRODUCT_TITLE",   "Product Information"},
-    {OwnText::ProductPurpose, "W_PRODUCT_PURPOSE", "Shows plotter drawings written in HP-GL and HP-GL/2."},
+    {OwnText::ProductPurpose, "W_PRODUCT_PURPOSE", "Shows plotter drawings written in HP\u2011GL and HP\u2011GL/2."},
     {OwnText::ProductVersion, "W_PRODUCT_VERSION", "Version %1"},
     {OwnText::ProductLicence, "W_PRODUCT_LICENCE", "Free software under the MIT licence, without any warranty."},
 };

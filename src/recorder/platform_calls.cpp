@@ -250,6 +250,10 @@ DWORD GetModuleFileNameA(HMODULE module, LPSTR name, DWORD size) {
     return module ? copyCut(toolkitFile, name, size) : posix::moduleFileName(nullptr, name, size);
 }
 
+void OutputDebugStringA(LPCSTR text) {
+    note(__func__, text);
+}
+
 void ExitProcess(UINT status) {
     note(__func__, status);
     endProcess(static_cast<int>(status));

@@ -94,7 +94,9 @@ void closeEcho() {
 
 void openEcho() {
     closeEcho();
-    if (TheShell.echoName[0] != '\0') channel.echo = fopen(TheShell.echoName, "w");
+    if (TheShell.echoName[0] == '\0') return;
+    channel.echo = fopen(TheShell.echoName, "w");
+    if (channel.echo == nullptr) OutputDebugStringA("HPGL: the echo file cannot be written\n");
 }
 
 void echo(const Chunk& chunk) {

@@ -68,6 +68,7 @@ void openFile(TRCSlot* slot) {
         if (slot->file != HFILE_ERROR) return;
         nameAttempt(slot->fileName, attempt);
     }
+    OutputDebugStringA("HPGL: the trace file cannot be written\n");
 }
 
 // `line` has room for one more character behind its terminator.
