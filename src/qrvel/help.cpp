@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "app_icon.h"
@@ -17,7 +18,7 @@ namespace qrvel {
 namespace {
 
 constexpr char CONTENTS[] = "index.html";
-constexpr QSize WINDOW_SIZE(640, 560);  // logical pixels; the longest page fits
+constexpr QSize WINDOW_SIZE(640, 640);  // logical pixels; the longest page fits
 
 // In the language of the texts where there are such pages, else in English.
 QString pageAddress(const QString& page) {
@@ -47,7 +48,7 @@ HelpWindow::HelpWindow(const QString& title) : pages_(new QTextBrowser) {
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(pages_);
     layout->addLayout(buttons);
-    resize(WINDOW_SIZE);
+    resize(WINDOW_SIZE.boundedTo(screen()->availableSize() * 9 / 10));
 
     back->setEnabled(false);
     connect(pages_, &QTextBrowser::backwardAvailable, back, &QWidget::setEnabled);
