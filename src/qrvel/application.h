@@ -26,10 +26,11 @@ struct Application : Object {
     WState state{};
     WVariables variables{};
     WExitProc exitProcedure = nullptr;
-    std::vector<KeyedTexts> configuration;  // the user's before the system's
-    Language language;                      // of the texts
-    QTranslator qtTexts;                    // of Qt's own windows
-    const char* const* texts = nullptr;     // the viewer's texts (Wloadtxt), not owned
+    std::vector<KeyedTexts> configuration;   // the user's before the system's
+    Language language;                       // of the texts
+    QTranslator qtTexts;                     // of Qt's own windows
+    const char* const* loadTitle = nullptr;  // where the viewer keeps these of its texts (Wloadtxt), which it may
+    const char* const* loadText = nullptr;   // still replace by its own; not owned
     MessageQueue messages;
     std::unique_ptr<EndSignals> endSignals;
     int32_t status = 0;  // with which Wterminate ends the process, unless 0

@@ -1,25 +1,43 @@
 #include "data_channel.h"
 
+#include <unistd.h>
+
+#include <algorithm>
 #include <chrono>
-#include <cstring>
+#include <csignal>
+#include <utility>
 
 #include "application.h"
+#include "child.h"
+#include "file_source.h"
+#include "host_connection.h"
 #include "notices.h"
 #include "own_texts.h"
-#include "picture_file.h"
-#include "plot_recognition.h"
-#include "transmission_cutter.h"
 
 namespace qrvel {
 
 namespace {
 
-constexpr std::size_t BUFFER_SIZE = 256;  // bytes of the viewer's receive buffer
 constexpr auto TURN = std::chrono::milliseconds(8);
-constexpr char STANDARD_INPUT[] = "-";
-constexpr int PIECES_BETWEEN_LOOKS = 16;  // at the clock
+constexpr auto SILENCE = std::chrono::seconds(5);  // until a viewer that hosts may find shows itself
 
 WHandle openChannel = 0;
+
+// What is shown when there is nothing to show.
+class EmptyPicture final : public Speaker {
+  public:
+    explicit EmptyPicture(DataChannel& channel) : channel_(channel) {}
+
+    void takeTurn() override { channel_.transmit(Transmission::endAlone()); }
+    void giveUp() override {}
+    qint64 bytesDone() const override { return 0; }
+    qint64 bytesInAll() const override { return 0; }
+    void shown() override { channel_.leave(*this); }
+    void refused(const QString& /*reason*/) override { channel_.leave(*this); }
+
+  private:
+    DataChannel& channel_;
+};
 
 }  // namespace
 
@@ -27,92 +45,190 @@ DataChannel* findDataChannel() {
     return handles().find<DataChannel>(openChannel);
 }
 
-void DataChannel::start(const QByteArrayList& sources, bool pipedIn) {
-    waiting_ = sources;
-    pipedIn_ = pipedIn;
-    if (pipedIn_) waiting_ += STANDARD_INPUT;
-    readNext();
+DataChannel::DataChannel(const Receiver& receiver)
+    : receiver_(receiver),
+      watch_([this](const QByteArray& changed) { add(std::make_unique<FileSource>(*this, changed, false)); }) {
+    std::signal(SIGPIPE, SIG_IGN);  // a host that has gone is no reason to end
+    silence_.setSingleShot(true);
+    silence_.setInterval(SILENCE);
+    QObject::connect(&silence_, &QTimer::timeout, [this] { showEmptyWindow(); });
 }
 
-void DataChannel::readNext() {
-    if (!waiting_.isEmpty()) {
-        reader_ = std::make_unique<SourceReader>(waiting_.takeFirst(), [this] { sourceRead(); });
-    } else if (!delivered_) {
-        endIsDue_ = true;
-        chunksAreDue();
+bool DataChannel::start(const Options& options) {
+    watching_ = options.watch;
+    for (const QByteArray& source : options.sources) {
+        open(source);
     }
+    if (options.pipedIn) add(std::make_unique<FileSource>(*this, STANDARD_INPUT, true));
+    if (options.frames) addHost(STDIN_FILENO, STDOUT_FILENO);
+    if (options.channelDescriptor >= 0) addHost(options.channelDescriptor, options.channelDescriptor);
+    if (!options.channelName.isEmpty()) {
+        server_ = std::make_unique<HostServer>([this](int descriptor) { addHost(descriptor, descriptor); });
+        if (!server_->listen(options.channelName)) return false;
+    }
+    waitForSpeakers();
+    return true;
 }
 
-void DataChannel::sourceRead() {
-    const std::unique_ptr<SourceReader> read = std::move(reader_);
-    if (!read->failure().isEmpty()) {
-        showNotice(ownText(OwnText::CannotRead).arg(QString::fromLocal8Bit(read->name()), read->failure()));
-        failPicture();
-        readNext();
+void DataChannel::open(const QByteArray& fileName) {
+    if (watching_ && fileName != STANDARD_INPUT) watch_.add(fileName);
+    add(std::make_unique<FileSource>(*this, fileName, false));
+}
+
+void DataChannel::addHost(int input, int output) {
+    auto host = std::make_unique<HostConnection>(*this, input, output);
+    if (HostConnection::number() > MOST_HOSTS) {
+        host->turnAway("too many hosts");
         return;
     }
-    std::unique_ptr<Spool> spool = read->takeSpool();
-    if (read->name() != STANDARD_INPUT && !holdsDrawing(spool->bytes())) {
-        showNotice(ownText(OwnText::NoDrawing).arg(QString::fromLocal8Bit(read->name())));
-        spool = std::make_unique<Spool>();  // an empty picture instead of what its bytes would draw by chance
-    }
-    // A pipe that somebody left on standard input and that carries nothing is no transmission.
-    if (pipedIn_ && spool->bytes().empty()) {
-        readNext();
-        return;
-    }
-    spool_ = std::move(spool);
-    chunksAreDue();
+    host->listen();
+    speakers_.push_back(std::move(host));
 }
 
-void DataChannel::chunksAreDue() {
+void DataChannel::add(std::unique_ptr<Speaker> speaker) {
+    speakers_.push_back(std::move(speaker));
+    ask(*speakers_.back());
+}
+
+// ---- turns ----------------------------------------------------------------------------------------------------------
+
+void DataChannel::workIsDue() {
     application()->state.messagesPending = 1;
     application()->messages.wake();
 }
 
-void DataChannel::send(std::string_view bytes, uint32_t kind) {
-    if (!bytes.empty()) std::memcpy(buffer_, bytes.data(), bytes.size());
-    callback_(buffer_, bytes.size(), kind);
+void DataChannel::ask(Speaker& speaker) {
+    line_.push_back(&speaker);
+    workIsDue();
 }
 
-// In a colon transmission the begin chunk is its colon, by which the viewer knows to take one off every piece.
-void DataChannel::begin() {
-    transmitting_ = true;
-    rest_ = spool_->bytes();
-    withColons_ = isColonTransmission(rest_);
-    const std::size_t colon = withColons_ ? 1 : 0;
-    send(rest_.substr(0, colon), WD_CHUNK_BEGIN);
-    rest_.remove_prefix(colon);
+void DataChannel::giveTurn() {
+    turn_ = line_.front();
+    line_.pop_front();
+    if (!isUnattended()) panel_ = std::make_unique<LoadPanel>([this] { return progress(); }, [this] { giveUp(); });
+    turn_->takeTurn();
 }
 
-void DataChannel::sendPiece() {
-    const std::size_t colon = withColons_ ? 1 : 0;
-    const std::size_t length = nextPieceLength(rest_, BUFFER_SIZE - colon);
-    buffer_[0] = ':';
-    std::memcpy(buffer_ + colon, rest_.data(), length);
-    rest_.remove_prefix(length);
-    callback_(buffer_, colon + length, WD_CHUNK_FURTHER);
+void DataChannel::endTurn() {
+    turn_ = nullptr;
+    delivery_.reset();
+    panel_.reset();
+    givenUp_ = false;
+    workIsDue();
 }
 
+void DataChannel::transmit(std::unique_ptr<Transmission> transmission) {
+    delivery_ = std::make_unique<Delivery>(receiver_, std::move(transmission));
+    workIsDue();
+}
+
+void DataChannel::pass(const Speaker& speaker) {
+    if (turn_ == &speaker) endTurn();
+}
+
+void DataChannel::leave(Speaker& speaker) {
+    pass(speaker);
+    std::erase(line_, &speaker);
+    const auto owned = std::find_if(speakers_.begin(), speakers_.end(), [&](const std::unique_ptr<Speaker>& candidate) {
+        return candidate.get() == &speaker;
+    });
+    if (owned == speakers_.end()) return;
+    gone_.push_back(std::move(*owned));
+    speakers_.erase(owned);
+    waitForSpeakers();
+    workIsDue();
+}
+
+// When nobody is left, or nobody has come yet, the user is to see something all the same.
+void DataChannel::waitForSpeakers() {
+    if (delivered_ || !speakers_.empty()) return;
+    if (server_ != nullptr) {
+        silence_.start();
+    } else {
+        showEmptyWindow();
+    }
+}
+
+void DataChannel::showEmptyWindow() {
+    if (!delivered_ && speakers_.empty()) add(std::make_unique<EmptyPicture>(*this));
+}
+
+// ---- what is handed over --------------------------------------------------------------------------------------------
+
+LoadProgress DataChannel::progress() const {
+    if (delivery_)
+        return {.done = static_cast<qint64>(delivery_->done()), .all = static_cast<qint64>(delivery_->size())};
+    if (turn_ != nullptr) return {.done = turn_->bytesDone(), .all = turn_->bytesInAll()};
+    return {};
+}
+
+// Called from the panel, so what the viewer must hear of it waits for the main loop.
+void DataChannel::giveUp() {
+    givenUp_ = true;
+    workIsDue();
+}
+
+void DataChannel::carryOutGivingUp() {
+    givenUp_ = false;
+    if (!delivery_) {
+        turn_->giveUp();
+        return;
+    }
+    cutShort_ = true;
+    const bool begun = delivery_->hasBegun();
+    delivery_->cutShort();
+    if (begun) {
+        finish();
+    } else {
+        settle();
+    }
+}
+
+bool DataChannel::hasWork() const {
+    if (!gone_.empty() || givenUp_) return true;
+    return turn_ == nullptr ? !line_.empty() : delivery_ && !unpainted_;
+}
+
+void DataChannel::run() {
+    gone_.clear();
+    if (givenUp_ && turn_ != nullptr && !unpainted_) {
+        carryOutGivingUp();
+    } else if (turn_ == nullptr) {
+        if (!line_.empty()) giveTurn();
+    } else if (delivery_ && !unpainted_) {
+        delivery_->run(std::chrono::steady_clock::now() + TURN);
+        if (delivery_->isOver()) finish();
+    }
+}
+
+// The viewer has got the end. What it has drawn by its next paint is the picture.
 void DataChannel::finish() {
-    send({}, WD_CHUNK_END);
-    transmitting_ = false;
-    endIsDue_ = false;
     delivered_ = true;
-    spool_.reset();
-    readNext();
+    delivery_.reset();
+    panel_.reset();
+    const auto* child = handles().findFirst<Child>([](const Child&) { return true; });
+    unpainted_ = child != nullptr;
+    if (unpainted_) {
+        application()->messages.postPaint(child->handle);
+    } else {
+        settle();
+    }
 }
 
-void DataChannel::deliver() {
-    if (!hasChunks()) return;
-    const auto until = std::chrono::steady_clock::now() + TURN;
-    if (!transmitting_ && spool_) begin();
-    do {
-        for (int i = 0; i < PIECES_BETWEEN_LOOKS && !rest_.empty(); ++i) {
-            sendPiece();
-        }
-    } while (!rest_.empty() && std::chrono::steady_clock::now() < until);
-    if (rest_.empty()) finish();
+void DataChannel::painted() {
+    if (std::exchange(unpainted_, false)) settle();
+}
+
+void DataChannel::settle() {
+    Speaker* speaker = turn_;
+    const bool cut = std::exchange(cutShort_, false);
+    endTurn();
+    if (speaker == nullptr) return;  // it has left meanwhile
+    if (cut) {
+        speaker->refused("given up by the user");
+    } else {
+        speaker->shown();
+    }
 }
 
 }  // namespace qrvel
@@ -122,11 +238,12 @@ using namespace qrvel;
 WHandle WDstdopen(WHandle app, char* buffer, uint32_t /*kind*/, WDCallback callback, uint32_t /*flag*/) {
     const auto* found = handles().find<Application>(app, __func__);
     if (found == nullptr || buffer == nullptr || callback == nullptr || findDataChannel() != nullptr) return 0;
-    auto* channel = handles().make<DataChannel>(buffer, callback);
+    auto* channel = handles().make<DataChannel>(Receiver{.buffer = buffer, .callback = callback});
     if (channel == nullptr) return 0;
     openChannel = channel->handle;
-    channel->start(found->options.sources, found->options.pipedIn);
-    return openChannel;
+    if (channel->start(found->options)) return openChannel;
+    handles().destroy<DataChannel>(openChannel, __func__);
+    return 0;
 }
 
 void WDstdclose(WHandle channel) {

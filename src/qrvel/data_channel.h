@@ -1,17 +1,23 @@
-// The host data channel: the sources named on the command line, one transmission each, handed to the viewer in chunks.
+// The host data channel: whose turn it is to hand a picture over, and what of it the viewer has got.
 //
-// A transmission is an empty chunk of kind 1, chunks of kind 0 that fit into the receive buffer, and an empty one of
-// kind 2. It is read whole first, so one that breaks off never reaches the viewer. Without any source there is one
-// empty chunk of kind 2, from which the viewer makes its empty window.
+// A transmission comes in whole before the viewer gets any of it, so one that breaks off leaves the picture that is
+// shown. The next one waits until the one before has been painted. Without any source there is an end chunk alone,
+// from which the viewer makes its empty window.
 #pragma once
 
-#include <QByteArrayList>
+#include <QByteArray>
+#include <QTimer>
+#include <deque>
 #include <memory>
+#include <vector>
 
+#include "delivery.h"
+#include "file_watch.h"
 #include "handles.h"
-#include "source_reader.h"
-#include "spool.h"
-#include "wd.h"
+#include "host_server.h"
+#include "load_panel.h"
+#include "options.h"
+#include "speaker.h"
 
 namespace qrvel {
 
@@ -19,40 +25,66 @@ class DataChannel : public Object {
   public:
     static constexpr Kind KIND = Kind::DataChannel;
 
-    DataChannel(char* buffer, WDCallback callback) : buffer_(buffer), callback_(callback) {}
+    explicit DataChannel(const Receiver& receiver);
 
-    // Begins to read. sources: file names, "-" for standard input. pipedIn: there are none, but something may come on
-    // standard input.
-    void start(const QByteArrayList& sources, bool pipedIn);
+    // Opens the sources that the options name. False, with a notice, when one cannot be listened to.
+    bool start(const Options& options);
+    // A file to be shown after what waits already.
+    void open(const QByteArray& fileName);
 
-    // Whether the viewer has got a begin chunk and not yet the end.
-    bool isTransmitting() const { return transmitting_; }
-    // Whether deliver has something to do.
-    bool hasChunks() const { return spool_ != nullptr || endIsDue_; }
-    // Hands chunks over, for a few milliseconds at most.
-    void deliver();
+    // ---- for those who speak ----
+    // Stands in line for a turn.
+    void ask(Speaker& speaker);
+    // What the one whose turn it is hands over.
+    void transmit(std::unique_ptr<Transmission> transmission);
+    // Has nothing to hand over this time.
+    void pass(const Speaker& speaker);
+    // Will never speak again, and is destroyed soon.
+    void leave(Speaker& speaker);
+    // Whether somebody waits for the one whose turn it is.
+    bool othersWait() const { return !line_.empty(); }
+    // A host on two descriptors, which may be the same.
+    void addHost(int input, int output);
+
+    // ---- for the main loop ----
+    // Whether the viewer has got a part of a transmission and not yet the end.
+    bool isTransmitting() const { return delivery_ && delivery_->hasBegun(); }
+    // Whether run has something to do.
+    bool hasWork() const;
+    // Goes on, for a few milliseconds at most.
+    void run();
+    // The drawing child has been painted.
+    void painted();
     // Whether a transmission has been handed over whole.
     bool hasDelivered() const { return delivered_; }
 
   private:
-    void readNext();
-    void sourceRead();
-    void chunksAreDue();
-    void begin();
-    void sendPiece();
+    void add(std::unique_ptr<Speaker> speaker);
+    void giveTurn();
+    void endTurn();
+    void giveUp();
+    void carryOutGivingUp();
     void finish();
-    void send(std::string_view bytes, uint32_t kind);
+    void settle();
+    void workIsDue();
+    void waitForSpeakers();
+    void showEmptyWindow();
+    LoadProgress progress() const;
 
-    char* buffer_;  // the viewer's
-    WDCallback callback_;
-    QByteArrayList waiting_;
-    std::unique_ptr<SourceReader> reader_;
-    std::unique_ptr<Spool> spool_;  // the transmission that is being handed over
-    std::string_view rest_;         // of its bytes
-    bool pipedIn_ = false;
-    bool withColons_ = false;
-    bool transmitting_ = false;
-    bool endIsDue_ = false;
+    Receiver receiver_;
+    std::vector<std::unique_ptr<Speaker>> speakers_;
+    std::vector<std::unique_ptr<Speaker>> gone_;  // to be destroyed when none of their procedures is running
+    std::deque<Speaker*> line_;
+    Speaker* turn_ = nullptr;
+    std::unique_ptr<Delivery> delivery_;  // of the one whose turn it is
+    std::unique_ptr<LoadPanel> panel_;
+    std::unique_ptr<HostServer> server_;
+    FileWatch watch_;
+    QTimer silence_;          // nobody has spoken yet
+    bool unpainted_ = false;  // handed over whole, but not painted
+    bool givenUp_ = false;    // by the user; the main loop has not seen to it
+    bool cutShort_ = false;   // what the viewer has got is not all
+    bool watching_ = false;
     bool delivered_ = false;
 };
 

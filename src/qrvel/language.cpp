@@ -8,7 +8,10 @@
 #include <QLocale>
 #include <QRegularExpression>
 #include <QStandardPaths>
+#include <algorithm>
 #include <optional>
+#include <span>
+#include <string_view>
 
 #include "application.h"
 #include "configuration.h"
@@ -79,6 +82,12 @@ std::optional<Language> chosenLanguage(const Application& app, const QString& ap
     return language;
 }
 
+// Where the text of a key stands; null for a key that was not asked for.
+const char* const* slotOf(std::string_view key, std::span<const char* const> keys, const char* const* texts) {
+    const auto found = std::find(keys.begin(), keys.end(), key);
+    return found != keys.end() ? texts + (found - keys.begin()) : nullptr;
+}
+
 // So that what Qt writes (names of keys, buttons of its dialogs) is in the same language.
 void translateQt(Application& app) {
     const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
@@ -105,6 +114,8 @@ int32_t Wloadtxt(WHandle app, const char* application, const char* const* keys, 
         const auto text = found->language.texts.constFind(keys[i]);
         texts[i] = text != found->language.texts.cend() ? copies.add(*text) : nullptr;
     }
-    found->texts = texts;
+    const std::span asked(keys, static_cast<std::size_t>(std::max(count, 0)));
+    found->loadTitle = slotOf("LOAD01", asked, texts);
+    found->loadText = slotOf("LOAD02", asked, texts);
     return 1;
 }

@@ -27,6 +27,7 @@ void deliverPaint(WHandle object) {
     if (child == nullptr) return;
     if (child->surface) child->surface->clear();
     send(object, W_MSG_PAINT);
+    if (DataChannel* channel = findDataChannel()) channel->painted();
     child = handles().find<Child>(object);
     if (child != nullptr) savePictureAfterPaint(*child);
 }
@@ -109,9 +110,9 @@ void WIsendmsgs(WHandle app) {
     DataChannel* channel = findDataChannel();
     if (channel == nullptr || !channel->isTransmitting()) found->messages.deliver();
     channel = findDataChannel();  // the viewer may have closed it, here and by its chunks
-    if (channel != nullptr && found->state.quit == 0) channel->deliver();
+    if (channel != nullptr && found->state.quit == 0) channel->run();
     channel = findDataChannel();
-    const bool more = !found->messages.isEmpty() || (channel != nullptr && channel->hasChunks());
+    const bool more = !found->messages.isEmpty() || (channel != nullptr && channel->hasWork());
     found->state.messagesPending = more ? 1 : 0;
     if (more) found->messages.wakeAfterEvents();
 }

@@ -1,14 +1,17 @@
 #include "options.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <span>
 #include <string_view>
 
 #include "arguments.h"
+#include "protocol.h"
 
 namespace qrvel {
 
@@ -46,6 +49,29 @@ void setSize(Options& options, const char* value) {
     std::exit(0);
 }
 
+void setFrames(Options& options, const char* /*value*/) {
+    options.frames = true;
+}
+
+void setWatch(Options& options, const char* /*value*/) {
+    options.watch = true;
+}
+
+void setChannelName(Options& options, const char* value) {
+    if (kelhost::channelPath(value).empty()) refuse("no channel name", value);
+    options.channelName = value;
+}
+
+void setChannelDescriptor(Options& options, const char* value) {
+    char* end = nullptr;
+    const long number = std::strtol(value, &end, 10);
+    if (end == value || *end != '\0' || number < 0 || number > INT_MAX ||
+        fcntl(static_cast<int>(number), F_GETFD) < 0) {
+        refuse("no open descriptor", value);
+    }
+    options.channelDescriptor = static_cast<int>(number);
+}
+
 struct Option {
     const char* name;
     const char* value;  // what follows it, for the help; null for nothing
@@ -55,6 +81,10 @@ struct Option {
 
 // clang-format off
 constexpr Option OPTIONS[] = {
+    {"--watch",   nullptr,   "read the files again when they change",              setWatch},
+    {"--channel", "NAME",    "let hosts send pictures to that name",                setChannelName},
+    {"--channel-fd", "N",    "a host is at the other end of that descriptor",       setChannelDescriptor},
+    {"--frames",  nullptr,   "a host is at standard input and output",              setFrames},
     {"--picture", "FILE",    "write the picture as PNG and end, without a window", setPicture},
     {"--size",    "WxH",     "the size of that picture in pixels (500x500)",       setSize},
     {"--help",    nullptr,   "this text",                                          printHelp},
@@ -66,14 +96,14 @@ void printHelp(Options& /*options*/, const char* /*value*/) {
     std::puts(
         "Usage: kelhpgl [OPTION]... [FILE]...\n"
         "Shows plotter drawings written in HP-GL or HP-GL/2.\n\n"
-        "  FILE               a drawing; several are shown one after another\n"
-        "  -                  the drawing on standard input (also taken from there when no FILE is given)");
+        "  FILE                 a drawing; several are shown one after another\n"
+        "  -                    the drawing on standard input (also taken from there when no FILE is given)");
     for (const Option& option : OPTIONS) {
-        std::printf("  %-9s %-8s %s\n", option.name, option.value != nullptr ? option.value : "", option.help);
+        std::printf("  %-12s %-6s %s\n", option.name, option.value != nullptr ? option.value : "", option.help);
     }
     std::puts(
-        "  -I=NUMBER          id with which a host is notified when the viewer ends badly\n"
-        "  -P=NUMBER          the host's window");
+        "  -I=NUMBER            id with which a host is notified when the viewer ends badly\n"
+        "  -P=NUMBER            the host's window");
     std::exit(0);
 }
 
@@ -149,7 +179,9 @@ Options readOptions() {
         }
         words = words.subspan(1);
     }
-    options.pipedIn = options.sources.isEmpty() && standardInputHasData();
+    const bool hasSource = !options.sources.isEmpty() || options.frames || options.channelDescriptor >= 0 ||
+                           !options.channelName.isEmpty();
+    options.pipedIn = !hasSource && standardInputHasData();
     return options;
 }
 

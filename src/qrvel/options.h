@@ -10,6 +10,10 @@ namespace qrvel {
 struct Options {
     QByteArrayList sources;      // file names as their bytes, "-" for standard input, in the order given
     bool pipedIn = false;        // no source is named, but there is a pipe or a file on standard input
+    bool frames = false;         // standard input carries frames, answers go to standard output
+    QByteArray channelName;      // under which hosts find the viewer; empty: they do not
+    int channelDescriptor = -1;  // a connection to a host that was handed over
+    bool watch = false;          // files are read again when they change
     QString picture;             // --picture: the PNG to write instead of showing a window; empty for none
     int32_t pictureWidth = 500;  // pixels, as large as the window's first size
     int32_t pictureHeight = 500;

@@ -9,10 +9,11 @@ namespace qrvel {
 enum class OwnText {
     CannotRead,       // %1 a name, %2 the reason
     CannotWrite,      // %1 a name, %2 the reason
+    CannotListen,     // %1 a path, %2 the reason
     NoDrawing,        // %1 a name
     NoPrinting,
     Drawing,          // what a screen reader calls the picture
-    Back, Contents, Close,
+    Back, Contents, Close, GiveUp,
     ProductTitle, ProductPurpose, ProductVersion /* %1 */, ProductLicence,
 };
 // clang-format on

@@ -1,12 +1,17 @@
 #include "shell.h"
 
 #include <QCloseEvent>
+#include <QDropEvent>
+#include <QFile>
 #include <QLayout>
+#include <QMimeData>
+#include <QUrl>
 
 #include "app_icon.h"
 #include "application.h"
 #include "child.h"
 #include "cont.h"
+#include "data_channel.h"
 #include "message_pump.h"
 #include "objects.h"
 #include "shl.h"
@@ -33,6 +38,14 @@ void fitPicture(ShellWindow& window, QWidget& inside, const Options& options) {
     window.resize(window.sizeHint());
 }
 
+QByteArrayList localFiles(const QDropEvent& event) {
+    QByteArrayList files;
+    for (const QUrl& url : event.mimeData()->urls()) {
+        if (url.isLocalFile()) files += QFile::encodeName(url.toLocalFile());
+    }
+    return files;
+}
+
 void postSizeAndPaint(const Container& container) {
     postSizeOfContainer(container.handle);
     const auto* child =
@@ -45,11 +58,25 @@ void postSizeAndPaint(const Container& container) {
 ShellWindow::ShellWindow(const QString& title) {
     setWindowTitle(title);
     setWindowIcon(makeAppIcon());
+    setAcceptDrops(true);
 }
 
 void ShellWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     quitApplication();
+}
+
+void ShellWindow::dragEnterEvent(QDragEnterEvent* event) {
+    if (!localFiles(*event).isEmpty()) event->acceptProposedAction();
+}
+
+void ShellWindow::dropEvent(QDropEvent* event) {
+    event->acceptProposedAction();
+    DataChannel* channel = findDataChannel();
+    if (channel == nullptr) return;
+    for (const QByteArray& file : localFiles(*event)) {
+        channel->open(file);
+    }
 }
 
 ContainerWidget::ContainerWidget(QWidget* parent, WHandle handle) : QWidget(parent), handle_(handle) {

@@ -8,13 +8,15 @@
 
 namespace qrvel {
 
-// Closing it only asks the application to end: the viewer takes the window down itself.
+// Closing it only asks the application to end: the viewer takes the window down itself. Files dropped on it are opened.
 class ShellWindow : public QMainWindow {
   public:
     explicit ShellWindow(const QString& title);
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 };
 
 // The inside of the shell between its bars. A new size is a size message for the object of the container's class.

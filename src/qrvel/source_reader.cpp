@@ -30,7 +30,7 @@ bool isReadable(int file) {
 
 // Opens a source for reading; -1 with errno set when that cannot be.
 int openSource(const QByteArray& name) {
-    if (name == "-") return STDIN_FILENO;
+    if (name == STANDARD_INPUT) return STDIN_FILENO;
     // Non-blocking for a pipe that nobody writes to yet.
     const int file = open(name.constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
     struct stat about = {};
@@ -38,6 +38,11 @@ int openSource(const QByteArray& name) {
     close(file);
     errno = EISDIR;
     return -1;
+}
+
+qint64 sizeOf(int file) {
+    struct stat about = {};
+    return fstat(file, &about) == 0 && S_ISREG(about.st_mode) ? about.st_size : 0;
 }
 
 }  // namespace
@@ -51,6 +56,7 @@ SourceReader::SourceReader(QByteArray name, Done done)
         notOpened_.start();
         return;
     }
+    bytesInAll_ = sizeOf(file_);
     notifier_ = new QSocketNotifier(file_, QSocketNotifier::Read);
     QObject::connect(notifier_, &QSocketNotifier::activated, [this] { readOn(); });
 }
@@ -72,6 +78,7 @@ void SourceReader::readOn() {
         if (count < 0 && (errno == EAGAIN || errno == EINTR)) return;
         if (count < 0) return end(errorText());
         if (count == 0) return end(spool_->finish() ? QString() : spool_->failure());
+        bytesRead_ += count;
         if (!spool_->append(bytes.data(), count)) return end(spool_->failure());
     } while (std::chrono::steady_clock::now() < until && isReadable(file_));
 }

@@ -11,6 +11,8 @@
 
 namespace qrvel {
 
+inline constexpr char STANDARD_INPUT[] = "-";
+
 class SourceReader {
   public:
     // Called once, from the event loop; it may destroy the reader.
@@ -25,6 +27,9 @@ class SourceReader {
     const QByteArray& name() const { return name_; }
     // Why the source could not be read; empty when all went well.
     const QString& failure() const { return failure_; }
+    qint64 bytesRead() const { return bytesRead_; }
+    // The size of a regular file, 0 of anything else.
+    qint64 bytesInAll() const { return bytesInAll_; }
     // What was read, whole.
     std::unique_ptr<Spool> takeSpool() { return std::move(spool_); }
 
@@ -38,6 +43,8 @@ class SourceReader {
     int file_;
     QSocketNotifier* notifier_ = nullptr;
     QTimer notOpened_;
+    qint64 bytesRead_ = 0;
+    qint64 bytesInAll_ = 0;
     std::unique_ptr<Spool> spool_ = std::make_unique<Spool>();
 };
 

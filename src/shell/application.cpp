@@ -18,6 +18,7 @@
 #include "texts.h"
 #include "toolkit_start.h"
 #include "trace.h"
+#include "wd.h"
 #include "wi.h"
 #include "zoom.h"
 
@@ -25,7 +26,6 @@ namespace {
 
 constexpr char APPLICATION[] = "HPGL";
 constexpr int32_t CONFIGURATION_SIZE = 128;
-constexpr int32_t RECEIVE_BUFFER_SIZE = 256;
 constexpr uint32_t SHELL_FLAGS = 3728;  // the toolkit's: a main window with bars and a sizing border
 
 struct Configuration {
@@ -70,7 +70,7 @@ void createWindows() {
 }
 
 char* openChannel() {
-    auto* wdbuff = static_cast<char*>(malloc(RECEIVE_BUFFER_SIZE));
+    auto* wdbuff = static_cast<char*>(malloc(WD_RECEIVE_BUFFER));
     if (wdbuff == nullptr) {
         Wfatalerror(TheShell.app, "Kein Speicher fuer wdbuff vorhanden\n");
     } else if (!initTolk(TheShell.app, wdbuff, 8, CallbackData, 1)) {

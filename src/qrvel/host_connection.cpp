@@ -1,0 +1,255 @@
+#include "host_connection.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+
+#include "data_channel.h"
+#include "notices.h"
+
+namespace qrvel {
+
+using kelhost::FrameKind;
+
+namespace {
+
+constexpr std::size_t READ_SIZE = 65536;
+constexpr std::size_t ATOMIC_WRITE = 512;  // what a pipe that is writable takes without making us wait
+
+constexpr auto READING_TURN = std::chrono::milliseconds(8);
+constexpr auto LOOKS = std::chrono::seconds(1);
+// While others wait, a host may be silent inside a transmission for so long, and take so long in all.
+constexpr qint64 MOST_SILENCE = 5000;    // milliseconds
+constexpr qint64 MOST_DURATION = 60000;  // milliseconds
+
+bool isReady(int descriptor, short event) {
+    pollfd waiting = {.fd = descriptor, .events = event, .revents = 0};
+    return poll(&waiting, 1, 0) > 0;
+}
+
+bool isTemporary(int error) {
+    return error == EAGAIN || error == EWOULDBLOCK || error == EINTR;
+}
+
+void sayOfHost(const QString& text) {
+    sayLine("host: " + text);
+}
+
+}  // namespace
+
+// Descriptors are asked before each read and write instead of being made non-blocking: those of a standard stream are
+// shared with others.
+HostConnection::HostConnection(DataChannel& channel, int input, int output)
+    : channel_(channel),
+      input_(input),
+      output_(output),
+      readNotifier_(input, QSocketNotifier::Read),
+      writeNotifier_(output, QSocketNotifier::Write),
+      received_(READ_SIZE) {
+    ++number_;
+    readNotifier_.setEnabled(false);
+    writeNotifier_.setEnabled(false);
+    QObject::connect(&readNotifier_, &QSocketNotifier::activated, [this] { readable(); });
+    QObject::connect(&writeNotifier_, &QSocketNotifier::activated, [this] { write(); });
+    QObject::connect(&clock_, &QTimer::timeout, [this] { lookAtClock(); });
+    clock_.setInterval(LOOKS);
+}
+
+HostConnection::~HostConnection() {
+    --number_;
+    if (output_ > STDERR_FILENO && output_ != input_) close(output_);
+    if (input_ > STDERR_FILENO) close(input_);
+}
+
+void HostConnection::listen() {
+    readNotifier_.setEnabled(true);
+}
+
+void HostConnection::turnAway(const QString& reason) {
+    sayOfHost(reason);
+    reply(FrameKind::Refused, reason.toStdString());
+}
+
+// ---- its turn -------------------------------------------------------------------------------------------------------
+
+void HostConnection::readable() {
+    if (state_ == State::Silent) {
+        state_ = State::InLine;
+        readNotifier_.setEnabled(false);
+        channel_.ask(*this);
+    } else {
+        readOn();
+    }
+}
+
+void HostConnection::takeTurn() {
+    state_ = State::Collecting;
+    spool_ = std::make_unique<Spool>();
+    collected_ = 0;
+    sinceBytes_.start();
+    sinceTurn_.start();
+    clock_.start();
+    readNotifier_.setEnabled(true);
+    takeReceived();
+}
+
+// What came behind the end of the transmission before is the beginning of the next.
+void HostConnection::goOn() {
+    clock_.stop();
+    spool_.reset();
+    state_ = State::Silent;
+    const bool more = from_ < to_;
+    // A host that does not take its answers gets no more of them.
+    readNotifier_.setEnabled(!more && answers_.empty());
+    if (more && answers_.empty()) {
+        state_ = State::InLine;
+        channel_.ask(*this);
+    }
+}
+
+void HostConnection::transmissionIsWhole() {
+    state_ = State::Handed;
+    clock_.stop();
+    readNotifier_.setEnabled(false);
+    if (!spool_->finish()) {
+        drop(spool_->failure());
+        return;
+    }
+    reply(FrameKind::Accepted);
+    channel_.transmit(std::make_unique<Transmission>(std::move(spool_), Transmission::Form::Framed));
+}
+
+void HostConnection::shown() {
+    reply(FrameKind::Shown);
+    goOn();
+}
+
+void HostConnection::refused(const QString& reason) {
+    sayOfHost(reason);
+    reply(FrameKind::Refused, reason.toStdString());
+    goOn();
+}
+
+void HostConnection::giveUp() {
+    drop("given up by the user");
+}
+
+void HostConnection::lookAtClock() {
+    if (state_ != State::Collecting || !channel_.othersWait()) return;
+    if (sinceBytes_.hasExpired(MOST_SILENCE)) {
+        drop("the host has stalled while another waits");
+    } else if (sinceTurn_.hasExpired(MOST_DURATION)) {
+        drop("the host has taken too long while another waits");
+    }
+}
+
+// ---- bytes ----------------------------------------------------------------------------------------------------------
+
+void HostConnection::readOn() {
+    const auto until = std::chrono::steady_clock::now() + READING_TURN;
+    while ((state_ == State::Collecting || state_ == State::Skipping) && isReady(input_, POLLIN)) {
+        if (!receive()) return;
+        takeReceived();
+        if (std::chrono::steady_clock::now() >= until) return;
+    }
+}
+
+// False when nothing came, which may be the end.
+bool HostConnection::receive() {
+    const ssize_t count = read(input_, received_.data(), received_.size());
+    if (count < 0 && isTemporary(errno)) return false;
+    if (count <= 0) {
+        hangUp();
+        return false;
+    }
+    from_ = 0;
+    to_ = static_cast<std::size_t>(count);
+    sinceBytes_.start();
+    return true;
+}
+
+void HostConnection::takeReceived() {
+    while (from_ < to_ && (state_ == State::Collecting || state_ == State::Skipping)) {
+        const std::string_view bytes(received_.data() + from_, to_ - from_);
+        const FrameReader::Result result = frames_.take(bytes);
+        if (result.event == FrameReader::Event::UnknownKind) return breakOff("a frame of an unknown kind");
+        if (result.event == FrameReader::Event::TooLong) return breakOff("a frame longer than 16 MiB");
+        from_ += result.taken;
+        if (state_ == State::Collecting) keep(bytes.substr(0, result.taken));
+        if (result.event != FrameReader::Event::Whole) continue;
+        if (state_ == State::Collecting) {
+            transmissionIsWhole();
+        } else {
+            goOn();
+        }
+    }
+}
+
+void HostConnection::keep(std::string_view bytes) {
+    collected_ += static_cast<qint64>(bytes.size());
+    if (!spool_->append(bytes.data(), static_cast<qint64>(bytes.size()))) drop(spool_->failure());
+}
+
+// The transmission that is coming in is not wanted any more; its rest is still to come.
+void HostConnection::drop(const QString& reason) {
+    sayOfHost(reason);
+    reply(FrameKind::Refused, reason.toStdString());
+    spool_.reset();
+    clock_.stop();
+    const bool whole = state_ == State::Handed;
+    state_ = State::Skipping;
+    channel_.pass(*this);
+    if (whole) {
+        goOn();
+    } else {
+        readNotifier_.setEnabled(true);
+    }
+}
+
+// Nothing that this host says can be understood any more.
+void HostConnection::breakOff(const QString& reason) {
+    sayOfHost(reason);
+    reply(FrameKind::Refused, reason.toStdString());
+    hangUp();
+}
+
+void HostConnection::hangUp() {
+    if (gone_) return;
+    gone_ = true;
+    if (state_ == State::Collecting && frames_.isInside()) sayOfHost("it has gone inside a transmission");
+    state_ = State::Silent;
+    readNotifier_.setEnabled(false);
+    writeNotifier_.setEnabled(false);
+    clock_.stop();
+    channel_.leave(*this);
+}
+
+// ---- answers --------------------------------------------------------------------------------------------------------
+
+void HostConnection::reply(FrameKind kind, std::string_view bytes) {
+    const auto header =
+        kelhost::encodeHeader({.kind = static_cast<uint8_t>(kind), .length = static_cast<uint32_t>(bytes.size())});
+    answers_.append(header.data(), header.size());
+    answers_.append(bytes);
+    write();
+}
+
+void HostConnection::write() {
+    while (!answers_.empty() && isReady(output_, POLLOUT)) {
+        const std::size_t length = std::min(answers_.size(), ATOMIC_WRITE);
+        const ssize_t count = ::write(output_, answers_.data(), length);
+        if (count < 0 && isTemporary(errno)) break;
+        if (count < 0) {
+            answers_.clear();  // nobody listens any more
+            break;
+        }
+        answers_.erase(0, static_cast<std::size_t>(count));
+    }
+    writeNotifier_.setEnabled(!answers_.empty() && !gone_);
+    if (answers_.empty() && state_ == State::Silent && !gone_ && !readNotifier_.isEnabled()) goOn();
+}
+
+}  // namespace qrvel

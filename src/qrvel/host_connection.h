@@ -1,0 +1,83 @@
+// A host: transmissions in frames on one descriptor, answers on another or the same.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QSocketNotifier>
+#include <QTimer>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "frame_reader.h"
+#include "protocol.h"
+#include "speaker.h"
+#include "spool.h"
+
+namespace qrvel {
+
+class DataChannel;
+
+inline constexpr int MOST_HOSTS = 64;  // connected at a time
+
+class HostConnection final : public Speaker {
+  public:
+    // Takes the descriptors over, but for the standard streams.
+    HostConnection(DataChannel& channel, int input, int output);
+    ~HostConnection() override;
+
+    // How many there are.
+    static int number() { return number_; }
+
+    // Waits for the host to say something.
+    void listen();
+    // Says why there is no room for it; to be destroyed then.
+    void turnAway(const QString& reason);
+
+    void takeTurn() override;
+    void giveUp() override;
+    qint64 bytesDone() const override { return collected_; }
+    qint64 bytesInAll() const override { return 0; }
+    void shown() override;
+    void refused(const QString& reason) override;
+
+  private:
+    // Silent: between transmissions. InLine: something has come, and it waits for its turn. Collecting: it is its turn.
+    // Handed: whole, and on its way to the viewer. Skipping: the rest of a transmission that was dropped.
+    enum class State { Silent, InLine, Collecting, Handed, Skipping };
+
+    void readable();
+    void readOn();
+    bool receive();
+    void takeReceived();
+    void keep(std::string_view bytes);
+    void transmissionIsWhole();
+    void drop(const QString& reason);
+    void breakOff(const QString& reason);
+    void hangUp();
+    void goOn();
+    void lookAtClock();
+    void reply(kelhost::FrameKind kind, std::string_view bytes = {});
+    void write();
+
+    inline static int number_ = 0;
+
+    DataChannel& channel_;
+    int input_;
+    int output_;
+    State state_ = State::Silent;
+    QSocketNotifier readNotifier_;
+    QSocketNotifier writeNotifier_;
+    FrameReader frames_;
+    std::vector<char> received_;  // of the bytes that have come, those
+    std::size_t from_ = 0;        // from here
+    std::size_t to_ = 0;          // to here have not been looked at
+    std::unique_ptr<Spool> spool_;
+    qint64 collected_ = 0;
+    std::string answers_;  // that the host has not taken yet
+    QTimer clock_;
+    QElapsedTimer sinceBytes_;  // came
+    QElapsedTimer sinceTurn_;   // began
+    bool gone_ = false;
+};
+
+}  // namespace qrvel

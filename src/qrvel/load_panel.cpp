@@ -1,0 +1,57 @@
+#include "load_panel.h"
+
+#include <chrono>
+#include <utility>
+
+#include "application.h"
+#include "own_texts.h"
+
+namespace qrvel {
+
+namespace {
+
+constexpr auto LONG = std::chrono::milliseconds(500);
+constexpr auto TICK = std::chrono::milliseconds(100);
+constexpr int STEPS = 1000;  // of the bar
+
+QString textOf(const char* const* text) {
+    return text != nullptr ? QString::fromUtf8(*text) : QString();
+}
+
+}  // namespace
+
+LoadPanel::LoadPanel(std::function<LoadProgress()> progress, std::function<void()> givenUp)
+    : progress_(std::move(progress)), givenUp_(std::move(givenUp)) {
+    QObject::connect(&timer_, &QTimer::timeout, [this] { tick(); });
+    timer_.start(LONG);
+}
+
+void LoadPanel::tick() {
+    if (dialog_ == nullptr) {
+        timer_.setInterval(TICK);
+        show();
+    }
+    showProgress();
+}
+
+void LoadPanel::show() {
+    const Application* app = application();
+    dialog_ = new QProgressDialog(textOf(app->loadText), ownText(OwnText::GiveUp), 0, 0);
+    dialog_->setWindowTitle(textOf(app->loadTitle));
+    dialog_->setAttribute(Qt::WA_ShowWithoutActivating);
+    dialog_->setAutoReset(false);
+    dialog_->setAutoClose(false);
+    QObject::connect(dialog_, &QProgressDialog::canceled, dialog_, [this] {
+        timer_.stop();
+        if (const auto givenUp = std::exchange(givenUp_, nullptr)) givenUp();
+    });
+    dialog_->show();
+}
+
+void LoadPanel::showProgress() {
+    const LoadProgress progress = progress_();
+    dialog_->setMaximum(progress.all > 0 ? STEPS : 0);
+    if (progress.all > 0) dialog_->setValue(static_cast<int>(progress.done * STEPS / progress.all));
+}
+
+}  // namespace qrvel

@@ -1,0 +1,30 @@
+// Somebody who has pictures to hand over: a file, standard input, a host. One speaks at a time; the data channel says
+// whose turn it is.
+#pragma once
+
+#include <QString>
+
+namespace qrvel {
+
+class Speaker {
+  public:
+    Speaker() = default;
+    Speaker(const Speaker&) = delete;
+    Speaker& operator=(const Speaker&) = delete;
+    virtual ~Speaker() = default;
+
+    // It is this one's turn: sooner or later it calls DataChannel::transmit, and hears what became of that; or pass, or
+    // leave.
+    virtual void takeTurn() = 0;
+    // The user has had enough of waiting for the transmission that is coming in: it is to be dropped.
+    virtual void giveUp() = 0;
+    // How far the turn has come, in bytes; a size of 0 where nobody knows.
+    virtual qint64 bytesDone() const = 0;
+    virtual qint64 bytesInAll() const = 0;
+
+    // What became of what was transmitted: painted; or dropped, at least a part of it. The turn is over.
+    virtual void shown() = 0;
+    virtual void refused(const QString& reason) = 0;
+};
+
+}  // namespace qrvel
