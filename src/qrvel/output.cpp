@@ -1,4 +1,5 @@
 // The OUT operations: each finds its child's device, checks what it was handed, and lets the device draw.
+#include <QCoreApplication>
 #include <span>
 
 #include "child.h"
@@ -58,6 +59,8 @@ int32_t OUTstdcreate(WHandle child, WHandle /*owner*/, uint32_t /*colours*/, uin
         if (widget == nullptr) return;
         if (refresh == ScreenSurface::Refresh::AtOnce) {
             widget->repaint();
+            // A window that has just been shown, or uncovered, gets its other parts too. What the user does waits.
+            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
         } else {
             widget->update();
         }
