@@ -40,8 +40,7 @@ LRESULT DispatchMessageA(const MSG* message) {
 }
 
 BOOL TranslateMDISysAccel(HWND mdiClient, MSG* message) {
-    note(__func__, mdiClient, *message);
-    return 0;
+    return note(__func__, mdiClient, *message) && script.systemAccelerators.contains(message->message);
 }
 
 int TranslateAcceleratorA(HWND window, HACCEL table, MSG* message) {

@@ -68,10 +68,11 @@ struct Script {
     // message); when both are used up GetMessageA answers 0.
     std::deque<MSG> messages;
     std::deque<std::function<void()>> turns;
-    std::set<UINT> hotKeys;       // Wwntranshotkey consumes these message ids
-    std::set<UINT> accelerators;  // TranslateAcceleratorA takes messages of these ids
-    bool mdiClient = false;       // the variables record names a main window and an MDI client
-    bool deliverPaint = false;    // Wupdate and showing the shell queue a paint message; otherwise only written down
+    std::set<UINT> hotKeys;             // Wwntranshotkey consumes these message ids
+    std::set<UINT> systemAccelerators;  // TranslateMDISysAccel takes messages of these ids
+    std::set<UINT> accelerators;        // TranslateAcceleratorA takes messages of these ids
+    bool mdiClient = false;             // the variables record names a main window and an MDI client
+    bool deliverPaint = false;  // Wupdate and showing the shell queue a paint message; otherwise only written down
 };
 
 extern Script script;

@@ -332,8 +332,9 @@ int32_t ACTappend(WHandle helpLine, uint32_t set, const char* actionClass, const
 
 const char* ACThandleaction(WHandle helpLine, uint32_t action, char* actionClass) {
     static const ButtonAction none;
-    const bool found = note(__func__, helpLine, action) && world.actions.contains(action);
-    const ButtonAction& answer = found ? world.actions.at(action) : none;
+    if (!note(__func__, helpLine, action)) return "";
+    const auto found = world.actions.find(action);
+    const ButtonAction& answer = found != world.actions.end() ? found->second : none;
     *actionClass = answer.letter;
     return answer.argument.c_str();
 }
