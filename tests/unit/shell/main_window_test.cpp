@@ -1,32 +1,14 @@
 // The main window's messages and the menu's actions on the picture.
 #include "main_window.h"
 
-#include "actions.h"
 #include "list.h"
 #include "viewer_run.h"
-#include "zoom.h"
 
 namespace {
 
 using recorder::script;
 
-constexpr char BACKGROUND[] = "OUTquerysize\nOUTreset\nOUTfillcolour 0\nOUTboxr2 0 0 500 500\nWupdate ";
-
-// A square picture of 0 to 4960 in 496 usable pixels: ten units a pixel.
-class MainWindow : public ViewerRun {
-  protected:
-    static void withPicture(const Turn& turn) {
-        run({[] { send("PD;PA0,0,4960,4960;"); }, turn});
-    }
-    static std::string view() {
-        ZoomRect rect = {};
-        HPGLgetZoomRect(TheZoom, &rect.MinX, &rect.MinY, &rect.MaxX, &rect.MaxY);
-        return std::to_string(rect.MinX) + ' ' + std::to_string(rect.MinY) + ' ' + std::to_string(rect.MaxX) + ' ' +
-               std::to_string(rect.MaxY);
-    }
-    static void paint(WHandle object) { recorder::deliver(object, W_MSG_PAINT); }
-    static std::string background() { return BACKGROUND + std::to_string(TheDisplay.Window) + " 1\n"; }
-};
+class MainWindow : public PictureRun {};
 
 // ---- paint and size -------------------------------------------------------------------------------------------------
 
@@ -193,38 +175,6 @@ TEST_F(MainWindow, TurningKeepsWithTheNextPicture) {
              send("SC0,1,0,1;PD;PA0,0,100,50;");
              EXPECT_EQ(view(), "-100 -50 0 0");
          }});
-}
-
-TEST_F(MainWindow, Quits) {
-    for (const uint32_t item : {7U, 8U, 12U}) {
-        run({[=] { EXPECT_EQ(callsOf([=] { action(4, item); }), "Wquit 1\n"); }});
-        recorder::reset();
-        script.quiet = true;
-        TheShell = {};
-    }
-}
-
-TEST_F(MainWindow, OtherItemsDoNothing) {
-    withPicture([] {
-        for (const uint32_t item : {0U, 1U, 2U, 3U, 4U, 6U, 13U, 15U, 99U}) {
-            EXPECT_EQ(callsOf([=] { action(4, item); }), "") << item;
-        }
-        EXPECT_EQ(callsOf([] { action(6, 9); }), "");
-        EXPECT_EQ(callsOf([] { action(99, 7); }), "");
-    });
-}
-
-TEST_F(MainWindow, ActionsWithoutPictureOnlyTrace) {
-    run({[] {
-        for (const uint32_t item : {9U, 10U, 11U}) {
-            std::string trace;
-            EXPECT_EQ(namesAmong("WCLRcreate\nOUTboxr2\nWupdate\nOUTstdcreate\n"), "");
-            trace = traceOf(1, [=] { action(4, item); });
-            EXPECT_NE(trace, "") << item;
-        }
-        EXPECT_EQ(RotationSign, 1);
-        EXPECT_EQ(namesAmong("WCLRcreate\nOUTboxr2\nWupdate\nOUTstdcreate\n"), "");
-    }});
 }
 
 }  // namespace

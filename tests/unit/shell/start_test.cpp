@@ -192,24 +192,102 @@ TEST(VersionMessage, NobodyToTell) {
 
 // ---- set-up and teardown --------------------------------------------------------------------------------------------
 
-class Life : public ViewerRun {};
+// Handles are given out in the order of creation: application 1, class 2, object 3, container 4, shell 5, the action
+// bar's place 6, action bar 7, the help line's place 8, help line 9, help's name 10, help 11, drawing child 12, data
+// channel 13, print set-up 14.
+constexpr char SET_UP[] =
+    "GetVersionExA\n" LOOK_UP
+    "Wqueryversion 0\nFreeLibrary 4096\n"
+    "WIinitialise 3 1 \"-I=12\" \"x\"\n"
+    "WIgetvar 1 1\n"
+    "Wtrace 1 \"hInst 0, hPrev 0\\n\"\n"
+    "Wregexitproc 1\n"
+    "WIstdinit_cfg 1 \"HPGL\" 3 128 \"LANG\" \"LOGF\" \"INST\"\n"
+    "Wloadtxt 1 \"HPGL\" 26 2000 \"HTIT1\" \"ABTX01\" \"ABTX02\" \"ABTX03\" \"ABTX04\" \"ABTX05\" \"ABTX06\" "
+    "\"ABTX07\" \"ABTX08\" \"ABTX15\" \"ABTX16\" \"ABTX17\" \"ABTX18\" \"ABTX24\" \"ABTX19\" \"ABTX20\" "
+    "\"ABTX21\" \"ABTX22\" \"ABTX23\" \"HLTX01\" \"HLTX02\" \"HLTX03\" \"HLTX04\" \"HLTX05\" \"LOAD01\" "
+    "\"LOAD02\"\n"
+    "Wregisterclass 1\n"
+    "Wcreateobject 1 2 0 1\n"
+    "SHLcreate 1 \"KEL HPGL Display\" 0 3728\n"
+    "SHLquerywid 5 7\n"
+    "ACTBARcreate 6 3 18 0 1 0 0 1 M 0 2 0 1 1 M 0 3 0 2 1 M 0 4 0 3 1 M 0 5 0 4 1 L 1 0 0 5 1 M 1 0 0 6 0 M "
+    "1 0 0 7 1 M 2 0 0 8 1 M 3 0 0 12 1 M 4 0 0 9 1 M 4 0 0 10 1 M 4 0 0 11 1 M 5 0 0 13 0 L 5 0 0 13 0 L "
+    "5 0 0 13 0 L 5 0 0 13 0 L 5 0 0 14 1 L\n"
+    "ACTBARsetmp1 7 4 3 2 0\n"
+    "ACTBARset 7 3 \"~Graphic\" \"~Edit\" \"~Goto\" \"~Settings\" \"~Help\" \"~Print\" \"~Save\" \"~Exit\" "
+    "\"C~ancel\" \"~Back\" \"~Complete picture\" \"~Last Zoom\" \"~Rotate 180 degrees\" \"~Help\" \"~Info...\" "
+    "\"~Function keys...\" \"~Glossary\" \"~Product Information...\"\n"
+    "ACTBARreset 7\n"
+    "SHLquerywid 5 4\n"
+    "HELPLcreate 5 8 0 1\n"
+    "HELPLinit 9 0 5 \"F1=Help\" \"F3=Back\" \"F11=Save\" \"F12=Quit\" \"F15=Exit\" 2 1 2 15 2 11 2 3 2 12 "
+    "\"1\" \"1\" \"1\" \"2\" \"0\" \"3\" \"1\" \"4\" \"1\" \"5\"\n"
+    "HELPLset_buttons 9 0\n"
+    "HELPLmake_hlpl 9 3 0\n"
+    "ACTappend 9 0 \"M\" \"1\" \"2\"\n"
+    "ACTappend 9 0 \"M\" \"2\" \"3\"\n"
+    "ACTappend 9 0 \"M\" \"3\" \"0\"\n"
+    "ACTappend 9 0 \"M\" \"4\" \"4\"\n"
+    "ACTappend 9 0 \"M\" \"5\" \"1\"\n"
+    "CONTstdcreate 4 2 0 0 0 0\n"
+    "CONTdrawbackground 4 1\n"
+    "WHLPregistername \"HPGL\"\n"
+    "HLPcreate 5 \"Bitmap-Hilfe\" 0\n"
+    "Wcreatechild 1 4\n"
+    "WDstdopen 1 8 1\n"
+    "PSSETUPcreate 4 5 5 0 0 2\n"
+    "WIgetvar 1 0\nWIgetvar 1 1\nGetMessageA 0 0 0\n";
+constexpr char TEARDOWN[] =
+    "Wtrace 1 \">>> leaving main loop: W.quit = 0\\n\"\n"
+    "WDstdclose 13\n"
+    "PSSETUPdestroy 14\n"
+    "OUTdestroy 12\n"
+    "Wdestroychild 12\n"
+    "HLPdestroy 11\n"
+    "CONTdestroy 4\n"
+    "HELPLdestroy 9\n"
+    "ACTBARdestroy 7\n"
+    "SHLdestroy 5\n"
+    "Wdestroyobject 3\n"
+    "Wterminate 1\n";
 
-constexpr char ORDER[] =
-    "GetVersionExA\n"
-    "GetModuleHandleA\nLoadLibraryA\nGetProcAddress\nWqueryversion\nFreeLibrary\n"
-    "WIinitialise\nWIgetvar\nWtrace\nWregexitproc\nWIstdinit_cfg\n"
-    "Wloadtxt\n"
-    "Wregisterclass\nWcreateobject\nSHLcreate\n"
-    "CONTstdcreate\nCONTdrawbackground\nWcreatechild\n"
-    "WDstdopen\n"
-    "WIgetvar\nWIgetvar\nGetMessageA\nWtrace\n"
-    "WDstdclose\n"
-    "OUTdestroy\nWdestroychild\nCONTdestroy\nSHLdestroy\nWdestroyobject\n"
-    "Wterminate\n";
+class Life : public ViewerRun {
+  protected:
+    // The calls from the set-up on, without those of the trace log.
+    static std::string callsOfLife() {
+        return without({"OpenFile", "_lclose", "GetEnvironmentVariableA"},
+                       recorder::calls.substr(recorder::calls.find("GetVersionExA")));
+    }
+};
 
 TEST_F(Life, FollowsItsOrder) {
-    EXPECT_EQ(run({}), 0);
-    EXPECT_EQ(namesAmong(ORDER), ORDER);
+    EXPECT_EQ(run({}, "-I=12 x"), 0);
+    EXPECT_EQ(callsOfLife(), std::string(SET_UP) + TEARDOWN);
+}
+
+// Both names are made, in this order, before the log is opened, and it is open before the texts are loaded.
+TEST_F(Life, OpensItsLogsBeforeItLoadsTheTexts) {
+    script.configuration = {{"LOGF", "echo.txt"}, {"INST", "inst"}, {"LANG", "german"}};
+    script.environment["DGTRACE"] = "1";
+    run({[] { EXPECT_STREQ(TheShell.echoName, "echo__00.log"); }});
+    const auto at = [](const char* call) { return recorder::calls.find(call); };
+    EXPECT_LT(at("WIstdinit_cfg "), at("OpenFile \"echo__00.log\" "));
+    EXPECT_LT(at("OpenFile \"echo__00.log\" "), at("OpenFile \"inst__00.log\" "));
+    EXPECT_LT(at("OpenFile \"inst__00.log\" "), at("\"HPGL-Viewer started"));
+    EXPECT_LT(at("\"HPGL-Viewer started"), at("Wloadtxt "));
+    EXPECT_LT(at("Wloadtxt "), at("Wregisterclass "));
+}
+
+TEST_F(Life, TellsTheToolkitItsInstances) {
+    std::string line;
+    script.turns.emplace_back([] {
+        const auto* variables = static_cast<const WVariables*>(WIgetvar(1, 1));
+        EXPECT_EQ(variables->instance, reinterpret_cast<void*>(0xabc));
+        EXPECT_EQ(variables->previous, reinterpret_cast<void*>(0x12));
+    });
+    WinMain(reinterpret_cast<HINSTANCE>(0xabc), reinterpret_cast<HINSTANCE>(0x12), line.data(), 0);
+    EXPECT_NE(recorder::calls.find("Wtrace 1 \"hInst ABC, hPrev 12\\n\"\nWregexitproc 1\n"), std::string::npos);
 }
 
 TEST_F(Life, GivesThePictureBackLast) {
@@ -218,17 +296,6 @@ TEST_F(Life, GivesThePictureBackLast) {
     EXPECT_EQ(names, "Wdestroyobject\nWCLRdestroy\nWterminate\n");
     EXPECT_EQ(TheParser, nullptr);
     EXPECT_EQ(TheZoom, nullptr);
-}
-
-TEST_F(Life, PassesItsConstants) {
-    run({}, "-I=12 x");
-    for (const char* call :
-         {"WIinitialise 3 1 \"-I=12\" \"x\"\n", "WIstdinit_cfg 1 \"HPGL\" 3 128 \"LANG\" \"LOGF\" \"INST\"\n",
-          "Wloadtxt 1 \"HPGL\" 26 2000 \"HTIT1\" \"ABTX01\" ", " 0 1\nSHLcreate 1 \"KEL HPGL Display\" 0 3728\n",
-          " 0 0 0 0\nCONTdrawbackground ", "WDstdopen 1 8 1\n", "Wtrace 1 \"hInst 0, hPrev 0\\n\"\n",
-          "Wtrace 1 \">>> leaving main loop: W.quit = 0\\n\"\n"}) {
-        EXPECT_NE(recorder::calls.find(call), std::string::npos) << call;
-    }
 }
 
 TEST_F(Life, SetsTheLimitsFirst) {
@@ -256,32 +323,105 @@ TEST_F(Life, WithoutSettingsWritesNoFile) {
     EXPECT_TRUE(std::filesystem::is_empty("."));
 }
 
+// ---- what could not be made -----------------------------------------------------------------------------------------
+
+struct MissingRow : NamedRow {
+    std::set<std::string> failing;
+    const char* destroyed;
+};
+
+#define FROM_HELP "HLPdestroy\nCONTdestroy\nHELPLdestroy\nACTBARdestroy\nSHLdestroy\nWdestroyobject\n"
+#define FROM_SETUP "PSSETUPdestroy\nOUTdestroy\nWdestroychild\n" FROM_HELP
+
+// clang-format off
+const MissingRow MISSING_ROWS[] = {
+    {"Nothing",        {},                    "WDstdclose\n" FROM_SETUP},
+    {"Class",          {"Wregisterclass"},    "WDstdclose\n" FROM_SETUP},
+    {"Container",      {"CONTstdcreate"},     "WDstdclose\n" FROM_SETUP},
+    {"BarPlaces",      {"SHLquerywid"},       "WDstdclose\n" FROM_SETUP},
+    {"HelpName",       {"WHLPregistername"},  "WDstdclose\n" FROM_SETUP},
+    {"Configuration",  {"WIstdinit_cfg"},     "WDstdclose\n" FROM_SETUP},
+    {"Texts",          {"Wloadtxt"},          "WDstdclose\n" FROM_SETUP},
+    {"Variables",      {"WIgetvar"},          "WDstdclose\n" FROM_SETUP},
+    {"Channel",        {"WDstdopen"},         FROM_SETUP},
+    {"PrintSetup",     {"PSSETUPcreate"},     "WDstdclose\nOUTdestroy\nWdestroychild\n" FROM_HELP},
+    {"DrawingChild",   {"Wcreatechild"},      "WDstdclose\nPSSETUPdestroy\n" FROM_HELP},
+    {"Help",           {"HLPcreate"},         "WDstdclose\nPSSETUPdestroy\nOUTdestroy\nWdestroychild\nCONTdestroy\nHELPLdestroy\nACTBARdestroy\nSHLdestroy\nWdestroyobject\n"},
+    {"HelpLine",       {"HELPLcreate"},       "WDstdclose\nPSSETUPdestroy\nOUTdestroy\nWdestroychild\nHLPdestroy\nCONTdestroy\nACTBARdestroy\nSHLdestroy\nWdestroyobject\n"},
+    {"ActionBar",      {"ACTBARcreate"},      "WDstdclose\nPSSETUPdestroy\nOUTdestroy\nWdestroychild\nHLPdestroy\nCONTdestroy\nHELPLdestroy\nSHLdestroy\nWdestroyobject\n"},
+    {"Shell",          {"SHLcreate"},         "WDstdclose\nPSSETUPdestroy\nOUTdestroy\nWdestroychild\nHLPdestroy\nHELPLdestroy\nACTBARdestroy\nWdestroyobject\n"},
+    {"MainObject",     {"Wcreateobject"},     "WDstdclose\nPSSETUPdestroy\nOUTdestroy\nWdestroychild\nHLPdestroy\nCONTdestroy\nHELPLdestroy\nACTBARdestroy\nSHLdestroy\n"},
+    {"Everything",     {"Wregisterclass", "Wcreateobject", "SHLcreate", "SHLquerywid", "ACTBARcreate", "HELPLcreate", "WHLPregistername", "HLPcreate", "Wcreatechild", "WDstdopen", "PSSETUPcreate"}, ""},
+};
+// clang-format on
+
+class Missing : public Life, public testing::WithParamInterface<MissingRow> {
+  protected:
+    // A toolkit whose Wfatalerror comes back, so that the program has to go on.
+    Missing() {
+        script.failing = GetParam().failing;
+        script.failing.insert("Wfatalerror");
+    }
+};
+
+TEST_P(Missing, IsNotDestroyed) {
+    EXPECT_EQ(run({}), 0);
+    EXPECT_EQ(namesAmong("WDstdclose\n" FROM_SETUP), GetParam().destroyed);
+    EXPECT_TRUE(recorder::calls.ends_with("\nWterminate 1\n"));
+    EXPECT_EQ(namesAmong("PSSETUPcreate\n"), "PSSETUPcreate\n");
+}
+
+TEST_P(Missing, HarmsNothing) {
+    const auto useEverything = [] {
+        for (const uint32_t kind : {0U, 1U, 4U, 5U}) {
+            for (uint32_t item = 0; item < 16; ++item) {
+                action(kind, item);
+            }
+        }
+        zoom();
+    };
+    EXPECT_EQ(run({useEverything, [] { send("PD;PA0,0,4960,4960;"); }, useEverything}), 0);
+    EXPECT_TRUE(recorder::calls.ends_with("\nWterminate 1\n"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Missing, testing::ValuesIn(MISSING_ROWS), byRowName);
+
 // ---- fatal errors ---------------------------------------------------------------------------------------------------
 
 struct FatalRow : NamedRow {
     const char* failing;      // operation
     std::size_t failingSize;  // or allocation
+    const char* before;       // the last call before the end
     const char* text;
 };
 
 // clang-format off
 constexpr FatalRow FATAL_ROWS[] = {
-    {"NoToolkit",      "WIinitialise", 0,    "Gbtmp: unable to initialize W"},
-    {"NoTextBuffer",   "",             2000, "Kein Speicher fuer Textbuffer vorhanden\n"},
-    {"NoLanguage",     "Wloadtxt",     0,    "Unable to open language file"},
-    {"NoReceiveBuffer", "",            256,  "Kein Speicher fuer wdbuff vorhanden\n"},
-    {"NoChannel",      "WDstdopen",    0,    "Kann Verbindung zum Tolk nicht initialisieren\n:"},
-    {"NoScratch",      "",             512,  "Kann Verbindung zum Tolk nicht initialisieren\n:"},
+    {"NoToolkit",       "WIinitialise", 0,    "WIstdinit_cfg",           "Gbtmp: unable to initialize W"},
+    {"NoTextBuffer",    "",             2000, "GetEnvironmentVariableA", "Kein Speicher fuer Textbuffer vorhanden\n"},
+    {"NoLanguage",      "Wloadtxt",     0,    "Wloadtxt",                "Unable to open language file"},
+    {"NoReceiveBuffer", "",             256,  "Wcreatechild",            "Kein Speicher fuer wdbuff vorhanden\n"},
+    {"NoChannel",       "WDstdopen",    0,    "WDstdopen",               "Kann Verbindung zum Tolk nicht initialisieren\n:"},
+    {"NoScratch",       "",             512,  "WDstdopen",               "Kann Verbindung zum Tolk nicht initialisieren\n:"},
 };
 // clang-format on
 
-class Fatal : public ViewerRun, public testing::WithParamInterface<FatalRow> {};
+class Fatal : public ViewerRun, public testing::WithParamInterface<FatalRow> {
+  protected:
+    // Where the calls stand at the end of the process: the name of the last before it, and the text.
+    static std::string end() {
+        const std::string calls = recorder::calls.substr(0, recorder::calls.find("\nWfatalerror "));
+        const std::string last = calls.substr(calls.rfind('\n') + 1);
+        return last.substr(0, last.find(' ')) + ", then " + recorder::messageBoxes.back();
+    }
+};
 
 TEST_P(Fatal, EndsTheProcess) {
     script.failing = {GetParam().failing};
-    script.atExit = [] { std::fputs(recorder::messageBoxes.back().c_str(), stderr); };
+    script.atExit = [] { std::fputs(end().c_str(), stderr); };
     failing_allocator::failSize(GetParam().failingSize);
-    EXPECT_EXIT(run({}), testing::ExitedWithCode(1), "^Wfatalerror: " + std::string(GetParam().text) + "$");
+    EXPECT_EXIT(run({}), testing::ExitedWithCode(1),
+                "^" + std::string(GetParam().before) + ", then Wfatalerror: " + GetParam().text + "$");
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, Fatal, testing::ValuesIn(FATAL_ROWS), byRowName);
@@ -346,31 +486,79 @@ constexpr const char* DEFAULTS[] = {"KEL HPGL Display",
                                     "Information",
                                     "Load data from TOLK/4 program"};
 
-TEST(Texts, HaveDefaults) {
-    const FreshViewer viewer;
-    std::array<char, HPGL_TEXT_BUFFER_SIZE> buffer{};
-    HPGLloadTexts(1, buffer.data());
-    for (size_t i = 0; i < std::size(DEFAULTS); ++i) {
-        EXPECT_STREQ(TheTexts.title[i], DEFAULTS[i]);
+constexpr const char* KEYS[] = {"HTIT1",  "ABTX01", "ABTX02", "ABTX03", "ABTX04", "ABTX05", "ABTX06",
+                                "ABTX07", "ABTX08", "ABTX15", "ABTX16", "ABTX17", "ABTX18", "ABTX24",
+                                "ABTX19", "ABTX20", "ABTX21", "ABTX22", "ABTX23", "HLTX01", "HLTX02",
+                                "HLTX03", "HLTX04", "HLTX05", "LOAD01", "LOAD02"};
+static_assert(std::size(KEYS) == std::size(DEFAULTS));
+
+class Texts : public testing::Test {
+  protected:
+    // By position: title, action bar, help line, load panel.
+    std::vector<std::string> load() {
+        HPGLloadTexts(1, buffer_.data());
+        std::vector<std::string> texts(TheTexts.title, TheTexts.title + HPGL_TITLE_TEXTS);
+        texts.insert(texts.end(), TheTexts.actionBar, TheTexts.actionBar + HPGL_ACTION_BAR_TEXTS);
+        texts.insert(texts.end(), TheTexts.helpLine, TheTexts.helpLine + HPGL_HELP_LINE_TEXTS);
+        texts.insert(texts.end(), TheTexts.loadPanel, TheTexts.loadPanel + HPGL_LOAD_PANEL_TEXTS);
+        return texts;
     }
-    EXPECT_STREQ(TheTexts.actionBar[0], "~Graphic");
-    EXPECT_STREQ(TheTexts.helpLine[0], "F1=Help");
-    EXPECT_STREQ(TheTexts.loadPanel[0], "Information");
-    EXPECT_EQ(recorder::calls,
-              "Wloadtxt 1 \"HPGL\" 26 2000 \"HTIT1\" \"ABTX01\" \"ABTX02\" \"ABTX03\" \"ABTX04\" \"ABTX05\" \"ABTX06\" "
-              "\"ABTX07\" \"ABTX08\" \"ABTX15\" \"ABTX16\" \"ABTX17\" \"ABTX18\" \"ABTX24\" \"ABTX19\" \"ABTX20\" "
-              "\"ABTX21\" \"ABTX22\" \"ABTX23\" \"HLTX01\" \"HLTX02\" \"HLTX03\" \"HLTX04\" \"HLTX05\" \"LOAD01\" "
-              "\"LOAD02\"\n");
+    static std::vector<std::string> defaults() { return {std::begin(DEFAULTS), std::end(DEFAULTS)}; }
+
+  private:
+    FreshViewer viewer_;
+    std::array<char, HPGL_TEXT_BUFFER_SIZE> buffer_{};
+};
+
+TEST_F(Texts, HaveDefaults) {
+    EXPECT_EQ(load(), defaults());
+    EXPECT_EQ(TheTexts.actionBar - TheTexts.title, 1);
+    EXPECT_EQ(TheTexts.helpLine - TheTexts.actionBar, 18);
+    EXPECT_EQ(TheTexts.loadPanel - TheTexts.helpLine, 5);
 }
 
-TEST(Texts, AreReplacedOneByOne) {
-    const FreshViewer viewer;
-    std::array<char, HPGL_TEXT_BUFFER_SIZE> buffer{};
-    script.texts["ABTX17"] = "Ganzes ~Bild";
-    HPGLloadTexts(1, buffer.data());
-    EXPECT_STREQ(TheTexts.actionBar[10], "Ganzes ~Bild");
-    EXPECT_STREQ(TheTexts.actionBar[9], "~Back");
-    EXPECT_STREQ(TheTexts.actionBar[11], "~Last Zoom");
+TEST_F(Texts, AreReplacedOneByOne) {
+    for (size_t i = 0; i < std::size(KEYS); ++i) {
+        script.texts = {{KEYS[i], "ein Text"}};
+        std::vector<std::string> expected = defaults();
+        expected[i] = "ein Text";
+        EXPECT_EQ(load(), expected) << KEYS[i];
+    }
+}
+
+TEST_F(Texts, AreReplacedAltogether) {
+    for (const char* key : KEYS) {
+        script.texts[key] = std::string("ein Text: ") + key;
+    }
+    const std::vector<std::string> texts = load();
+    ASSERT_EQ(texts.size(), std::size(KEYS));
+    for (size_t i = 0; i < texts.size(); ++i) {
+        EXPECT_EQ(texts[i], std::string("ein Text: ") + KEYS[i]);
+    }
+}
+
+TEST_F(Texts, AreDefaultsWhereTheBufferIsFull) {
+    script.texts = {{"HTIT1", std::string(1990, 't')}, {"ABTX01", "~Grafik, lang"}, {"LOAD01", "kurz"}};
+    std::vector<std::string> expected = defaults();
+    expected[0] = std::string(1990, 't');
+    expected[24] = "kurz";
+    EXPECT_EQ(load(), expected);
+}
+
+// Of a toolkit whose Wfatalerror comes back.
+TEST_F(Texts, AreDefaultsWithoutALanguageFile) {
+    script.quiet = true;
+    script.failing = {"Wloadtxt", "Wfatalerror"};
+    EXPECT_EQ(load(), defaults());
+    EXPECT_EQ(recorder::messageBoxes, std::vector<std::string>{"Wfatalerror: Unable to open language file"});
+}
+
+TEST_F(Texts, AreNotLoadedWithoutABuffer) {
+    script.quiet = true;
+    script.failing = {"Wfatalerror"};
+    HPGLloadTexts(1, nullptr);
+    EXPECT_EQ(recorder::calls, "Wfatalerror 1 \"Kein Speicher fuer Textbuffer vorhanden\\n\"\n");
+    EXPECT_STREQ(TheTexts.title[25], "Load data from TOLK/4 program");
 }
 
 }  // namespace

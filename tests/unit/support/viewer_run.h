@@ -16,6 +16,7 @@
 #include "scratch_folder.h"
 #include "shell_state.h"
 #include "winmain.h"
+#include "zoom.h"
 
 using Turn = std::function<void()>;
 
@@ -73,7 +74,45 @@ class ViewerRun : public testing::Test {
         return result;
     }
 
+    // The lines of some calls but for those of the operations named.
+    static std::string without(const std::set<std::string>& names, const std::string& calls) {
+        std::istringstream lines(calls);
+        std::string result;
+        for (std::string line; std::getline(lines, line);) {
+            if (!names.contains(line.substr(0, line.find(' ')))) result.append(line).append("\n");
+        }
+        return result;
+    }
+
     FreshViewer viewer;
     ScratchFolder folder;
     failing_allocator::Guard guard;
+};
+
+// The same with a picture shown: a square of 0 to 4960 in 496 usable pixels, ten units a pixel.
+class PictureRun : public ViewerRun {
+  protected:
+    static void withPicture(const Turn& turn) {
+        run({[] { send("PD;PA0,0,4960,4960;"); }, turn});
+    }
+    // The rectangle shown.
+    static std::string view() {
+        ZoomRect rect = {};
+        HPGLgetZoomRect(TheZoom, &rect.MinX, &rect.MinY, &rect.MaxX, &rect.MaxY);
+        return std::to_string(rect.MinX) + ' ' + std::to_string(rect.MinY) + ' ' + std::to_string(rect.MaxX) + ' ' +
+               std::to_string(rect.MaxY);
+    }
+    static void paint(WHandle object) { recorder::deliver(object, W_MSG_PAINT); }
+    static std::string paintCalls() {
+        return withoutFonts(callsOf([] { paint(TheDisplay.Window); }));
+    }
+    // Every pass looks for fonts, with a new handle each time.
+    static std::string withoutFonts(const std::string& calls) {
+        return without({"GetDC", "EnumFontFamiliesA", "ReleaseDC"}, calls);
+    }
+    // What clearing the drawing child calls.
+    static std::string background() {
+        return "OUTquerysize\nOUTreset\nOUTfillcolour 0\nOUTboxr2 0 0 500 500\nWupdate " +
+               std::to_string(TheDisplay.Window) + " 1\n";
+    }
 };
