@@ -28,6 +28,15 @@ QImage blank(QSize size) {
     return image;
 }
 
+// One pixel wide and one more to the right and below, like every outline. Sides are filled: QPainter's own outline
+// leaves out a corner when two sides that do not meet there are outside.
+void paintOutline(QPainter& painter, const QRectF& box, const QColor& colour) {
+    painter.fillRect(QRectF(box.left(), box.top(), box.width() + 1, 1), colour);
+    painter.fillRect(QRectF(box.left(), box.bottom(), box.width() + 1, 1), colour);
+    painter.fillRect(QRectF(box.left(), box.top(), 1, box.height() + 1), colour);
+    painter.fillRect(QRectF(box.right(), box.top(), 1, box.height() + 1), colour);
+}
+
 }  // namespace
 
 ScreenSurface::ScreenSurface(Refresher refresher) : refresher_(std::move(refresher)) {
@@ -57,11 +66,11 @@ void ScreenSurface::clear() {
 
 void ScreenSurface::show(QPainter& painter) const {
     painter.drawImage(0, 0, shown_);
-    painter.setBrush(Qt::NoBrush);
     for (const auto& [box, colour] : trackBoxes_) {
-        painter.setPen(QPen(QColor::fromRgb(colour), 1));
-        painter.drawRect(QRectF(static_cast<double>(box.x) + 0.5, fromTop(box.y + box.height),
-                                static_cast<double>(box.width), static_cast<double>(box.height)));
+        paintOutline(painter,
+                     QRectF(static_cast<double>(box.x), fromTop(box.y + box.height), static_cast<double>(box.width),
+                            static_cast<double>(box.height)),
+                     QColor::fromRgb(colour));
     }
 }
 

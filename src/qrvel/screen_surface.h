@@ -65,7 +65,7 @@ class ScreenSurface final : public OutputDevice {
     }
     void showProgress();
     void bringUpToDate();
-    double fromTop(int64_t y) const { return area_.height - 0.5 - static_cast<double>(y); }
+    double fromTop(int64_t y) const { return area_.height - 1 - static_cast<double>(y); }
 
     Refresher refresher_;
     QImage drawn_;
