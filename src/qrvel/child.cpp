@@ -51,7 +51,8 @@ void ChildWidget::paintEvent(QPaintEvent* /*event*/) {
 }
 
 QPoint ChildWidget::devicePosition(const QMouseEvent& event) const {
-    const QPointF position = event.position() * devicePixelRatioF();
+    // Not the event's own position, which is whole logical pixels in a widget within the window.
+    const QPointF position = mapFrom(window(), event.scenePosition()) * devicePixelRatioF();
     const auto fromTop = static_cast<int>(std::floor(position.y()));
     return {static_cast<int>(std::floor(position.x())), deviceSize().height() - 1 - fromTop};
 }
