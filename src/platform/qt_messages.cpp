@@ -39,6 +39,16 @@ BOOL postToOther(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     return sent ? 1 : 0;
 }
 
+// Whoever is told that there is no such window sends nothing; without a server, that is said here.
+bool isOthersWindow(HWND window) {
+    if (x11::isWindow(pump::numberOf(window))) return true;
+    if (!x11::isReachable()) {
+        std::fprintf(stderr, "no message is sent to window %llu: no X11 display answers\n",
+                     static_cast<unsigned long long>(pump::numberOf(window)));
+    }
+    return false;
+}
+
 }  // namespace
 
 namespace pump {
@@ -102,5 +112,5 @@ void PostQuitMessage(int status) {
 
 BOOL IsWindow(HWND window) {
     if (window == nullptr) return 0;
-    return isOwnWindow(window) || x11::isWindow(pump::numberOf(window)) ? 1 : 0;
+    return isOwnWindow(window) || isOthersWindow(window) ? 1 : 0;
 }
