@@ -9,6 +9,9 @@ import time
 from picture import Picture
 
 PATIENCE = 30.0  # seconds until a state that does not come is a failure; a loaded machine is slow
+SCREEN = 1920, 1200  # pixels; room for the viewer at twice its size
+TITLE = "KEL HPGL Display"
+WHITE = b"\xff\xff\xff"
 
 
 def wait_for(what, condition):
@@ -18,18 +21,21 @@ def wait_for(what, condition):
         answer = condition()
         if answer:
             return answer
-        time.sleep(0.05)
+        time.sleep(0.02)
     raise AssertionError(f"waited {PATIENCE:.0f} s for {what}")
 
 
 class Desktop:
     """Xvfb and openbox; a context manager."""
 
+    test = "none"  # the one that runs
+
     def __enter__(self):
         self.stack = contextlib.ExitStack()
         read, write = os.pipe()
-        self.server = self.start(["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x1024x24", "-nolisten", "tcp"],
-                                 pass_fds=[write])
+        size = "x".join(map(str, SCREEN))
+        self.start(["Xvfb", "-displayfd", str(write), "-screen", "0", f"{size}x24", "-nolisten", "tcp"],
+                   pass_fds=[write])
         os.close(write)
         with os.fdopen(read) as number:
             self.display = ":" + number.readline().strip()
@@ -48,92 +54,176 @@ class Desktop:
         return process
 
     def ask(self, *command):
-        done = subprocess.run(command, env=self.environment, capture_output=True, check=False, timeout=PATIENCE)
+        done = subprocess.run(list(map(str, command)), env=self.environment, capture_output=True, check=False,
+                              timeout=PATIENCE)
         return done.stdout.decode("utf-8", "replace").strip()
+
+    def xdotool(self, *words):
+        return self.ask("xdotool", *words).split()
 
     def stacking(self):
         """The windows' numbers, the one in front last."""
         return [int(word, 16) for word in re.findall(r"0x[0-9a-f]+", self.ask("xprop", "-root",
                                                                              "_NET_CLIENT_LIST_STACKING"))]
 
-    def viewer(self, program, *arguments, stdin=subprocess.DEVNULL, folder=None):
-        return Viewer(self, program, arguments, stdin, folder)
+    def save(self, name):
+        """A picture of the whole screen."""
+        pathlib.Path(name).parent.mkdir(parents=True, exist_ok=True)
+        self.ask("import", "-silent", "-window", "root", name)
+
+    def viewer(self, program, *arguments, stdin=subprocess.DEVNULL, folder=None, environment=None):
+        return Viewer(self, [str(program), *map(str, arguments)], stdin, folder, environment or {})
+
+
+class Window:
+    """One window on the desktop."""
+
+    def __init__(self, desktop, number):
+        self.desktop = desktop
+        self.number = number
+
+    def geometry(self):
+        """x, y, width, height of its inside on the screen."""
+        lines = self.desktop.ask("xwininfo", "-id", self.number).splitlines()
+        values = dict(line.strip().split(":", 1) for line in lines if ":" in line)
+        return tuple(int(values[name]) for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+
+    def numbers(self, name):
+        """The numbers of one of its properties, in the order in which xprop writes them."""
+        return [int(word) for word in re.findall(r"-?\b\d+\b", self.desktop.ask("xprop", "-id", self.number, name)
+                                                 .split("=", 1)[-1])]
+
+    def frame(self):
+        """x, y, width, height with the window manager's frame."""
+        left, right, top, bottom = self.numbers("_NET_FRAME_EXTENTS")
+        x, y, width, height = self.geometry()
+        return x - left, y - top, width + left + right, height + top + bottom
+
+    def resize(self, width, height):
+        """Asks for another size, and does not wait for it."""
+        self.desktop.xdotool("windowsize", self.number, width, height)
+
+    def picture(self):
+        """Its inside; None while there is nothing of it to be had."""
+        done = subprocess.run(["import", "-silent", "-window", str(self.number), "-depth", "8", "ppm:-"],
+                              env=self.desktop.environment, capture_output=True, check=False, timeout=PATIENCE)
+        return read_ppm(done.stdout)
+
+    def close_button(self):
+        """What the window manager's close button does."""
+        self.desktop.ask("wmctrl", "-i", "-c", self.number)
+
+    def is_active(self):
+        return self.desktop.xdotool("getactivewindow") == [str(self.number)]
 
 
 class Viewer:
-    """The viewer's process and its window; a context manager."""
+    """The viewer's process and its windows; a context manager.
 
-    TITLE = "KEL HPGL Display"
+    Coordinates are those of the drawing: pixels of the screen from its lower left corner, y growing upward.
+    """
 
-    def __init__(self, desktop, program, arguments, stdin, folder):
+    def __init__(self, desktop, command, stdin, folder, environment):
         self.desktop = desktop
-        self.command = [str(program), *map(str, arguments)]
+        self.command = command
         self.stdin = stdin
         self.folder = folder
+        self.environment = {**desktop.environment, **environment}
+        self.main = None
+        self.bars = None  # heights of the bars above and below the drawing; None until a picture of it was right
 
     def __enter__(self):
         self.process = subprocess.Popen(self.command, stdin=self.stdin, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                        env=self.desktop.environment, cwd=self.folder)
+                                        env=self.environment, cwd=self.folder)
         return self
 
-    def __exit__(self, *error):
+    def __exit__(self, error, *_):
+        if error:
+            self.desktop.save(f"gui-failures/{self.desktop.test}.png")
         if self.process.poll() is None:
             self.process.kill()
         self.process.communicate()
 
-    def window(self):
-        """The main window's number, as soon as it shows."""
-        def find():
-            if self.process.poll() is not None:
-                raise AssertionError(f"the viewer ended: {self.process.returncode} {self.process.stderr.read()}")
-            found = self.desktop.ask("xdotool", "search", "--onlyvisible", "--pid", str(self.process.pid), "--name",
-                                     f"^{self.TITLE}$").split()
-            return found[0] if found else None
-        return wait_for("the window", find)
+    def windows(self, title):
+        """Those that show now."""
+        if self.process.poll() is not None:
+            raise AssertionError(f"the viewer ended: {self.process.returncode} {self.process.stderr.read()}")
+        found = self.desktop.xdotool("search", "--all", "--onlyvisible", "--pid", self.process.pid, "--name",
+                                     f"^{re.escape(title)}$")
+        return [Window(self.desktop, number) for number in found]
 
-    def geometry(self):
-        """x, y, width, height of the window's inside on the screen."""
-        lines = self.desktop.ask("xwininfo", "-id", self.window()).splitlines()
-        values = dict(line.strip().split(":", 1) for line in lines if ":" in line)
-        return tuple(int(values[name]) for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+    def window(self, title=TITLE):
+        """The one with that title, as soon as it shows."""
+        if title != TITLE:
+            return wait_for(f"the window {title}", lambda: self.windows(title))[0]
+        self.main = self.main or wait_for("the window", lambda: self.windows(TITLE))[0]
+        return self.main
 
-    def frame(self):
-        """x, y of the window's frame on the screen."""
-        left, _, top, _ = (int(word) for word in
-                           self.desktop.ask("xprop", "-id", self.window(), "_NET_FRAME_EXTENTS")
-                           .split("=")[1].split(","))
-        x, y, _, _ = self.geometry()
-        return x - left, y - top
-
-    def resize(self, width, height):
-        self.desktop.ask("xdotool", "windowsize", "--sync", self.window(), str(width), str(height))
-
-    def drag(self, x1, y1, x2, y2):
-        """With the left button; in device coordinates, y growing upward."""
-        left, top, _, height = self.geometry()
-        bottom = top + height - 1
-        for x, y, action in ((x1, y1, "mousedown"), ((x1 + x2) // 2, (y1 + y2) // 2, None), (x2, y2, "mouseup")):
-            self.desktop.ask("xdotool", "mousemove", "--sync", str(left + x), str(bottom - y))
-            if action:
-                self.desktop.ask("xdotool", action, "1")
+    def wait_for_picture(self, is_right):
+        """Asks until the answer about the drawing is true."""
+        def look():
+            shown = self.window().picture()
+            bars = self.bars or (shown and bars_around(shown))
+            if not bars or not is_right(between(shown, bars)):
+                return False
+            self.bars = bars
+            return True
+        wait_for("the right picture", look)
 
     def picture(self):
-        """The window's inside; None while there is nothing of it to be had."""
-        done = subprocess.run(["import", "-silent", "-window", self.window(), "-depth", "8", "ppm:-"],
-                              env=self.desktop.environment, capture_output=True, check=False, timeout=PATIENCE)
-        return read_ppm(done.stdout)
+        """The drawing as it is now."""
+        return between(self.window().picture(), self.bars)
 
-    def save(self, name):
-        pathlib.Path(name).parent.mkdir(parents=True, exist_ok=True)
-        subprocess.run(["import", "-silent", "-window", self.window(), str(name)], env=self.desktop.environment,
-                       check=False, timeout=PATIENCE)
+    def resize(self, width, height):
+        """Makes the drawing that large."""
+        size = width, height + sum(self.bars)
+        self.window().resize(*size)
+        wait_for("the size", lambda: self.window().geometry()[2:] == size)
 
-    def close_button(self):
-        """What the window manager's close button does."""
-        self.desktop.ask("wmctrl", "-i", "-c", self.window())
+    def place(self, x, y):
+        """A point of the drawing as xdotool's words for a place on the screen."""
+        left, top, _, height = self.window().geometry()
+        return left + x, top + height - self.bars[1] - 1 - y
 
-    def wait(self):
-        return self.process.wait(timeout=PATIENCE)
+    def mouse(self, x, y, *words):
+        """Moves the mouse there; then whatever xdotool can do."""
+        self.desktop.xdotool("mousemove", *self.place(x, y), *words)
+
+    def start_drag(self, x1, y1, x2, y2):
+        """From one point to the other, with the left button, which stays down."""
+        self.mouse(x1, y1, "mousedown", 1)
+        self.mouse((x1 + x2) // 2, (y1 + y2) // 2)
+        self.mouse(x2, y2)
+
+    def release(self):
+        self.desktop.xdotool("mouseup", 1)
+
+    def drag(self, *points):
+        self.start_drag(*points)
+        self.release()
+
+    def end(self):
+        """Asks it to end, and answers what it wrote on standard error."""
+        self.process.terminate()
+        return self.outcome(0)
+
+    def outcome(self, status):
+        """Waits until it ends with that status, and answers what it wrote on standard error."""
+        _, said = self.process.communicate(timeout=PATIENCE)
+        if self.process.returncode != status:
+            raise AssertionError(f"the viewer ended with {self.process.returncode}: {said}")
+        return said.decode("utf-8", "replace")
+
+
+def bars_around(shown):
+    """Heights of what is above and below the drawing: at the window's left edge the paper is white, and a bar is not."""
+    white = [y for y in range(shown.height) if shown.pixel(0, y) == WHITE]
+    return (white[0], shown.height - 1 - white[-1]) if white else None
+
+
+def between(shown, bars):
+    above, below = bars
+    return Picture(shown.width, shown.height - above - below, shown.rows[above:shown.height - below])
 
 
 def read_ppm(data):

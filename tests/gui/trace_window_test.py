@@ -1,0 +1,104 @@
+#!/usr/bin/env python3
+"""The trace in a window; see suite.py."""
+from suite import KELHPGL, SCREEN, WHITE, expect_picture, run_all, wait_for
+
+NAME = "dev_hp00.log"
+FRAME = 32  # pixels of height that the viewer allows for a window's frame; what it really has is not known in time
+BESIDE = {"KELGTRACE_WINX": "700"}  # the main window
+
+
+def traced(desktop, plot, **settings):
+    return desktop.viewer(KELHPGL, plot, folder=plot.parent, environment={**BESIDE, **settings})
+
+
+def expect_place(window, x, y, width, height):
+    """Of the frame, y being what is left free at the bottom; of the inside."""
+    assert window.geometry()[2:] == (width, height), window.geometry()
+    wait_for("its place", lambda: window.frame()[:2] == (x, SCREEN[1] - y - height - FRAME))
+
+
+def inked_rows(picture):
+    return [y for y, row in enumerate(picture.rows) if row != WHITE * picture.width]
+
+
+def has_place_and_size_of_the_settings(desktop, plot):
+    with traced(desktop, plot, KELGTRACE="3", KELGTRACE_WINHT="220", KELGTRACE_WINWD="333", KELGTRACE_WINX="720",
+                KELGTRACE_WINY="40") as viewer:
+        expect_place(viewer.window(NAME), 720, 40, 333, 220)
+        expect_picture(viewer, plot)
+
+
+def is_800_pixels_wide_by_itself(desktop, plot):
+    """Without a trace file, whose name it has all the same, and where no width is given or 0."""
+    for settings in {}, {"KELGTRACE_WINWD": "0"}, {"KELGTRACE_WINWD": "0", "DGTRACE": "3"}:
+        with traced(desktop, plot, KELGTRACE="1", KELGTRACE_WINHT="100", **settings) as viewer:
+            expect_place(viewer.window(NAME), 700, 0, 800, 100)
+            viewer.end()
+
+
+def is_500_x_250_beside_a_trace_file(desktop, plot):
+    with traced(desktop, plot, KELGTRACE="2", DGTRACE="1") as viewer:
+        expect_place(viewer.window(NAME), 700, 0, 500, 250)
+        expect_picture(viewer, plot)
+        viewer.end()
+
+
+def stands_on_the_screens_bottom_edge(desktop, plot):
+    """As near as the window manager's real frame comes to the one that is allowed for."""
+    with traced(desktop, plot, KELGTRACE="2", KELGTRACE_WINHT="200", KELGTRACE_WINY="0") as viewer:
+        window = viewer.window(NAME)
+        expect_place(window, 700, 0, 800, 200)
+        _, y, _, height = window.frame()
+        assert SCREEN[1] - FRAME < y + height <= SCREEN[1], (y, height)
+
+
+def is_not_shown_without_a_height(desktop, plot):
+    for settings in {"KELGTRACE_WINHT": "0"}, {}, {"KELGTRACE_WINHT": "0", "DGTRACE": "3"}:
+        with traced(desktop, plot, KELGTRACE="3", **settings) as viewer:
+            expect_picture(viewer, plot)
+            assert len(desktop.stacking()) == 1, desktop.stacking()
+            viewer.end()
+
+
+def the_newest_line_is_at_the_bottom(desktop, plot):
+    """At level 1, the start is a line and a click another."""
+    with traced(desktop, plot, KELGTRACE="1", KELGTRACE_WINHT="200", KELGTRACE_WINWD="600") as viewer:
+        expect_picture(viewer, plot)
+        window = viewer.window(NAME)
+        before = wait_for("the first line", lambda: inked_rows(window.picture()) and window.picture())
+        first = inked_rows(before)
+        assert 200 - 20 < first[0] and first[-1] < 200, first
+        line = before.rows[first[0]:first[-1] + 1]
+        assert b"\0\0\0" in b"".join(line), "no black text"
+        viewer.mouse(200, 200, "click", 1)
+        wait_for("the second line", lambda: inked_rows(window.picture())[0] < 200 - 20)
+        after = window.picture()
+        top = inked_rows(after)[0]
+        assert after.rows[top:top + len(line)] == line, "the first line has not gone up"
+        assert first[0] - top <= 20 and inked_rows(after)[-1] > top + len(line), "no second line below"
+
+
+def it_does_not_take_the_focus(desktop, plot):
+    with traced(desktop, plot, KELGTRACE="3", KELGTRACE_WINHT="200") as viewer:
+        viewer.window(NAME)
+        wait_for("the main window's focus", viewer.window().is_active)
+
+
+def closing_it_ends_the_viewer(desktop, plot):
+    with traced(desktop, plot, KELGTRACE="3", KELGTRACE_WINHT="200") as viewer:
+        expect_picture(viewer, plot)
+        viewer.window(NAME).close_button()
+        viewer.outcome(0)
+
+
+def it_goes_with_the_main_window(desktop, plot):
+    with traced(desktop, plot, KELGTRACE="3", KELGTRACE_WINHT="200") as viewer:
+        expect_picture(viewer, plot)
+        viewer.window().close_button()
+        viewer.outcome(0)
+    assert not desktop.stacking()
+
+
+run_all(has_place_and_size_of_the_settings, is_800_pixels_wide_by_itself, is_500_x_250_beside_a_trace_file,
+        stands_on_the_screens_bottom_edge, is_not_shown_without_a_height, the_newest_line_is_at_the_bottom,
+        it_does_not_take_the_focus, closing_it_ends_the_viewer, it_goes_with_the_main_window)
