@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPointingDevice>
 #include <QThread>
+#include <algorithm>
 #include <utility>
 
 #include "event_message.h"
@@ -24,6 +25,14 @@ std::unique_ptr<QEvent> cloneOf(const QEvent& event) {
     std::unique_ptr<QEvent> clone(event.clone());
     if (event.isSinglePointEvent()) detachPoint(static_cast<const QSinglePointEvent&>(event));
     return clone;
+}
+
+// A modifier by itself means nothing to the viewer, and must not come late: Alt closes the menu that Alt and a letter
+// have opened, which Qt sees to at once.
+bool isModifier(const QEvent& event) {
+    if (event.type() != QEvent::KeyPress && event.type() != QEvent::KeyRelease) return false;
+    const int key = static_cast<const QKeyEvent&>(event).key();
+    return (key >= Qt::Key_Shift && key <= Qt::Key_Alt) || key == Qt::Key_AltGr;
 }
 
 // Answered when there is nothing to wait for.
@@ -107,12 +116,18 @@ void MessageQueue::watchApplication() {
     if (m_watched != nullptr) m_watched->installEventFilter(this);
 }
 
+bool MessageQueue::inputWaits() const {
+    return std::any_of(m_waiting.begin(), m_waiting.end(),
+                       [](const std::unique_ptr<Waiting>& one) { return one->event != nullptr; });
+}
+
 // Only what reaches a window while nothing but next() waits. A modal loop or an open menu gets its input at once:
-// nobody would fetch it from the queue.
+// nobody would fetch it from the queue. But nothing overtakes what was typed before the menu opened.
 bool MessageQueue::takes(const QObject& receiver, const QEvent& event) const {
-    return receiver.isWindowType() && isInputEvent(event) && &event != m_passing &&
-           QThread::currentThread()->loopLevel() == 0 && QApplication::activeModalWidget() == nullptr &&
-           QApplication::activePopupWidget() == nullptr;
+    if (!receiver.isWindowType() || !isInputEvent(event) || isModifier(event) || &event == m_passing) return false;
+    if (QThread::currentThread()->loopLevel() > 0) return false;
+    const bool isFree = QApplication::activeModalWidget() == nullptr && QApplication::activePopupWidget() == nullptr;
+    return isFree || inputWaits();
 }
 
 void MessageQueue::take(QWindow& receiver, const QEvent& event) {

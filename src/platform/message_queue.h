@@ -44,6 +44,7 @@ class MessageQueue : public QObject {
 
     static std::unique_ptr<Waiting> waiting(const MSG& message, const QEvent* event, QWindow* receiver);
     void watchApplication();
+    bool inputWaits() const;
     bool takes(const QObject& receiver, const QEvent& event) const;
     void take(QWindow& receiver, const QEvent& event);
     void wake() const;
