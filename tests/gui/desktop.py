@@ -11,6 +11,7 @@ from picture import Picture
 PATIENCE = 30.0  # seconds until a state that does not come is a failure; a loaded machine is slow
 SCREEN = 1920, 1200  # pixels; room for the viewer at twice its size
 TITLE = "KEL HPGL Display"
+KEYBOARD = "pc+us+macintosh_vndr/apple(alukbd)"  # one with F15
 WHITE = b"\xff\xff\xff"
 
 
@@ -34,8 +35,8 @@ class Desktop:
         self.stack = contextlib.ExitStack()
         read, write = os.pipe()
         size = "x".join(map(str, SCREEN))
-        self.start(["Xvfb", "-displayfd", str(write), "-screen", "0", f"{size}x24", "-nolisten", "tcp"],
-                   pass_fds=[write])
+        self.start(["Xvfb", "-displayfd", str(write), "-screen", "0", f"{size}x24", "-nolisten", "tcp",
+                    "-noreset"], pass_fds=[write])
         os.close(write)
         with os.fdopen(read) as number:
             self.display = ":" + number.readline().strip()
@@ -43,6 +44,7 @@ class Desktop:
         self.environment.pop("WAYLAND_DISPLAY", None)
         self.start(["openbox"], env=self.environment)
         wait_for("the window manager", lambda: "window id" in self.ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
+        self.ask("setxkbmap", "-symbols", KEYBOARD)
         return self
 
     def __exit__(self, *error):
@@ -109,9 +111,18 @@ class Window:
                               env=self.desktop.environment, capture_output=True, check=False, timeout=PATIENCE)
         return read_ppm(done.stdout)
 
+    def click(self, x, y):
+        """With the left button; from its upper left corner."""
+        left, top, _, _ = self.geometry()
+        self.desktop.xdotool("mousemove", left + x, top + y, "click", 1)
+
     def close_button(self):
         """What the window manager's close button does."""
         self.desktop.ask("wmctrl", "-i", "-c", self.number)
+
+    def activate(self):
+        """Asks for the focus, and does not wait for it."""
+        self.desktop.xdotool("windowactivate", self.number)
 
     def is_active(self):
         return self.desktop.xdotool("getactivewindow") == [str(self.number)]
@@ -144,12 +155,22 @@ class Viewer:
             self.process.kill()
         self.process.communicate()
 
-    def windows(self, title):
-        """Those that show now."""
+    def expect_alive(self):
         if self.process.poll() is not None:
             raise AssertionError(f"the viewer ended: {self.process.returncode} {self.process.stderr.read()}")
-        found = self.desktop.xdotool("search", "--all", "--onlyvisible", "--pid", self.process.pid, "--name",
-                                     f"^{re.escape(title)}$")
+
+    def windows(self, title):
+        """Those that show now."""
+        return self.search(f"^{re.escape(title)}$")
+
+    def popups(self):
+        """The menus that show now: windows that the window manager leaves alone."""
+        return [window for window in self.search(".*")
+                if "Override Redirect State: yes" in self.desktop.ask("xwininfo", "-id", window.number)]
+
+    def search(self, pattern):
+        self.expect_alive()
+        found = self.desktop.xdotool("search", "--all", "--onlyvisible", "--pid", self.process.pid, "--name", pattern)
         return [Window(self.desktop, number) for number in found]
 
     def window(self, title=TITLE):
@@ -162,6 +183,7 @@ class Viewer:
     def wait_for_picture(self, is_right):
         """Asks until the answer about the drawing is true."""
         def look():
+            self.expect_alive()
             shown = self.window().picture()
             bars = self.bars or (shown and bars_around(shown))
             if not bars or not is_right(between(shown, bars)):

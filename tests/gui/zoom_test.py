@@ -111,7 +111,7 @@ def the_loss_of_the_focus_breaks_a_drag_off(desktop, plot):
             desktop.xdotool("windowmove", other.window().number, 900, 300)
 
             def lose_the_focus():
-                desktop.xdotool("windowactivate", other.window().number)
+                other.window().activate()
                 wait_for("the other's focus", other.window().is_active)
             expect_broken_off(viewer, plot, lose_the_focus)
 
