@@ -135,8 +135,10 @@ int32_t HELPLmake_hlpl(WHandle helpLine, WHandle object, uint32_t /*set*/) {
     found->object = object;
     if (found->row != nullptr) return 1;  // made before, and the texts are the same
     found->row = makeRow(*found);
-    shell->window->statusBar()->setSizeGripEnabled(false);
-    shell->window->statusBar()->addWidget(found->row, 1);
+    QStatusBar* place = shell->window->statusBar();
+    place->setSizeGripEnabled(false);
+    place->addWidget(found->row, 1);
+    place->setMinimumWidth(found->row->minimumSizeHint().width());  // a key must not lose its text
     return 1;
 }
 
