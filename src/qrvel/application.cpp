@@ -59,6 +59,11 @@ void quitApplication() {
     running->messages.wake();
 }
 
+void endProcess(int32_t status) {
+    if (running != nullptr && running->exitProcedure != nullptr) running->exitProcedure(running->handle, status);
+    ExitProcess(static_cast<UINT>(status));
+}
+
 bool isUnattended() {
     const QString platform = QGuiApplication::platformName();
     return platform == "offscreen" || platform == "minimal";
@@ -113,9 +118,7 @@ int32_t Wregexitproc(WHandle app, WExitProc proc) {
 
 void Wfatalerror(WHandle /*app*/, const char* text) {
     showFatalNotice(text);
-    const Application* ended = application();
-    if (ended != nullptr && ended->exitProcedure != nullptr) ended->exitProcedure(ended->handle, 1);
-    ExitProcess(1);
+    endProcess(1);
 }
 
 void Wterminate(WHandle app) {

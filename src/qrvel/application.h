@@ -42,6 +42,9 @@ Application* application();
 // Sets the quit flag and wakes the loop.
 void quitApplication();
 
+// Tells whoever is to be told (Wregexitproc) and ends the process at once.
+[[noreturn]] void endProcess(int32_t status);
+
 // Whether nobody looks: the picture goes to a file, and windows must not be waited for.
 bool isUnattended();
 

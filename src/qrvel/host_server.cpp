@@ -9,6 +9,7 @@
 #include <chrono>
 #include <cstring>
 
+#include "application.h"
 #include "notices.h"
 #include "own_texts.h"
 #include "protocol.h"
@@ -38,7 +39,11 @@ bool HostServer::listen(const QByteArray& name) {
     if (!makeFolder(folder)) return refuse(path, "its folder is not this user's alone");
     lock_ = std::make_unique<QLockFile>(path + ".lock");
     lock_->setStaleLockTime(std::chrono::milliseconds(0));  // only the end of its owner makes a lock stale
-    if (!lock_->tryLock()) return refuse(path, "another viewer has that name");
+    if (!lock_->tryLock()) {
+        // Nothing that a user must be asked about: hosts that start a viewer at the same time find the other one.
+        refuse(path, "another viewer has that name");
+        endProcess(1);
+    }
     QLocalServer::removeServer(path);  // left by a viewer that crashed
     setSocketOptions(UserAccessOption);
     return QLocalServer::listen(path) || refuse(path, errorString());
