@@ -54,3 +54,9 @@ inline int32_t truncToInt(float value) {
 inline int32_t scaleCoordinate(int32_t value, float factor) {
     return truncToInt(static_cast<float>(value) * factor);
 }
+
+// The nearest whole number, of a value within 2^51: where a double has no room for a fraction, addition rounds.
+inline double nearestWhole(double value) {
+    constexpr double NO_FRACTION = 0x1.8p52;
+    return (value + NO_FRACTION) - NO_FRACTION;
+}

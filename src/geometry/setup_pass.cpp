@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <numbers>
 
 #include "arithmetic.h"
 #include "compact_code_reader.h"
@@ -45,7 +46,6 @@ struct Walk {
     int32_t scalingSet = 0;
     Extents extents;
     StepAllowance allowance;
-    EllipseWalk ellipseWalk;
 };
 
 Point readScaled(const Walk* walk, const uint8_t* at) {
@@ -131,47 +131,64 @@ bool fits(Point centre, const HPGLEllipse& ellipse) {
            isNumber(centre.y + ellipse.added - reachY) && isNumber(centre.y + ellipse.added + reachY);
 }
 
-// The cosines, or sines, between those of points that the extents already have.
-struct Known {
-    double least = 2.0, most = -2.0;
-
-    bool has(double value) const { return value - HPGL_DOUBT >= least && value + HPGL_DOUBT <= most; }
-    void add(double value) {
-        least = std::min(least, value + HPGL_DOUBT);
-        most = std::max(most, value - HPGL_DOUBT);
-    }
-};
-
 double chordOf(const Walk* walk, const CompactCodeRecord& record) {
     const bool given = record.count == 4;
     return HPGLusableChord(&walk->allowance, given, given ? HPGLreadR(record.params + 12) : 0.0F, NAME);
 }
 
-// Adds the points of a sweep, and its end, which is the answer. A direction between known ones leads to a point between
-// theirs, which is not even computed, unless coordinates wrap.
+// The points of a sweep, of which only those are computed that may lie farthest out: with points near both ends of both
+// axes, one that is farther than all of them from every end lies between them on either axis.
+struct Sweep {
+    static constexpr int32_t RUN = 128;
+
+    Point centre;
+    HPGLEllipse ellipse;
+    bool ordered;  // a point between others also is between them once coordinates have been truncated
+    double nearest[4] = {1, 1, 1, 1};  // to each end in turn, quarter turns
+    double near = 1.0;                 // what may lie farthest out is nearer, quarter turns
+    FewTurns fewTurns = {};
+    int32_t count = 0;  // points that wait
+    double angles[RUN] = {};
+};
+
+// Cosines of two angles that differ by as much, in quarter turns, differ in more than their last bits, even near 0.
+constexpr double DISTINCT_QUARTERS = 0x1p-24;
+
+// Adds the points that wait, and answers the last one; there is one at least.
+Point addWaiting(Sweep* sweep, Extents* extents) {
+    EllipseOffset offsets[Sweep::RUN];
+    HPGLonEllipse(sweep->ellipse, sweep->angles, sweep->count, offsets);
+    Point point = {};
+    for (int32_t i = 0; i < sweep->count; ++i) {
+        point = sum(sweep->centre, {offsets[i].x, offsets[i].y});
+        addPoint(extents, point);
+    }
+    sweep->count = 0;
+    if (sweep->ordered) sweep->near = *std::ranges::max_element(sweep->nearest) + DISTINCT_QUARTERS;
+    return point;
+}
+
+bool mayBeFarthest(Sweep* sweep, double angle) {
+    const double quarters = HPGLwithFewTurns(&sweep->fewTurns, HPGLradians(angle)) * (2.0 / std::numbers::pi);
+    const double end = nearestWhole(quarters);
+    const double distance = std::abs(quarters - end);
+    if (distance >= sweep->near) return false;
+    double& nearest = sweep->nearest[static_cast<uint32_t>(static_cast<int32_t>(end)) % 4];
+    nearest = std::min(nearest, distance);
+    return true;
+}
+
+// Adds the points of a sweep, and its end, which is the answer.
 Point addSweep(Walk* walk, Point centre, const HPGLEllipse& ellipse, double start, double sweep, double chord) {
-    Extents extents = walk->extents;
-    EllipseWalk ellipseWalk = walk->ellipseWalk;
-    Known cosines;
-    Known sines;
-    const auto addAt = [&](double angle, EllipseDirection direction) {
-        const EllipseOffset offset = HPGLonEllipse(ellipse, angle, direction);
-        const Point point = sum(centre, {offset.x, offset.y});
-        addPoint(&extents, point);
-        cosines.add(direction.cosine);
-        sines.add(direction.sine);
-        return point;
-    };
-    const bool ordered = fits(centre, ellipse);
+    Sweep points = {centre, ellipse, fits(centre, ellipse)};
     const double end = start + sweep;
     HPGLforEachStep(&walk->allowance, NAME, start, sweep > 0 ? chord : -chord, end, [&](double angle) {
-        const EllipseDirection direction = HPGLnextDirection(&ellipseWalk, angle);
-        if (!ordered || !cosines.has(direction.cosine) || !sines.has(direction.sine)) addAt(angle, direction);
+        if (!mayBeFarthest(&points, angle)) return;
+        points.angles[points.count++] = angle;
+        if (points.count == Sweep::RUN - 1) addWaiting(&points, &walk->extents);
     });
-    const Point last = addAt(end, HPGLnextDirection(&ellipseWalk, end));
-    walk->extents = extents;
-    walk->ellipseWalk = ellipseWalk;
-    return last;
+    points.angles[points.count++] = end;
+    return addWaiting(&points, &walk->extents);
 }
 
 void walkWedge(Walk* walk, const CompactCodeRecord& record) {

@@ -5,6 +5,7 @@
 
 #include "arithmetic.h"
 #include "compact_code_reader.h"
+#include "ellipse.h"
 #include "interpreter_state.h"
 #include "labels.h"
 #include "pens.h"
@@ -198,16 +199,22 @@ HPGLEllipse ellipseOf(const State* state, double radius) {
 
 // Adds one point a step; those that the full buffer would refuse are not computed.
 void addSteps(State* state, Point centre, const HPGLEllipse& ellipse, double first, double step, double last) {
-    EllipseWalk walk = state->ellipseWalk;
+    double angles[HPGL_POLYGON_POINTS];
+    EllipseOffset offsets[HPGL_POLYGON_POINTS];
+    const int32_t room = HPGL_POLYGON_POINTS - HPGLPBufPoints(state->local);
+    int32_t count = 0;
     HPGLforEachStep(&state->allowance, NAME, first, step, last, [&](double angle) {
-        if (HPGLPBufIsFull(state->local)) {
+        if (count == room) {
             HPGLPBufReportFull();
-            return;
+        } else {
+            angles[count++] = angle;
         }
-        const EllipseOffset offset = HPGLonEllipse(ellipse, angle, HPGLnextDirection(&walk, angle));
-        HPGLPBufAddPoint(state->local, wrapAdd(centre.x, offset.x), wrapAdd(centre.y, offset.y));
     });
-    state->ellipseWalk = walk;
+    HPGLonEllipse(ellipse, angles, count, offsets);
+    Point* points = HPGLPBufAppend(state->local, count);
+    for (int32_t i = 0; i < count; ++i) {
+        points[i] = sum(centre, {offsets[i].x, offsets[i].y});
+    }
 }
 
 double chordOf(const State* state, const Record& record, uint8_t countWithChord, const uint8_t* at) {

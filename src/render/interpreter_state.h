@@ -4,7 +4,6 @@
 #include <cstdint>
 
 #include "display.h"
-#include "ellipse.h"
 #include "parser.h"
 #include "polygon_buffer.h"
 #include "step_loop.h"
@@ -40,7 +39,6 @@ struct HPGLInterpState {
     HPGLPBuf* polygon = nullptr;  // PM: HPGL_MAIN_POLYGONS sub-polygons
     HPGLPBuf* local = nullptr;    // one circle, arc, wedge or curve in the making
     StepAllowance allowance;
-    EllipseWalk ellipseWalk = {};
     bool polygonEdged = false, polygonFilled = false;  // since it was begun
     int64_t polygonPointsLeft = 0;  // that may still be drawn again; below 0 once that has been stopped
 };

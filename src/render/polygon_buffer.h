@@ -5,6 +5,7 @@
 // could not be allocated.
 #pragma once
 
+#include <cassert>
 #include <cstdint>
 
 inline constexpr int32_t HPGL_POLYGON_POINTS = 2000;  // room of every sub-polygon
@@ -57,6 +58,14 @@ inline int32_t HPGLPBufAddPoint(HPGLPBuf* buf, int32_t x, int32_t y) {
     }
     buf->current->points[buf->current->count++] = {x, y};
     return 1;
+}
+
+// Appends k points, for which there must be room, and answers where: the caller writes them.
+inline HPGLPBufPoint* HPGLPBufAppend(HPGLPBuf* buf, int32_t k) {
+    assert(HPGLPBufTakesPoints(buf) && buf->current->count + k <= HPGL_POLYGON_POINTS);
+    HPGLPBufPoint* points = buf->current->points + buf->current->count;
+    buf->current->count += k;
+    return points;
 }
 
 // Appends k points; refused unless the count is below 2000 - k, so that a run never takes the last place. That it

@@ -1,4 +1,4 @@
-// The walk around an ellipse against the C library's cosine and sine.
+// Points on ellipses, many at a time, against the C library's cosine and sine.
 #include "ellipse.h"
 
 #include <gtest/gtest.h>
@@ -6,21 +6,29 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <vector>
 
 #include "arithmetic.h"
 #include "rows.h"
 
 namespace {
 
+constexpr double QUARTER = 90.0 * 3.14159265358979 / 3.141592;  // with the constant that is short of pi, degrees
 constexpr double INF = std::numeric_limits<double>::infinity();
 
-void expectSame(EllipseWalk* walk, const HPGLEllipse& ellipse, double first, double step, int steps) {
-    double angle = first;
-    for (int i = 0; i < steps; ++i, angle += step) {
-        const double t = angle * 6.283184 / 360.0;
-        const EllipseOffset offset = HPGLonEllipse(ellipse, angle, HPGLnextDirection(walk, angle));
-        ASSERT_EQ(offset.x, truncToInt(std::cos(t) * ellipse.rX + ellipse.added)) << first << ' ' << step << ' ' << i;
-        ASSERT_EQ(offset.y, truncToInt(std::sin(t) * ellipse.rY + ellipse.added)) << first << ' ' << step << ' ' << i;
+void expectSame(const HPGLEllipse& ellipse, double first, double step, int steps) {
+    std::vector<double> angles;
+    for (double angle = first; static_cast<int>(angles.size()) < steps; angle += step) {
+        angles.push_back(angle);
+    }
+    std::vector<EllipseOffset> offsets(angles.size());
+    HPGLonEllipse(ellipse, angles.data(), steps, offsets.data());
+    for (size_t i = 0; i < angles.size(); ++i) {
+        const double t = angles[i] * 6.283184 / 360.0;
+        ASSERT_EQ(offsets[i].x, truncToInt(std::cos(t) * ellipse.rX + ellipse.added))
+            << first << ' ' << step << ' ' << i;
+        ASSERT_EQ(offsets[i].y, truncToInt(std::sin(t) * ellipse.rY + ellipse.added))
+            << first << ' ' << step << ' ' << i;
     }
 }
 
@@ -52,25 +60,52 @@ constexpr HPGLEllipse ELLIPSES[] = {
 
 class Walks : public testing::TestWithParam<WalkRow> {};
 
-// Far more steps than lie between two bases, and from one ellipse to the next without a break.
+// Several runs and a part of one, forwards and back.
 TEST_P(Walks, GiveTheSamePoints) {
-    EllipseWalk walk = {};
     for (const HPGLEllipse& ellipse : ELLIPSES) {
-        expectSame(&walk, ellipse, GetParam().first, GetParam().step, 1000);
+        expectSame(ellipse, GetParam().first, GetParam().step, 1000);
+        expectSame(ellipse, -GetParam().first, -GetParam().step, 1000);
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, Walks, testing::ValuesIn(WALK_ROWS), byRowName);
 
+// Wherever a quarter of a turn ends, and wherever a double gains a digit, up to the farthest angles of a picture.
+TEST(Ellipse, AnglesOfEverySizeGiveTheSamePoints) {
+    for (int power = -140; power < 130; ++power) {
+        const double angle = std::ldexp(1.0, power);
+        const double quarter = std::nearbyint(angle / QUARTER) * QUARTER;
+        for (const double around : {angle, std::nextafter(angle, 0.0), quarter, -angle, -quarter}) {
+            const double step = std::nextafter(std::abs(around), INF) - std::abs(around);
+            expectSame({1000, 2000, 0}, around - 5 * step, step, 10);
+            expectSame({1e9, 1e8, -90}, around, angle / 7, 300);
+        }
+    }
+}
+
 TEST(Ellipse, WalksOfManyKindsGiveTheSamePoints) {
     std::mt19937_64 random(1);
     std::uniform_real_distribution<double> exponent(-3, 9);
     const auto any = [&] { return (random() % 2 == 0 ? 1 : -1) * std::pow(10.0, exponent(random)); };
-    EllipseWalk walk = {};
     for (int round = 0; round < 3000; ++round) {
         const double step = random() % 2 == 0 ? 5.0 : std::pow(10.0, exponent(random) / 3);
-        expectSame(&walk, {any(), any(), random() % 2 == 0 ? 0.0 : any()}, any(), step,
-                   static_cast<int>(random() % 300));
+        expectSame({any(), any(), random() % 2 == 0 ? 0.0 : any()}, any(), step, static_cast<int>(random() % 300));
+    }
+}
+
+// Also past the distance up to which one angle serves for others.
+TEST(FewTurns, AreTheAngleWithoutTheRest) {
+    std::mt19937_64 random(2);
+    std::uniform_real_distribution<double> exponent(-20, 37);
+    FewTurns from;
+    for (int i = 0; i < 100000; ++i) {
+        const double t = (random() % 2 == 0 ? 1 : -1) * std::pow(10.0, exponent(random));
+        for (const double angle : {t, t + 1.0, t - HPGL_FEW_TURNS, t + HPGL_FEW_TURNS / 2}) {
+            const double few = HPGLwithFewTurns(&from, angle);
+            ASSERT_LE(std::abs(few), HPGL_FEW_TURNS + 3.15) << angle;
+            ASSERT_NEAR(std::cos(few), std::cos(angle), 0x1p-44) << angle;
+            ASSERT_NEAR(std::sin(few), std::sin(angle), 0x1p-44) << angle;
+        }
     }
 }
 

@@ -1,8 +1,15 @@
 // The set-up pass: what each command adds to the picture's extents.
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <random>
+
+#include "ellipse.h"
 #include "picture_text.h"
 #include "recorder.h"
 #include "rows.h"
 #include "setup_pass.h"
+#include "step_loop.h"
 
 namespace {
 
@@ -123,6 +130,55 @@ INSTANTIATE_TEST_SUITE_P(Moves, Extents, testing::ValuesIn(MOVES), byRowName);
 INSTANTIATE_TEST_SUITE_P(Shapes, Extents, testing::ValuesIn(SHAPES), byRowName);
 INSTANTIATE_TEST_SUITE_P(Scales, Extents, testing::ValuesIn(SCALES), byRowName);
 INSTANTIATE_TEST_SUITE_P(Others, Extents, testing::ValuesIn(OTHERS), byRowName);
+
+// Every point of a wedge about the origin, one after the other.
+std::string extentsOfWedge(int32_t radius, double start, double sweep, double chord) {
+    const double reach = std::abs(radius);
+    const HPGLEllipse ellipse = {reach, reach, 0};
+    const double first = radius < 0 ? start + 180.0 : start;
+    const double last = first + sweep;
+    std::vector<int32_t> x, y;
+    const auto add = [&](double angle) {
+        const EllipseOffset point = HPGLonEllipse(ellipse, angle);
+        x.push_back(point.x);
+        y.push_back(point.y);
+    };
+    StepAllowance allowance;
+    HPGLforEachStep(&allowance, "", first, sweep > 0 ? chord : -chord, last, add);
+    add(last);
+    const auto [minX, maxX] = std::ranges::minmax(x);
+    const auto [minY, maxY] = std::ranges::minmax(y);
+    return std::to_string(minX) + ' ' + std::to_string(minY) + ' ' + std::to_string(maxX) + ' ' + std::to_string(maxY);
+}
+
+// In nine digits, which single precision keeps; a number has no plus sign.
+std::string textOfWedge(int32_t radius, double start, double sweep, double chord) {
+    char line[128];
+    std::snprintf(line, sizeof line, "EW%d,%.9g,%.9g,%.9g;", radius, start, sweep, chord);
+    std::string text = line;
+    std::erase(text, '+');
+    return text;
+}
+
+// The pass computes but a few of the points.
+TEST(SetupPass, FindsTheFarthestPointsOfEverySweep) {
+    constexpr float CHORDS[] = {5, 0.36F, 89.9999F, 90.00001F, 120, 179.9999F, 180, 360, 1e6F, 1e20F};
+    const FreshViewer viewer;
+    std::mt19937_64 random(3);
+    const auto any = [&random](double least, double most) {
+        const double value = std::pow(10.0, std::uniform_real_distribution<double>(least, most)(random));
+        return static_cast<float>(random() % 2 == 0 ? value : -value);
+    };
+    for (int round = 0; round < 2000; ++round) {
+        const auto radius = static_cast<int32_t>(any(0, 9));
+        const float start = random() % 3 == 0 ? 0.0F : any(-2, 9);
+        const float chord = random() % 4 == 0 ? std::abs(any(-1, 12)) : CHORDS[random() % std::size(CHORDS)];
+        const float sweep = any(0, 3) * chord;
+        const std::string text = textOfWedge(radius, start, sweep, chord);
+        parseText(text);
+        ASSERT_EQ(extents(), extentsOfWedge(radius, start, sweep, chord)) << text;
+    }
+}
 
 TEST(SetupPass, StartsAfreshEachTime) {
     const FreshViewer viewer;
