@@ -18,6 +18,7 @@ namespace qrvel {
 namespace {
 
 constexpr char CONTENTS[] = "index.html";
+constexpr char STYLE[] = "h1 { font-size: x-large; } h2 { font-size: large; }";
 constexpr QSize WINDOW_SIZE(640, 640);  // logical pixels; the longest page fits
 
 // In the language of the texts where there are such pages, else in English.
@@ -39,6 +40,7 @@ QPushButton* addButton(QHBoxLayout& row, OwnText text) {
 HelpWindow::HelpWindow(const QString& title) : pages_(new QTextBrowser) {
     setWindowTitle(title);
     setWindowIcon(makeAppIcon());
+    pages_->document()->setDefaultStyleSheet(STYLE);
     pages_->setAccessibleName(title);
     auto* buttons = new QHBoxLayout;
     QPushButton* back = addButton(*buttons, OwnText::Back);
