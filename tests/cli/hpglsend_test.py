@@ -1,0 +1,260 @@
+#!/usr/bin/env python3
+"""hpglsend as a user calls it, with a viewer that is played: exact output, exit code and what the viewer is sent.
+
+usage: hpglsend_test.py HPGLSEND
+"""
+import errno
+import os
+import pathlib
+import signal
+import socket
+import subprocess
+import sys
+import tempfile
+import time
+
+PROGRAM = str(pathlib.Path(sys.argv[1]).resolve())
+DOUBLE = str(pathlib.Path(__file__).resolve().with_name("viewer_double.py"))
+PATIENCE = 60  # seconds; a loaded machine is slow
+USAGE = "usage: hpglsend [--channel NAME] [--viewer PROGRAM] [--wait SECONDS] [--no-start] [FILE...]\n"
+PIECE = 65536
+
+
+def wrong(problem):
+    return 2, "", f"hpglsend: {problem}\n{USAGE}"
+
+
+class Place:
+    """A folder with files, and the viewers that are started in it; a context manager."""
+
+    def __enter__(self):
+        self.scratch = tempfile.TemporaryDirectory()
+        self.folder = pathlib.Path(self.scratch.name)
+        (self.folder / "a.plt").write_bytes(b"IN;PD3,4;")
+        (self.folder / "b.plt").write_bytes(b"IN;PD5,6;")
+        (self.folder / "empty.plt").write_bytes(b"")
+        (self.folder / "large.plt").write_bytes(bytes(range(256)) * 1024)
+        self.log = self.folder / "log"
+        self.pids = self.folder / "pids"
+        self.environment = {**os.environ, "XDG_RUNTIME_DIR": str(self.folder), "DOUBLE_LOG": str(self.log),
+                            "DOUBLE_STARTED": str(self.pids)}
+        return self
+
+    def __exit__(self, *error):
+        for pid in self.started():
+            try:
+                os.kill(pid, signal.SIGKILL)
+            except ProcessLookupError:
+                pass
+        self.scratch.cleanup()
+
+    def call(self, *arguments, plays=""):
+        return subprocess.Popen([PROGRAM, "--viewer", DOUBLE, *arguments], cwd=self.folder, stdin=subprocess.PIPE,
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                                env={**self.environment, "DOUBLE_PLAYS": plays})
+
+    def run(self, *arguments, plays="", stdin=b""):
+        return result(self.call(*arguments, plays=plays), stdin)
+
+    def started(self):
+        return [int(line) for line in self.pids.read_text().split()] if self.pids.exists() else []
+
+    def sent(self):
+        """Of each transmission the sizes of the frames and the bytes."""
+        lines = self.log.read_text().splitlines() if self.log.exists() else []
+        words = [line.rsplit(" ", 1) for line in lines]
+        return [([int(size) for size in sizes.strip("[]").split(",")], bytes.fromhex(data)) for sizes, data in words]
+
+
+def result(process, stdin=b""):
+    out, err = process.communicate(stdin, timeout=PATIENCE)
+    return process.returncode, out.decode(), err.decode()
+
+
+def expect(expected, actual):
+    assert expected == actual, f"\n  expected {expected}\n  actual   {actual}"
+
+
+# arguments, (exit code, standard output, standard error); no viewer is started
+ROWS = [
+    (["--all"], wrong("unknown option --all")),
+    (["-c", "x"], wrong("unknown option -c")),
+    (["a.plt", "--channel"], wrong("a value is missing behind --channel")),
+    (["--channel", ""], wrong("wrong value behind --channel: ")),
+    (["--channel", "a/b"], wrong("wrong value behind --channel: a/b")),
+    (["--channel", ".a"], wrong("wrong value behind --channel: .a")),
+    (["--viewer", ""], wrong("wrong value behind --viewer: ")),
+    (["--wait", "-1"], wrong("wrong value behind --wait: -1")),
+    (["--wait", "86401"], wrong("wrong value behind --wait: 86401")),
+    (["--wait", "1s"], wrong("wrong value behind --wait: 1s")),
+    (["--wait", ""], wrong("wrong value behind --wait: ")),
+    (["missing.plt"], (1, "missing.plt: cannot read: No such file or directory\n", "")),
+    (["."], (1, ".: cannot read: Is a directory\n", "")),
+    (["--", "-", "--help"], (1, "./-: cannot read: No such file or directory\n"
+                                "--help: cannot read: No such file or directory\n", "")),
+]
+
+
+def answers_without_a_viewer(place):
+    for arguments, expected in ROWS:
+        expect(expected, place.run(*arguments))
+    expect([], place.started())
+
+
+def tells_how_to_call_it(place):
+    code, out, err = place.run("--help")
+    expect((0, ""), (code, err))
+    assert out.startswith(USAGE) and "--no-start" in out.removeprefix(USAGE), out
+
+
+def starts_a_viewer_and_sends(place):
+    expect((0, "a.plt: shown\n", ""), place.run("a.plt"))
+    expect([([0, 9, 0], b"IN;PD3,4;")], place.sent())
+    expect(1, len(place.started()))
+
+
+def sends_several_to_the_one_that_runs(place):
+    place.run("a.plt")
+    expect((0, "b.plt: shown\nempty.plt: shown\na.plt: shown\n", ""), place.run("b.plt", "empty.plt", "a.plt"))
+    expect([b"IN;PD3,4;", b"IN;PD5,6;", b"", b"IN;PD3,4;"], [data for _, data in place.sent()])
+    expect([0, 0], place.sent()[2][0])
+    expect(1, len(place.started()))
+
+
+def another_channel_is_another_viewer(place):
+    expect((0, "a.plt: shown\n", ""), place.run("--channel", "one", "a.plt"))
+    expect((0, "a.plt: shown\n", ""), place.run("--channel", "two", "a.plt"))
+    expect(2, len(place.started()))
+
+
+def sends_standard_input(place):
+    expect((0, "-: shown\n", ""), place.run(stdin=b"PD1,2;"))
+    expect((0, "a.plt: shown\n-: shown\n", ""), place.run("a.plt", "-", stdin=b""))
+    expect([b"PD1,2;", b"IN;PD3,4;", b""], [data for _, data in place.sent()])
+
+
+def sends_large_files_in_pieces(place):
+    expect((0, "large.plt: shown\n", ""), place.run("large.plt"))
+    expect([([0, PIECE, PIECE, PIECE, PIECE, 0], bytes(range(256)) * 1024)], place.sent())
+
+
+def memory_stays_small(place):
+    with open(place.folder / "huge.plt", "wb") as file:
+        file.truncate(400_000_000)
+    call = place.call("huge.plt", plays="blind")
+    _, status, usage = os.wait4(call.pid, 0)
+    expect(0, status)
+    expect(b"huge.plt: shown\n", call.stdout.read())
+    assert usage.ru_maxrss < 100_000, f"{usage.ru_maxrss} kB"  # a sanitizer takes some itself
+
+
+def goes_on_after_a_file_that_cannot_be_read(place):
+    expect((1, "a.plt: shown\nmissing.plt: cannot read: No such file or directory\nb.plt: shown\n", ""),
+           place.run("a.plt", "missing.plt", "b.plt"))
+
+
+def waits_until_the_viewer_listens(place):
+    expect((0, "a.plt: shown\n", ""), place.run("a.plt", plays="late"))
+
+
+def goes_on_after_a_refusal(place):
+    expect((1, "a.plt: refused: no paper\nlarge.plt: refused: no paper\n", ""),
+           place.run("a.plt", "large.plt", plays="refuse"))
+
+
+def stops_sending_what_is_refused(place):
+    expect((1, "large.plt: refused: no paper\na.plt: refused: no paper\n", ""),
+           place.run("large.plt", "a.plt", plays="early"))
+    expect(1, len(place.started()))
+
+
+def hears_why_the_connection_is_closed(place):
+    expect((1, "large.plt: refused: no paper\na.plt: refused: no paper\n", ""),
+           place.run("large.plt", "a.plt", plays="strict"))
+    expect(1, len(place.started()))
+
+
+def hears_that_there_are_too_many(place):
+    expect((1, "large.plt: refused: too many hosts\na.plt: refused: too many hosts\n", ""),
+           place.run("large.plt", "a.plt", plays="full"))
+
+
+def stops_when_the_viewer_ends(place):
+    for plays in ("dies", "mute"):
+        expect((3, "large.plt: refused: the viewer has closed the connection\n", ""),
+               place.run("large.plt", "a.plt", plays=plays))
+
+
+def finds_no_viewer(place):
+    path = f"{place.folder}/kelhpgl.default"
+    missing = f"hpglsend: no viewer: {path}: No such file or directory"
+    expect((3, "", f"{missing}\n"), place.run("--no-start", "--wait", "0", "a.plt"))
+    expect((3, "", f"{missing}; {DOUBLE} has ended with exit code 7\n"),
+           place.run("--wait", "1", "a.plt", plays="never"))
+    expect((3, "", "hpglsend: no viewer: ./no-viewer: No such file or directory\n"),
+           place.run("--viewer", "./no-viewer", "a.plt"))
+    expect((3, "", "hpglsend: no viewer: a.plt: No such file or directory\n"),
+           place.run("--viewer", "a.plt", "a.plt"))  # is looked up in PATH
+
+
+def waits_no_longer_than_told(place):
+    start = time.monotonic()
+    place.run("--no-start", "--wait", "1", "a.plt")
+    assert 1 <= time.monotonic() - start < 10, time.monotonic() - start
+
+
+def nobody_refuses(path):
+    with socket.socket(socket.AF_UNIX) as host:
+        return host.connect_ex(str(path)) != errno.ECONNREFUSED
+
+
+def starts_where_a_viewer_crashed(place):
+    place.run("a.plt")
+    os.kill(place.started()[0], signal.SIGKILL)
+    while nobody_refuses(place.folder / "kelhpgl.default"):
+        time.sleep(0.01)
+    expect((0, "b.plt: shown\n", ""), place.run("b.plt"))
+    expect(2, len(place.started()))
+
+
+def two_at_once_share_one_viewer(place):
+    calls = [place.call(name, plays="late") for name in ("a.plt", "b.plt")]
+    expect([(0, "a.plt: shown\n", ""), (0, "b.plt: shown\n", "")], [result(call) for call in calls])
+    expect([b"IN;PD3,4;", b"IN;PD5,6;"], sorted(data for _, data in place.sent()))
+
+
+def a_slow_generator_is_waited_for(place):
+    call = place.call()
+    call.stdin.write(b"IN;")
+    call.stdin.flush()
+    time.sleep(0.5)
+    expect((0, "-: shown\n", ""), result(call, b"PD1,1;"))
+    expect([b"IN;PD1,1;"], [data for _, data in place.sent()])
+
+
+TESTS = [answers_without_a_viewer, tells_how_to_call_it, starts_a_viewer_and_sends, sends_several_to_the_one_that_runs,
+         another_channel_is_another_viewer, sends_standard_input, sends_large_files_in_pieces, memory_stays_small,
+         goes_on_after_a_file_that_cannot_be_read, waits_until_the_viewer_listens, goes_on_after_a_refusal,
+         stops_sending_what_is_refused, hears_why_the_connection_is_closed, hears_that_there_are_too_many,
+         stops_when_the_viewer_ends, finds_no_viewer, waits_no_longer_than_told, starts_where_a_viewer_crashed,
+         two_at_once_share_one_viewer, a_slow_generator_is_waited_for]
+
+
+def check(test):
+    with Place() as place:
+        try:
+            test(place)
+            return True
+        except (AssertionError, subprocess.TimeoutExpired) as problem:
+            print(f"FAILED {test.__name__}: {problem}")
+            return False
+
+
+def main():
+    results = [check(test) for test in TESTS]
+    print(f"{results.count(True)} passed, {results.count(False)} failed")
+    return 0 if all(results) else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -1,0 +1,104 @@
+#include "hpglsend_options.h"
+
+#include <charconv>
+
+#include "protocol.h"
+
+const char SEND_USAGE[] =
+    "usage: hpglsend [--channel NAME] [--viewer PROGRAM] [--wait SECONDS] [--no-start] [FILE...]\n";
+
+const char SEND_HELP[] =
+    "Sends HP-GL files to the viewer, one after another, and says what became of each.\n"
+    "\n"
+    "  FILE               a drawing; - or none: the one on standard input\n"
+    "  --channel NAME     the viewer that was started with this name (default)\n"
+    "  --viewer PROGRAM   what is started when no viewer listens there (kelhpgl)\n"
+    "  --wait SECONDS     how long it is waited for, 0 to 86400 (10)\n"
+    "  --no-start         starts none\n"
+    "  --help             this text\n"
+    "\n"
+    "Exit code: 0 all are shown, 1 a file cannot be read or is refused, 2 wrong options,\n"
+    "3 there is no viewer, or it has ended.\n";
+
+namespace {
+
+constexpr int MOST_SECONDS = 86400;  // a day
+
+bool setChannel(SendOptions& options, const std::string& value) {
+    options.channel = value;
+    return !kelhost::channelPath(value).empty();
+}
+
+bool setViewer(SendOptions& options, const std::string& value) {
+    options.viewer = value;
+    return !value.empty();
+}
+
+bool setWait(SendOptions& options, const std::string& value) {
+    int seconds = 0;
+    const char* end = value.data() + value.size();
+    const auto [next, error] = std::from_chars(value.data(), end, seconds);
+    options.wait = std::chrono::seconds(seconds);
+    return error == std::errc() && next == end && seconds >= 0 && seconds <= MOST_SECONDS;
+}
+
+bool setNoStart(SendOptions& options, const std::string& /*value*/) {
+    options.start = false;
+    return true;
+}
+
+bool setHelp(SendOptions& options, const std::string& /*value*/) {
+    options.help = true;
+    return true;
+}
+
+struct Option {
+    const char* word;
+    bool takesValue;
+    bool (*set)(SendOptions& options, const std::string& value);  // false for a wrong value
+};
+
+// clang-format off
+constexpr Option OPTIONS[] = {
+    {"--channel",  true,  setChannel},
+    {"--viewer",   true,  setViewer},
+    {"--wait",     true,  setWait},
+    {"--no-start", false, setNoStart},
+    {"--help",     false, setHelp},
+};
+// clang-format on
+
+const Option* findOption(const std::string& word) {
+    for (const Option& option : OPTIONS) {
+        if (word == option.word) return &option;
+    }
+    return nullptr;
+}
+
+// Takes the option at i, and the value behind it where it has one. Answers the problem, or nothing.
+std::string takeOption(const std::vector<std::string>& words, std::size_t& i, SendOptions& options) {
+    const std::string& word = words[i];
+    const Option* option = findOption(word);
+    if (option == nullptr) return "unknown option " + word;
+    if (option->takesValue && ++i == words.size()) return "a value is missing behind " + word;
+    return option->set(options, words[i]) ? "" : "wrong value behind " + word + ": " + words[i];
+}
+
+}  // namespace
+
+std::string parseSendOptions(const std::vector<std::string>& words, SendOptions& options) {
+    bool optionsEnded = false;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const std::string& word = words[i];
+        if (optionsEnded || word.size() < 2 || word.front() != '-') {
+            // A file that is called "-" is not standard input.
+            options.files.push_back(optionsEnded && word == "-" ? "./-" : word);
+        } else if (word == "--") {
+            optionsEnded = true;
+        } else if (std::string problem = takeOption(words, i, options); !problem.empty()) {
+            return problem;
+        }
+    }
+    if (options.files.empty()) options.files.emplace_back("-");
+    return {};
+}
