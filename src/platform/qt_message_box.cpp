@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <memory>
 
-#include "display.h"
+#include "display_server.h"
 #include "windows.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "display.h"
+#include "display_server.h"
 #include "fonts.h"
 #include "message_pump.h"
 #include "notices.h"

@@ -1,4 +1,4 @@
-#include "display.h"
+#include "display_server.h"
 
 #include <QString>
 #include <QtGlobal>
