@@ -11,7 +11,6 @@ ClassWindow::ClassWindow(WNDPROC procedure, int extraBytes)
     : m_procedure(procedure), m_extra(static_cast<size_t>(extraBytes)) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_QuitOnClose, false);
-    setAttribute(Qt::WA_DeleteOnClose);
 }
 
 ClassWindow* ClassWindow::find(HWND window) {
@@ -48,12 +47,21 @@ void ClassWindow::resizeEvent(QResizeEvent* /*event*/) {
     m_surface = larger;
 }
 
+// Its procedure is called from the loop like every other.
 void ClassWindow::closeEvent(QCloseEvent* event) {
-    event->accept();
-    call(WM_DESTROY, 0, 0);
+    event->ignore();
+    PostMessageA(handle(), WM_DESTROY, 0, 0);
+}
+
+void ClassWindow::destroy() {
+    hide();
+    deleteLater();
 }
 
 LRESULT callWindowProcedure(const MSG& message) {
     ClassWindow* window = ClassWindow::find(message.hwnd);
-    return window != nullptr ? window->call(message.message, message.wParam, message.lParam) : 0;
+    if (window == nullptr) return 0;
+    const LRESULT result = window->call(message.message, message.wParam, message.lParam);
+    if (message.message == WM_DESTROY) window->destroy();
+    return result;
 }

@@ -23,6 +23,9 @@ class ClassWindow : public QWidget {
     // What is drawn here is shown by the next update().
     QImage& surface() { return m_surface; }
 
+    // Takes it off the screen, and away.
+    void destroy();
+
   protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

@@ -1,5 +1,10 @@
-// Whether there is a display. Qt ends the process when it finds none, so everybody who makes an application asks first.
+// Whether there is a display, asked before Qt asks and ends the process.
 #pragma once
 
-// True when Qt will find the display that the environment names, or needs none (QT_QPA_PLATFORM=offscreen).
+class QString;
+
+// Whether one of the platforms that Qt would try (QT_QPA_PLATFORM) can be had and answers.
 bool isDisplayReachable();
+
+// Whether a platform of Qt's shows nothing to anybody: a box there would wait for ever.
+bool isUnseen(const QString& platform);

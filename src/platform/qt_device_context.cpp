@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <array>
+#include <cstring>
 #include <memory>
 #include <utility>
 
@@ -43,9 +44,21 @@ DeviceContext* contextOf(HDC context) {
     return reinterpret_cast<DeviceContext*>(context);
 }
 
-// Null when nothing can be drawn: no context, the screen's, or a window that has gone meanwhile.
+// Null when nothing can be drawn: no context, the screen's, a window that has gone meanwhile or has no inside.
 ClassWindow* targetOf(HDC context) {
-    return context != nullptr ? contextOf(context)->window.data() : nullptr;
+    ClassWindow* target = context != nullptr ? contextOf(context)->window.data() : nullptr;
+    return target != nullptr && !target->surface().isNull() ? target : nullptr;
+}
+
+// Within one image, where the two may overlap: the row that would be overwritten first goes first.
+void moveRows(QImage& image, const QRect& from, QPoint to) {
+    const int bytes = image.depth() / 8;
+    const bool upward = to.y() < from.y();
+    for (int i = 0; i < from.height(); i++) {
+        const int row = upward ? i : from.height() - 1 - i;
+        const uchar* source = image.constScanLine(from.y() + row) + from.x() * bytes;
+        std::memmove(image.scanLine(to.y() + row) + to.x() * bytes, source, static_cast<size_t>(from.width() * bytes));
+    }
 }
 
 QFont fixedFont() {
@@ -102,15 +115,14 @@ BOOL GetTextMetricsA(HDC context, TEXTMETRICA* metrics) {
     return 1;
 }
 
-// A copy of the source first: the two rectangles may overlap.
 BOOL BitBlt(HDC to, int x, int y, int width, int height, HDC from, int fromX, int fromY, DWORD operation) {
     ClassWindow* target = targetOf(to);
     ClassWindow* source = targetOf(from);
-    if (target == nullptr || source == nullptr || operation != SRCCOPY) return 0;
-    const QRect wanted(fromX, fromY, width, height);
-    const QRect there = wanted.intersected(source->surface().rect());
-    const QPoint place = QPoint(x, y) + there.topLeft() - wanted.topLeft();
-    QPainter(&target->surface()).drawImage(place, source->surface().copy(there));
+    if (target == nullptr || target != source || operation != SRCCOPY) return 0;
+    const QRect all = target->surface().rect();
+    const QPoint way = QPoint(x, y) - QPoint(fromX, fromY);
+    const QRect there = QRect(fromX, fromY, width, height).intersected(all).intersected(all.translated(-way));
+    moveRows(target->surface(), there, there.topLeft() + way);
     target->update();
     return 1;
 }

@@ -12,11 +12,6 @@ namespace {
 
 constexpr int answerOk = 1;
 
-// Platforms that nobody sees: a box there would wait for ever.
-bool isUnseen(const QString& platform) {
-    return platform.startsWith("offscreen") || platform.startsWith("minimal");
-}
-
 bool isSeen() {
     if (QCoreApplication::instance() != nullptr) return !isUnseen(QGuiApplication::platformName());
     return !isUnseen(qEnvironmentVariable("QT_QPA_PLATFORM")) && isDisplayReachable();

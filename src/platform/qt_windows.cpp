@@ -32,10 +32,11 @@ const RegisteredClass* findClass(LPCSTR name) {
     return found != classes().end() ? &found->second : nullptr;
 }
 
-// Position and size are those with the frame; a widget wants its inside's size.
+// Position and size are those with the frame; a widget wants its inside's size, and none is larger than the screen.
 void place(ClassWindow& window, int x, int y, int width, int height) {
     window.move(x, y);
-    window.resize(width - 2 * frameBorder, height - 2 * frameBorder - captionHeight);
+    const QSize inside(width - 2 * frameBorder, height - 2 * frameBorder - captionHeight);
+    window.resize(inside.boundedTo(QGuiApplication::primaryScreen()->size()));
 }
 
 }  // namespace
@@ -72,9 +73,9 @@ HWND CreateWindowExA(DWORD /*extended*/, LPCSTR className, LPCSTR title, DWORD /
     const RegisteredClass* found = findClass(className);
     if (found == nullptr || QGuiApplication::instance() == nullptr) return nullptr;
     auto window = std::make_unique<ClassWindow>(found->description.lpfnWndProc, found->description.cbWndExtra);
-    window->setWindowTitle(QString::fromLatin1(title));
+    window->setWindowTitle(QString::fromUtf8(title));
     place(*window, x, y, width, height);
-    return window.release()->handle();  // deletes itself when it is closed
+    return window.release()->handle();  // goes when it has been closed
 }
 
 BOOL ShowWindow(HWND window, int command) {

@@ -174,6 +174,7 @@ HDC GetDC(HWND window);
 int ReleaseDC(HWND window, HDC context);
 HGDIOBJ SelectObject(HDC context, HGDIOBJ object);
 BOOL GetTextMetricsA(HDC context, TEXTMETRICA* metrics);
+// Within one window only.
 BOOL BitBlt(HDC to, int x, int y, int width, int height, HDC from, int fromX, int fromY, DWORD operation);
 BOOL Rectangle(HDC context, int left, int top, int right, int bottom);
 BOOL TextOutA(HDC context, int x, int y, LPCSTR text, int length);

@@ -21,11 +21,7 @@ constexpr pump::Accelerator ACCELERATORS[] = {
 };
 
 void sendItem(uint32_t action) {
-    const auto* bar =
-        handles().findFirst<ActionBar>([&](const ActionBar& candidate) { return candidate.findItem(action) >= 0; });
-    if (bar == nullptr || application() == nullptr) return;
-    const auto item = static_cast<std::size_t>(bar->findItem(action));
-    if (bar->items[item]->isEnabled()) application()->messages.postAction(bar->object, bar->keyKind, action);
+    handles().forEach<ActionBar>([&](const ActionBar& bar) { bar.choose(action); });
 }
 
 constexpr pump::AcceleratorTable TABLE = {ACCELERATORS, std::size(ACCELERATORS), sendItem};

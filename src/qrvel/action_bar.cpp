@@ -29,13 +29,6 @@ QString shownText(const ACTBARRow& row) {
     return row.pulldown == 0 ? menuText(row.text) : itemText(row);
 }
 
-void postItem(WHandle bar, const ACTBARRow& row) {
-    const auto* found = handles().find<ActionBar>(bar);
-    if (found == nullptr || application() == nullptr) return;
-    const uint32_t kind = row.itemClass == HELP_CLASS ? found->helpKind : found->itemKind;
-    application()->messages.postAction(found->object, kind, row.action);
-}
-
 // The bar's own items come first in the table, each before what stands under it.
 void makeItems(ActionBar& bar) {
     std::vector<QMenu*> pulldowns;
@@ -45,7 +38,9 @@ void makeItems(ActionBar& bar) {
             bar.items.push_back(pulldowns.back()->menuAction());
         } else if (row.pulldown <= pulldowns.size()) {
             QAction* item = pulldowns[row.pulldown - 1]->addAction(QString());
-            QObject::connect(item, &QAction::triggered, item, [handle = bar.handle, &row] { postItem(handle, row); });
+            QObject::connect(item, &QAction::triggered, item, [handle = bar.handle, &row] {
+                if (const auto* of = handles().find<ActionBar>(handle)) of->post(row);
+            });
             bar.items.push_back(item);
         }
     }
@@ -57,11 +52,17 @@ ActionBar::~ActionBar() {
     delete menus;
 }
 
-int ActionBar::findItem(uint32_t action) const {
+void ActionBar::post(const ACTBARRow& row) const {
+    if (application() == nullptr) return;
+    application()->messages.postAction(object, row.itemClass == HELP_CLASS ? helpKind : itemKind, row.action);
+}
+
+void ActionBar::choose(uint32_t action) const {
     for (std::size_t i = 0; i < items.size(); ++i) {
-        if (rows[i].pulldown != 0 && rows[i].action == action) return static_cast<int>(i);
+        if (rows[i].pulldown == 0 || rows[i].action != action || items[i] == nullptr) continue;
+        if (items[i]->isEnabled()) post(rows[i]);
+        return;
     }
-    return -1;
 }
 
 }  // namespace qrvel
@@ -79,12 +80,11 @@ WHandle ACTBARcreate(WHandle shellPart, WHandle object, ACTBARRow* rows, int32_t
     return bar->handle;
 }
 
-int32_t ACTBARsetmp1(WHandle bar, uint32_t a, uint32_t b, uint32_t c, uint32_t /*d*/) {
+int32_t ACTBARsetmp1(WHandle bar, uint32_t a, uint32_t b, uint32_t /*c*/, uint32_t /*d*/) {
     auto* found = handles().find<ActionBar>(bar, __func__);
     if (found == nullptr) return 0;
     found->itemKind = a;
     found->helpKind = b;
-    found->keyKind = c;
     return 1;
 }
 
@@ -109,7 +109,7 @@ int32_t ACTBARreset(WHandle bar) {
 
 int32_t ACTBARchanges(WHandle bar, WHandle /*shell*/, WHandle /*object*/, const char* const* texts) {
     const auto* found = handles().find<ActionBar>(bar, __func__);
-    if (found == nullptr || texts == nullptr) return 0;
+    if (found == nullptr || texts == nullptr || found->menus == nullptr) return 0;
     for (std::size_t i = 0; i < found->items.size(); ++i) {
         ACTBARRow row = found->rows[i];
         row.text = texts[i];

@@ -17,16 +17,17 @@ struct ActionBar : Object {
     ActionBar(WHandle of, std::span<ACTBARRow> table) : object(of), rows(table) {}
     ~ActionBar() override;
 
-    // The number of a row with that action under one of the pull-downs; -1 for none.
-    int findItem(uint32_t action) const;
+    // Does what choosing the item with that action does, if there is one and it is enabled.
+    void choose(uint32_t action) const;
+    // Sends the message of a row.
+    void post(const ACTBARRow& row) const;
 
-    WHandle object;               // that the actions go to
-    std::span<ACTBARRow> rows;    // the viewer's
-    QPointer<QMenuBar> menus;     // the shell's window owns it
-    std::vector<QAction*> items;  // a row each, owned by the menus
-    uint32_t itemKind = 0;        // of the action messages: of items,
-    uint32_t helpKind = 0;        // of those of class 'L',
-    uint32_t keyKind = 0;         // and of accelerators
+    WHandle object;                        // that the actions go to
+    std::span<ACTBARRow> rows;             // the viewer's
+    QPointer<QMenuBar> menus;              // the shell's window owns it
+    std::vector<QPointer<QAction>> items;  // a row each, owned by the menus
+    uint32_t itemKind = 0;                 // of the action messages: of items,
+    uint32_t helpKind = 0;                 // of those of class 'L'
 };
 
 }  // namespace qrvel

@@ -1,9 +1,11 @@
 #include "application.h"
 
+#include <QWidget>
 #include <clocale>
 #include <cstdio>
 #include <utility>
 
+#include "app_icon.h"
 #include "display_server.h"
 #include "fonts.h"
 #include "message_pump.h"
@@ -26,6 +28,11 @@ std::unique_ptr<QApplication> makeQApplication() {
     return std::make_unique<QApplication>(count, arguments);
 }
 
+// Without a display Qt complains of what a display would have; whoever converts files should not read it as an error.
+void passOnGrave(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+    if (type == QtCriticalMsg || type == QtFatalMsg) std::fprintf(stderr, "%s\n", qUtf8Printable(text));
+}
+
 }  // namespace
 
 Application::Application(Options taken) : options(std::move(taken)), qt(makeQApplication()) {
@@ -36,6 +43,7 @@ Application::Application(Options taken) : options(std::move(taken)), qt(makeQApp
     QCoreApplication::setApplicationVersion(KEL_VERSION);
     QGuiApplication::setDesktopFileName("kelhpgl");
     QGuiApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setWindowIcon(makeAppIcon());
 
     variables.notifyId = options.notifyId;
     variables.notifyWindow = reinterpret_cast<void*>(options.notifyWindow);
@@ -56,6 +64,7 @@ Application* application() {
 void quitApplication() {
     if (running == nullptr) return;
     running->state.quit = 1;
+    if (QWidget* box = QApplication::activeModalWidget()) box->close();
     running->messages.wake();
 }
 
@@ -65,8 +74,7 @@ void endProcess(int32_t status) {
 }
 
 bool isUnattended() {
-    const QString platform = QGuiApplication::platformName();
-    return platform == "offscreen" || platform == "minimal";
+    return isUnseen(QGuiApplication::platformName());
 }
 
 }  // namespace qrvel
@@ -83,7 +91,10 @@ WHandle WIinitialise(int32_t /*argc*/, char** /*argv*/, uint32_t /*flag*/) {
         return 0;
     }
     Options options = readOptions();
-    if (!options.picture.isEmpty()) qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!options.picture.isEmpty()) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        qInstallMessageHandler(passOnGrave);
+    }
     if (!isDisplayReachable()) {
         std::fputs("kelhpgl: no display (DISPLAY names none that answers)\n", stderr);
         return 0;

@@ -39,7 +39,7 @@ struct Application : Object {
 // The application that runs, or null.
 Application* application();
 
-// Sets the quit flag and wakes the loop.
+// Sets the quit flag and wakes the loop; a box that waits for an answer is closed.
 void quitApplication();
 
 // Tells whoever is to be told (Wregexitproc) and ends the process at once.

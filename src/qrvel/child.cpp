@@ -82,6 +82,7 @@ void ChildWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void ChildWidget::mouseMoveEvent(QMouseEvent* event) {
+    if (!event->buttons().testFlag(Qt::LeftButton)) breakOff();  // a menu has had the release
     if (dragging_) post(MOUSE_DRAG, devicePosition(*event));
 }
 
@@ -102,6 +103,7 @@ void ChildWidget::keyPressEvent(QKeyEvent* event) {
 bool ChildWidget::event(QEvent* event) {
     switch (event->type()) {
         case QEvent::UngrabMouse:
+        case QEvent::FocusOut:
         case QEvent::WindowDeactivate:
         case QEvent::Hide:
             breakOff();
@@ -110,6 +112,12 @@ bool ChildWidget::event(QEvent* event) {
             break;
     }
     return QWidget::event(event);
+}
+
+void breakOffDrags() {
+    handles().forEach<Child>([](Child& child) {
+        if (child.widget != nullptr) child.widget->breakOff();
+    });
 }
 
 }  // namespace qrvel

@@ -17,7 +17,8 @@ inline constexpr uint32_t MOUSE_RELEASE = 1;
 inline constexpr uint32_t MOUSE_DRAG = 2;
 
 // Shows the surface, and turns the left button into mouse messages: a press, drags while it is held, a release. What
-// breaks a drag off (Esc, a second button, the loss of the window) is a release where it began.
+// breaks a drag off (Esc, a second button, the loss of the window or the keyboard, an action, the next picture) is a
+// release where it began.
 class ChildWidget : public QWidget {
   public:
     ChildWidget(QWidget* parent, WHandle handle);
@@ -25,7 +26,9 @@ class ChildWidget : public QWidget {
     // The size in device pixels.
     QSize deviceSize() const;
     // Takes a new surface, or none; it must live until the next call.
-    void show(ScreenSurface* surface) { surface_ = surface; }
+    void setSurface(ScreenSurface* surface) { surface_ = surface; }
+    // Ends a drag without a rectangle: a release where it began.
+    void breakOff();
     // Makes the surface as large as the widget; what is drawn on it is then asked for again.
     void fitSurface();
 
@@ -40,11 +43,8 @@ class ChildWidget : public QWidget {
     void keyPressEvent(QKeyEvent* event) override;
 
   private:
-    using QWidget::show;
-
     QPoint devicePosition(const QMouseEvent& event) const;
     void post(uint32_t first, QPoint position);
-    void breakOff();
 
     WHandle handle_;
     ScreenSurface* surface_ = nullptr;
@@ -61,5 +61,8 @@ struct Child : Object {
     std::unique_ptr<ScreenSurface> surface;  // made by OUTstdcreate
     QPoint mousePosition;                    // of the mouse message delivered last, device pixels, y upward
 };
+
+// Before anything that changes what a rectangle would mean.
+void breakOffDrags();
 
 }  // namespace qrvel

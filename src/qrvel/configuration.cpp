@@ -8,7 +8,6 @@
 #include "notices.h"
 #include "own_texts.h"
 #include "text_buffer.h"
-#include "toolkit_trace.h"
 #include "wi.h"
 
 namespace qrvel {
@@ -44,7 +43,8 @@ QString namedConfigurationFolder() {
 
 std::optional<QByteArray> configurationValue(const Application& app, const QByteArray& key) {
     for (const KeyedTexts& file : app.configuration) {
-        if (const auto value = file.constFind(key); value != file.cend()) return *value;
+        const QByteArray value = file.value(key).trimmed();
+        if (!value.isEmpty()) return value;
     }
     return std::nullopt;
 }
@@ -62,7 +62,7 @@ int32_t WIstdinit_cfg(WHandle app, const char* application, const char* const* k
     for (int32_t i = 0; i < count; ++i) {
         const std::optional<QByteArray> value = configurationValue(*found, keys[i]);
         values[i] = value ? texts.add(*value) : nullptr;
-        if (value && values[i] == nullptr) traceLine("WIstdinit_cfg: %s does not fit\n", keys[i]);
+        if (value && values[i] == nullptr) sayLine(ownText(OwnText::TooLong).arg(keys[i]));
     }
     return 1;
 }

@@ -12,8 +12,8 @@ struct Application;
 // The folder that replaces all others for configuration and texts (KEL_CONFIG_DIR); empty when none is named.
 QString namedConfigurationFolder();
 
-// A value as it stands behind its key's equals sign, from the user's file or else the system's. The files are those
-// that WIstdinit_cfg has read.
+// A value without blanks around it, none where nothing is left, from the user's file or else the system's. The files
+// are those that WIstdinit_cfg has read.
 std::optional<QByteArray> configurationValue(const Application& app, const QByteArray& key);
 
 }  // namespace qrvel

@@ -78,6 +78,9 @@ class HandleTable {
         return object;
     }
 
+    // Names in the trace an operation that was handed something else than it wants.
+    static void reportMiss(WHandle handle, Kind kind, const char* operation);
+
     // The first object of a kind that fits; null when none does.
     template <class T, class Fits>
     T* findFirst(Fits fits) const {
@@ -87,6 +90,14 @@ class HandleTable {
             if (fits(*object)) return object;
         }
         return nullptr;
+    }
+
+    template <class T, class Does>
+    void forEach(Does does) const {
+        findFirst<T>([&](T& object) {
+            does(object);
+            return false;
+        });
     }
 
     template <class T>
@@ -106,7 +117,6 @@ class HandleTable {
 
     WHandle insert(std::unique_ptr<Object> object, Kind kind);
     void remove(WHandle handle);
-    static void reportMiss(WHandle handle, Kind kind, const char* operation);
 
     std::vector<Entry> entries_ = std::vector<Entry>(1);  // slot 0 stays empty, so that no handle is 0
     std::vector<uint16_t> free_;

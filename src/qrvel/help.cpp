@@ -7,7 +7,6 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
-#include "app_icon.h"
 #include "application.h"
 #include "hlp.h"
 #include "own_texts.h"
@@ -39,7 +38,6 @@ QPushButton* addButton(QHBoxLayout& row, OwnText text) {
 
 HelpWindow::HelpWindow(const QString& title) : pages_(new QTextBrowser) {
     setWindowTitle(title);
-    setWindowIcon(makeAppIcon());
     pages_->document()->setDefaultStyleSheet(STYLE);
     pages_->setAccessibleName(title);
     auto* buttons = new QHBoxLayout;
@@ -62,6 +60,7 @@ HelpWindow::HelpWindow(const QString& title) : pages_(new QTextBrowser) {
 void HelpWindow::open(const QString& page) {
     pages_->setSource(pageAddress(page));
     pages_->setFocus();
+    setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
     activateWindow();

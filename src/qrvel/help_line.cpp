@@ -27,14 +27,13 @@ uint32_t keyNamedBy(const QString& text) {
 }
 
 bool nameTheirKeys(const std::vector<HelpLine::Button>& buttons, std::span<const char* const> texts) {
-    return std::all_of(texts.begin(), texts.end(), [&](const char* text) {
-        const uint32_t key = keyNamedBy(QString::fromUtf8(text));
-        return std::any_of(buttons.begin(), buttons.end(),
-                           [&](const HelpLine::Button& button) { return button.key == key; });
+    return std::all_of(buttons.begin(), buttons.end(), [&](const HelpLine::Button& button) {
+        return std::any_of(texts.begin(), texts.end(),
+                           [&](const char* text) { return keyNamedBy(QString::fromUtf8(text)) == button.key; });
     });
 }
 
-// A text goes to the key that it names. If one names none, all go to the keys in ascending order.
+// A text goes to the key that it names. If a key is named by none, all go to the keys in ascending order.
 void setTexts(std::vector<HelpLine::Button>& buttons, std::span<const char* const> texts) {
     const bool named = nameTheirKeys(buttons, texts);
     for (std::size_t i = 0; i < texts.size(); ++i) {

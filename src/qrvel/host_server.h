@@ -15,8 +15,8 @@ class HostServer : public QLocalServer {
 
     explicit HostServer(Arrived arrived) : arrived_(std::move(arrived)) {}
 
-    // Listens under a name (kelhost::channelPath). False, with a line, when that cannot be. Ends the process, with 1, when
-    // another viewer has the name.
+    // Listens under a name (kelhost::channelPath). False, with a line, when that cannot be. Ends the process, with 1,
+    // when another viewer has the name.
     bool listen(const QByteArray& name);
 
   protected:

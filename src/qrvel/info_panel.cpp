@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QPushButton>
 
-#include "app_icon.h"
 #include "application.h"
 #include "info.h"
 #include "objects.h"
@@ -19,7 +18,7 @@ constexpr int ICON_SIZE = 64;  // logical pixels
 QMessageBox* makeBox(ShellWindow& window) {
     auto* box = new QMessageBox(&window);
     box->setWindowTitle(ownText(OwnText::ProductTitle));
-    box->setIconPixmap(makeAppIcon().pixmap(QSize(ICON_SIZE, ICON_SIZE), window.devicePixelRatioF()));
+    box->setIconPixmap(QApplication::windowIcon().pixmap(QSize(ICON_SIZE, ICON_SIZE), window.devicePixelRatioF()));
     box->setTextFormat(Qt::PlainText);
     box->setText(window.windowTitle() + "\n" +
                  ownText(OwnText::ProductVersion).arg(QCoreApplication::applicationVersion()));
@@ -31,6 +30,7 @@ QMessageBox* makeBox(ShellWindow& window) {
 }
 
 void bringToFront(QMessageBox& box) {
+    box.setWindowState(box.windowState() & ~Qt::WindowMinimized);
     box.show();
     box.raise();
     box.activateWindow();

@@ -1,6 +1,7 @@
 #include "keyed_texts.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 namespace qrvel {
 
@@ -18,8 +19,10 @@ QByteArray withoutLineEnd(QByteArray line) {
 }  // namespace
 
 KeyedTexts parseKeyedTexts(const QByteArray& lines) {
+    constexpr char BYTE_ORDER_MARK[] = "\xEF\xBB\xBF";
     KeyedTexts texts;
-    for (const QByteArray& whole : lines.split('\n')) {
+    const QByteArray all = lines.startsWith(BYTE_ORDER_MARK) ? lines.mid(3) : lines;
+    for (const QByteArray& whole : all.split('\n')) {
         const QByteArray line = withoutLineEnd(whole);
         const qsizetype equals = line.indexOf('=');
         const bool remark = line.startsWith('#') || line.startsWith(';') || line.startsWith('[');
@@ -31,6 +34,10 @@ KeyedTexts parseKeyedTexts(const QByteArray& lines) {
 
 std::optional<KeyedTexts> readKeyedTexts(const QString& fileName, QString* reason) {
     QFile file(fileName);
+    if (!QFileInfo(fileName).isFile()) {  // opening a pipe would wait for its other end
+        if (reason != nullptr) *reason = "no ordinary file";
+        return std::nullopt;
+    }
     if (!file.open(QFile::ReadOnly)) {
         if (reason != nullptr) *reason = file.errorString();
         return std::nullopt;

@@ -75,7 +75,7 @@ std::optional<Language> findLanguage(const QString& application, const QString& 
 
 // The configured language; without one the session's, or English. Nothing when the configured one is not there.
 std::optional<Language> chosenLanguage(const Application& app, const QString& application) {
-    const QString configured = configurationValue(app, "LANG").value_or(QByteArray()).trimmed();
+    const QString configured = configurationValue(app, "LANG").value_or(QByteArray());
     if (configured.isEmpty()) return findLanguage(application, QLocale::system().name()).value_or(Language());
     auto language = findLanguage(application, configured);
     if (!language) traceLine("Wloadtxt: no texts for the language %s\n", qUtf8Printable(configured));
@@ -112,7 +112,7 @@ int32_t Wloadtxt(WHandle app, const char* application, const char* const* keys, 
     TextBuffer copies(buffer, size);
     for (int32_t i = 0; i < count; ++i) {
         const auto text = found->language.texts.constFind(keys[i]);
-        texts[i] = text != found->language.texts.cend() ? copies.add(*text) : nullptr;
+        texts[i] = text != found->language.texts.cend() && !text->isEmpty() ? copies.add(*text) : nullptr;
     }
     const std::span asked(keys, static_cast<std::size_t>(std::max(count, 0)));
     found->loadTitle = slotOf("LOAD01", asked, texts);

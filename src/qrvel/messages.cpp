@@ -67,6 +67,7 @@ void MessageQueue::postMouse(WHandle child, uint32_t first, QPoint position) {
 }
 
 void MessageQueue::postAction(WHandle object, uint32_t kind, uint32_t id) {
+    breakOffDrags();
     actions_.push_back({.object = object, .message = W_MSG_ACTION, .first = kind, .second = id, .position = {}});
     posted();
 }
@@ -108,6 +109,7 @@ void WIsendmsgs(WHandle app) {
     auto* found = handles().find<Application>(app, __func__);
     if (found == nullptr) return;
     DataChannel* channel = findDataChannel();
+    if (channel != nullptr && channel->isAboutToTransmit()) breakOffDrags();
     if (channel == nullptr || !channel->isTransmitting()) found->messages.deliver();
     channel = findDataChannel();  // the viewer may have closed it, here and by its chunks
     if (channel != nullptr && found->state.quit == 0) channel->run();

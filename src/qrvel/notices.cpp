@@ -1,6 +1,7 @@
 #include "notices.h"
 
 #include <QMessageBox>
+#include <QPointer>
 #include <QTimerEvent>
 #include <cstdio>
 
@@ -53,13 +54,18 @@ void sayLine(const QString& text) {
 void showNotice(const QString& text) {
     sayLine(text);
     if (isUnattended()) return;
+    static QPointer<QMessageBox> open;  // until the user has seen it; what comes meanwhile is added
+    if (open != nullptr) {
+        open->setText(open->text() + "\n\n" + text);
+        return;
+    }
     const auto* shell = handles().findFirst<Shell>([](const Shell&) { return true; });
     QWidget* parent = shell != nullptr ? shell->window : nullptr;
-    auto* box = new QMessageBox(QMessageBox::Warning, TITLE, text, QMessageBox::Ok, parent);
-    box->setTextFormat(Qt::PlainText);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setModal(false);
-    showWithParent(*box);
+    open = new QMessageBox(QMessageBox::Warning, TITLE, text, QMessageBox::Ok, parent);
+    open->setTextFormat(Qt::PlainText);
+    open->setAttribute(Qt::WA_DeleteOnClose);
+    open->setModal(false);
+    showWithParent(*open);
 }
 
 void showFatalNotice(const char* text) {

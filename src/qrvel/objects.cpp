@@ -64,7 +64,7 @@ void Wdestroyobject(WHandle object) {
 int32_t Wquerywinsize(WHandle object, int32_t* width, int32_t* height) {
     const QWidget* widget = widgetOf(object);
     if (widget == nullptr) {
-        handles().find<MainObject>(object, __func__);
+        HandleTable::reportMiss(object, Kind::MainObject, __func__);
         return 0;
     }
     *width = widget->width();

@@ -2,6 +2,7 @@
 #include <QCoreApplication>
 #include <span>
 
+#include "application.h"
 #include "child.h"
 #include "fonts.h"
 #include "handles.h"
@@ -44,6 +45,20 @@ int64_t sumOf(std::span<const int32_t> counts) {
     return sum;
 }
 
+// Answers whether somebody will see what is drawn further.
+bool refreshWidget(ChildWidget* widget, ScreenSurface::Refresh refresh) {
+    if (widget == nullptr) return true;
+    if (refresh == ScreenSurface::Refresh::Soon) {
+        widget->update();
+        return true;
+    }
+    widget->repaint();
+    // A window that has just been shown, or uncovered, gets its other parts too, and the end may be asked for. What the
+    // user does to the picture waits.
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    return application() == nullptr || application()->state.quit == 0;
+}
+
 }  // namespace
 
 }  // namespace qrvel
@@ -55,17 +70,9 @@ int32_t OUTstdcreate(WHandle child, WHandle /*owner*/, uint32_t /*colours*/, uin
     auto* found = handles().find<Child>(child, __func__);
     if (found == nullptr || found->widget == nullptr) return 0;
     // The table handed over is always the one made last, which is what a device takes by itself.
-    found->surface = std::make_unique<ScreenSurface>([widget = found->widget](ScreenSurface::Refresh refresh) {
-        if (widget == nullptr) return;
-        if (refresh == ScreenSurface::Refresh::AtOnce) {
-            widget->repaint();
-            // A window that has just been shown, or uncovered, gets its other parts too. What the user does waits.
-            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
-        } else {
-            widget->update();
-        }
-    });
-    found->widget->show(found->surface.get());
+    found->surface = std::make_unique<ScreenSurface>(
+        [widget = found->widget](ScreenSurface::Refresh refresh) { return refreshWidget(widget, refresh); });
+    found->widget->setSurface(found->surface.get());
     found->widget->fitSurface();
     return 1;
 }
@@ -73,7 +80,7 @@ int32_t OUTstdcreate(WHandle child, WHandle /*owner*/, uint32_t /*colours*/, uin
 void OUTdestroy(WHandle child) {
     auto* found = handles().find<Child>(child, __func__);
     if (found == nullptr) return;
-    if (found->widget != nullptr) found->widget->show(nullptr);
+    if (found->widget != nullptr) found->widget->setSurface(nullptr);
     found->surface.reset();
 }
 

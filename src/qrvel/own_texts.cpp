@@ -19,6 +19,7 @@ constexpr Row ROWS[] = {
     {OwnText::CannotRead,     "W_CANNOT_READ",     "cannot read %1: %2"},
     {OwnText::CannotWrite,    "W_CANNOT_WRITE",    "cannot write %1: %2"},
     {OwnText::CannotListen,   "W_CANNOT_LISTEN",   "cannot listen at %1: %2"},
+    {OwnText::TooLong,        "W_TOO_LONG",        "the values of the configuration are too long: %1 is left out"},
     {OwnText::NoDrawing,      "W_NO_DRAWING",      "%1 holds no HP-GL drawing"},
     {OwnText::NoPrinting,     "W_NO_PRINTING",     "This version cannot print. kelhpgl --picture FILE.png PLOT writes a picture."},
     {OwnText::Drawing,        "W_DRAWING",         "Drawing"},

@@ -10,6 +10,7 @@ enum class OwnText {
     CannotRead,       // %1 a name, %2 the reason
     CannotWrite,      // %1 a name, %2 the reason
     CannotListen,     // %1 a path, %2 the reason
+    TooLong,          // %1 a key of the configuration
     NoDrawing,        // %1 a name
     NoPrinting,
     Drawing,          // what a screen reader calls the picture

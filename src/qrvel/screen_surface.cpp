@@ -90,7 +90,7 @@ void ScreenSurface::showProgress() {
     workLeft_ = WORK_BETWEEN_LOOKS;
     if (Clock::now() < nextProgress_) return;
     bringUpToDate();
-    refresher_(Refresh::AtOnce);
+    if (!refresher_(Refresh::AtOnce)) area_ = {};  // nobody will see the rest: what has no room costs nothing
     nextProgress_ = Clock::now() + PROGRESS_INTERVAL;
 }
 

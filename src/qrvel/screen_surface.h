@@ -18,9 +18,9 @@ namespace qrvel {
 
 class ScreenSurface final : public OutputDevice {
   public:
-    // How the widget is asked to show the surface again: soon, or at once without taking any other event.
+    // How the widget is asked to show the surface again: soon, or at once. Answers whether to go on drawing.
     enum class Refresh { Soon, AtOnce };
-    using Refresher = std::function<void(Refresh)>;
+    using Refresher = std::function<bool(Refresh)>;
 
     explicit ScreenSurface(Refresher refresher);
 

@@ -7,7 +7,6 @@
 #include <QMimeData>
 #include <QUrl>
 
-#include "app_icon.h"
 #include "application.h"
 #include "child.h"
 #include "cont.h"
@@ -57,7 +56,6 @@ void postSizeAndPaint(const Container& container) {
 
 ShellWindow::ShellWindow(const QString& title) {
     setWindowTitle(title);
-    setWindowIcon(makeAppIcon());
     setAcceptDrops(true);
 }
 

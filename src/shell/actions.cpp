@@ -22,7 +22,7 @@ using LeaveZoom = int32_t (*)(ZoomData* zoom, int32_t* MinX, int32_t* MinY, int3
 // ---- the menu -------------------------------------------------------------------------------------------------------
 
 void goBackTo(LeaveZoom leave) {
-    if (!HPGLhavePicture()) return;
+    if (!HPGLhavePicture("HPGLmenuAction")) return;
     ZoomRect view = {};
     leave(TheZoom, &view.MinX, &view.MinY, &view.MaxX, &view.MaxY);
     HPGLsetScaling(&TheDisplay, view.MinX, view.MinY, view.MaxX, view.MaxY);
@@ -30,7 +30,7 @@ void goBackTo(LeaveZoom leave) {
 }
 
 void rotate() {
-    if (!HPGLhavePicture()) return;
+    if (!HPGLhavePicture("HPGLmenuAction")) return;
     RotationSign = -RotationSign;
     HPGLsetupPicture(TheParser, &TheDisplay, RotationSign);
     const HPGLGlobal* global = TheParser->global;
@@ -69,9 +69,9 @@ void menuOperation(int32_t operation) {
 
 }  // namespace
 
-bool HPGLhavePicture() {
+bool HPGLhavePicture(const char* procedure) {
     if (TheParser != nullptr && TheZoom != nullptr) return true;
-    TRCTraceError(HPGLTraceHandle, "WARNING-HPGLmenuAction: there is no picture, ignore action\n");
+    TRCTraceError(HPGLTraceHandle, "WARNING-%s: there is no picture, ignore action\n", procedure);
     return false;
 }
 

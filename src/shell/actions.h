@@ -10,5 +10,5 @@ void HPGLmenuAction(uint32_t kind, uint32_t item);
 // Carries out what the help line says about the action of that number.
 void HPGLuserAction(uint32_t action);
 
-// Whether there is a picture to do something with; a trace line says when there is none.
-bool HPGLhavePicture();
+// Whether there is a picture to do something with; when there is none, a trace line says so for the procedure.
+bool HPGLhavePicture(const char* procedure);

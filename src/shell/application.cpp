@@ -26,7 +26,7 @@ namespace {
 
 constexpr char APPLICATION[] = "HPGL";
 constexpr int32_t CONFIGURATION_SIZE = 128;
-constexpr uint32_t SHELL_FLAGS = 3728;  // the toolkit's: a main window with bars and a sizing border
+constexpr uint32_t SHELL_FLAGS = 3728;  // the toolkit's own
 
 struct Configuration {
     const char* echo;   // "LOGF": base of the echo file's name

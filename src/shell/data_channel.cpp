@@ -96,7 +96,10 @@ void openEcho() {
     closeEcho();
     if (TheShell.echoName[0] == '\0') return;
     channel.echo = fopen(TheShell.echoName, "w");
-    if (channel.echo == nullptr) OutputDebugStringA("HPGL: the echo file cannot be written\n");
+    if (channel.echo != nullptr) return;
+    OutputDebugStringA("HPGL: the echo file cannot be written: ");
+    OutputDebugStringA(TheShell.echoName);
+    OutputDebugStringA("\n");
 }
 
 void echo(const Chunk& chunk) {

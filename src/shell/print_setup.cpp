@@ -28,7 +28,7 @@ Choice readChoice(WHandle setup) {
 }
 
 void print() {
-    if (!HPGLhavePicture()) return;
+    if (!HPGLhavePicture("HPGLprintSetupAction")) return;
     const WHandle child = TheDisplay.Window;
     Choice choice = readChoice(TheShell.printSetup);
     PSSETUPhide(TheShell.printSetup);

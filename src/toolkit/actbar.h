@@ -19,7 +19,8 @@ struct ACTBARRow {
 extern "C" {
 
 WHandle ACTBARcreate(WHandle shellPart, WHandle object, ACTBARRow* rows, int32_t count);
-// The kinds that action messages carry as first parameter; the viewer passes 4, 3, 2, 0.
+// The kinds that action messages carry as first parameter: a of items, b of those of class 'L'; c and d are not used.
+// The viewer passes 4, 3, 2, 0.
 int32_t ACTBARsetmp1(WHandle bar, uint32_t a, uint32_t b, uint32_t c, uint32_t d);
 int32_t ACTBARset(WHandle bar, WHandle object, const char* const* texts);
 int32_t ACTBARreset(WHandle bar);

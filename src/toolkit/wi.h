@@ -8,7 +8,7 @@
 // Byte flags, read by the main loop at every turn; owned by the toolkit.
 struct WState {
     uint8_t quit;             // the application is to end
-    uint8_t inputBlocked;     // keyboard messages are to be dropped
+    uint8_t inputBlocked;     // keyboard messages are to be dropped; never here, where what the user does waits instead
     uint8_t messagesPending;  // WIsendmsgs has something to deliver
 };
 

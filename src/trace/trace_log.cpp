@@ -68,7 +68,9 @@ void openFile(TRCSlot* slot) {
         if (slot->file != HFILE_ERROR) return;
         nameAttempt(slot->fileName, attempt);
     }
-    OutputDebugStringA("HPGL: the trace file cannot be written\n");
+    OutputDebugStringA("HPGL: no trace file can be written, the last one tried is ");
+    OutputDebugStringA(slot->fileName);
+    OutputDebugStringA("\n");
 }
 
 // `line` has room for one more character behind its terminator.

@@ -18,7 +18,7 @@ def opens_a_file(desktop, plot):
 def resizing_refits(desktop, plot):
     with desktop.viewer(KELHPGL, plot) as viewer:
         expect_picture(viewer, plot)
-        for size in (900, 400), (400, 800), (1000, 700):
+        for size in (900, 400), (440, 800), (1000, 700):
             viewer.resize(*size)
             expect_picture(viewer, plot)
 

@@ -148,19 +148,19 @@ def a_repaint_leaves_the_rectangle(desktop, plot):
 
 
 def resizing_keeps_the_view(desktop, plot):
-    """The same rectangle in units, in drawings in which a pixel of the whole picture is 10, 5 and 7.5 of them."""
+    """The same rectangle in units, in drawings in which a pixel of the whole picture is 8, 5 and 7.5 of them."""
     with desktop.viewer(KELHPGL, plot) as viewer:
         expect_picture(viewer, plot)
-        viewer.resize(404, 404)
+        viewer.resize(504, 504)
         expect_picture(viewer, plot)
-        viewer.drag(61, 94, 232, 253)
-        expect_picture(viewer, plot, *zoom(61, 94, 232, 253))
+        viewer.drag(80, 110, 290, 320)
+        expect_picture(viewer, plot, *zoom(80, 110, 290, 320))
         viewer.resize(804, 804)
-        expect_picture(viewer, plot, *zoom(122, 188, 464, 506))
+        expect_picture(viewer, plot, *zoom(128, 176, 464, 512))
         viewer.resize(904, 404)
-        expect_picture(viewer, plot, *zoom(448, -8, 676, 204))
-        viewer.resize(404, 404)
-        expect_picture(viewer, plot, *zoom(61, 94, 232, 253))
+        expect_picture(viewer, plot, *zoom(452, -16, 676, 208))
+        viewer.resize(504, 504)
+        expect_picture(viewer, plot, *zoom(80, 110, 290, 320))
 
 
 def the_next_picture_is_shown_whole(desktop, plot):

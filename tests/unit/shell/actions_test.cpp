@@ -127,12 +127,16 @@ struct Action {
 
 // Zooms back, rotation and print.
 constexpr Action ON_PICTURES[] = {{4, 9}, {3, 10}, {2, 11}, {5, 11}};
-constexpr char NO_PICTURE[] = "WARNING-HPGLmenuAction: there is no picture, ignore action\n";
+
+std::string noPicture(const Action& each) {
+    const char* procedure = each.kind == 5 ? "HPGLprintSetupAction" : "HPGLmenuAction";
+    return std::string("WARNING-") + procedure + ": there is no picture, ignore action\n";
+}
 
 TEST_F(Actions, OnPicturesOnlyTraceWithoutOne) {
     run({[] {
         for (const Action& each : ON_PICTURES) {
-            EXPECT_EQ(tracedCallsOf([&] { action(each.kind, each.item); }), NO_PICTURE) << each.item;
+            EXPECT_EQ(tracedCallsOf([&] { action(each.kind, each.item); }), noPicture(each)) << each.item;
         }
         EXPECT_EQ(RotationSign, 1);
     }});
@@ -143,7 +147,7 @@ TEST_F(Actions, OnPicturesWaitWhileDataArrives) {
     withPicture([] {
         recorder::sendChunk("SC0,1,0,1;PD;PA0,0,10", WD_CHUNK_BEGIN);
         for (const Action& each : ON_PICTURES) {
-            EXPECT_EQ(tracedCallsOf([&] { action(each.kind, each.item); }), NO_PICTURE) << each.item;
+            EXPECT_EQ(tracedCallsOf([&] { action(each.kind, each.item); }), noPicture(each)) << each.item;
         }
         EXPECT_EQ(callsOf(zoom), "");
         EXPECT_EQ(callsOf([] { action(4, 7); }), "Wquit 1\n");
