@@ -32,23 +32,29 @@ class Desktop:
     test = "none"  # the one that runs
 
     def __enter__(self):
-        self.stack = contextlib.ExitStack()
-        read, write = os.pipe()
-        size = "x".join(map(str, SCREEN))
-        self.start(["Xvfb", "-displayfd", str(write), "-screen", "0", f"{size}x24", "-nolisten", "tcp",
-                    "-noreset"], pass_fds=[write])
-        os.close(write)
-        with os.fdopen(read) as number:
-            self.display = ":" + number.readline().strip()
-        self.environment = {**os.environ, "DISPLAY": self.display, "LC_ALL": "C.UTF-8"}
-        self.environment.pop("WAYLAND_DISPLAY", None)
-        self.start(["openbox"], env=self.environment)
-        wait_for("the window manager", lambda: "window id" in self.ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
-        self.ask("setxkbmap", "-symbols", KEYBOARD)
+        with contextlib.ExitStack() as self.stack:  # ends what has been started when something fails
+            self.display = self.start_server()
+            self.environment = {**os.environ, "DISPLAY": self.display, "LC_ALL": "C.UTF-8"}
+            self.environment.pop("WAYLAND_DISPLAY", None)
+            self.start(["openbox"], env=self.environment)
+            wait_for("the window manager",
+                     lambda: "window id" in self.ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
+            self.ask("setxkbmap", "-symbols", KEYBOARD)
+            self.stack = self.stack.pop_all()
         return self
 
     def __exit__(self, *error):
         self.stack.close()
+
+    def start_server(self):
+        """Answers the display's name. Without -noreset the server may restart between its first two clients."""
+        read, write = os.pipe()
+        size = "x".join(map(str, SCREEN))
+        self.start(["Xvfb", "-displayfd", str(write), "-screen", "0", f"{size}x24", "-nolisten", "tcp", "-noreset"],
+                   pass_fds=[write])
+        os.close(write)
+        with os.fdopen(read) as number:
+            return ":" + number.readline().strip()
 
     def start(self, command, **options):
         process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **options)

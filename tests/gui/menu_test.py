@@ -47,9 +47,8 @@ def bar(viewer):
     return viewer.window().picture().rows[:viewer.bars[0] - 1]
 
 
-def words(viewer):
-    """The middles of the bar's words."""
-    rows = bar(viewer)
+def words(rows):
+    """The middles of what stands beside each other on the background."""
     background = bytes(rows[0][:3])
     inked = [x for x in range(len(rows[0]) // 3) if any(row[3 * x:3 * x + 3] != background for row in rows)]
     ends = [0, *(i + 1 for i, (a, b) in enumerate(itertools.pairwise(inked)) if b - a > GAP), len(inked)]
@@ -58,7 +57,7 @@ def words(viewer):
 
 def pull_down(viewer, number):
     """Opens a menu with the mouse."""
-    places = words(viewer)
+    places = words(bar(viewer))
     assert len(places) == len(ROWS), places
     viewer.window().click(places[number], viewer.bars[0] // 2)
     return wait_for("the menu", viewer.popups)[0]
@@ -259,6 +258,11 @@ def the_viewer_ends_with_its_help(desktop, plot):
 
 
 def product_information_is_one_panel(desktop, plot):
+    def by_button(panel):
+        row = 24  # from the bottom
+        picture = panel.picture()
+        panel.click(words(picture.rows[-row:1 - row])[-1], picture.height - row)
+
     def by_return(_):
         desktop.xdotool("key", "Return")
 
@@ -270,8 +274,8 @@ def product_information_is_one_panel(desktop, plot):
 
     with desktop.viewer(KELHPGL, plot) as viewer:
         expect_picture(viewer, plot)
-        ways = itertools.product((by_mouse, by_letters, by_arrows), (by_return, by_escape, by_close_button))
-        for pick, close in ways:
+        for pick, close in ((by_mouse, by_button), (by_letters, by_return), (by_arrows, by_escape),
+                            (by_alt, by_close_button)):
             for _ in range(2):
                 pick(viewer, INFORMATION)
                 panel = viewer.window(PRODUCT)

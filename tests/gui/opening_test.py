@@ -18,7 +18,7 @@ def opens_a_file(desktop, plot):
 def resizing_refits(desktop, plot):
     with desktop.viewer(KELHPGL, plot) as viewer:
         expect_picture(viewer, plot)
-        for size in (900, 400), (440, 800), (1000, 700):
+        for size in (900, 400), (480, 800), (1000, 700):
             viewer.resize(*size)
             expect_picture(viewer, plot)
 
@@ -124,7 +124,7 @@ def logs_that_cannot_be_written_are_done_without(desktop, plot):
         viewer.end()
 
 
-def picture_files_have_limits(desktop, plot):
+def picture_sizes_have_limits(desktop, plot):
     picture = plot.with_name("size.png")
 
     def draw(size):
@@ -146,4 +146,4 @@ run_all(opens_a_file, resizing_refits, the_window_has_a_least_size, reads_a_pipe
         a_missing_file_is_said, a_file_without_a_drawing_is_said, file_names_are_bytes,
         options_of_others_are_passed_over, a_german_session_shows_the_same_picture,
         pixels_of_a_dense_screen_are_all_used, unreadable_configuration_is_passed_over,
-        logs_that_cannot_be_written_are_done_without, picture_files_have_limits)
+        logs_that_cannot_be_written_are_done_without, picture_sizes_have_limits)
