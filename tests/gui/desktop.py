@@ -130,6 +130,10 @@ class Window:
         """Asks for the focus, and does not wait for it."""
         self.desktop.xdotool("windowactivate", self.number)
 
+    def is_box(self):
+        """Whether it belongs to another window, whose title it may have."""
+        return "window id" in self.desktop.ask("xprop", "-id", self.number, "WM_TRANSIENT_FOR")
+
     def is_active(self):
         return self.desktop.xdotool("getactivewindow") == [str(self.number)]
 
@@ -183,7 +187,8 @@ class Viewer:
         """The one with that title, as soon as it shows."""
         if title != TITLE:
             return wait_for(f"the window {title}", lambda: self.windows(title))[0]
-        self.main = self.main or wait_for("the window", lambda: self.windows(TITLE))[0]
+        self.main = self.main or wait_for("the window", lambda: [window for window in self.windows(TITLE)
+                                                                 if not window.is_box()])[0]
         return self.main
 
     def wait_for_picture(self, is_right):
