@@ -36,10 +36,11 @@ class Desktop:
             self.display = self.start_server()
             self.environment = {**os.environ, "DISPLAY": self.display, "LC_ALL": "C.UTF-8"}
             self.environment.pop("WAYLAND_DISPLAY", None)
+            # First: a window manager whose keyboard changes begins anew, and forgets windows that just come.
+            self.ask("setxkbmap", "-symbols", KEYBOARD)
             self.start(["openbox"], env=self.environment)
             wait_for("the window manager",
                      lambda: "window id" in self.ask("xprop", "-root", "_NET_SUPPORTING_WM_CHECK"))
-            self.ask("setxkbmap", "-symbols", KEYBOARD)
             self.stack = self.stack.pop_all()
         return self
 

@@ -359,10 +359,10 @@ def actions_wait_for_the_picture_on_its_way(desktop, plot):
         expect_picture(viewer, first)
         wait_for("the focus", viewer.window().is_active)
         pipe.write_text(large)
-        viewer.mouse(200, 200, "click", 1)
-        desktop.xdotool("key", "Home", "BackSpace", "ctrl+r", "F11")
         by_letters(viewer, COMPLETE)
         wait_for("the menu to go", lambda: not viewer.popups())
+        viewer.mouse(200, 200, "click", 1)
+        desktop.xdotool("key", "Home", "BackSpace", "ctrl+r", "F11")
         press(viewer, "F1")
         wait_for("the help's focus", viewer.window(HELP).is_active)
         desktop.xdotool("key", "Escape")
@@ -370,8 +370,8 @@ def actions_wait_for_the_picture_on_its_way(desktop, plot):
         viewer.end()
 
 
-run_all(the_mouse_chooses_views, letters_choose_views, arrows_choose_views, alt_leads_to_views, keys_choose_views, items_end_the_viewer,
-        keys_end_the_viewer, buttons_end_the_viewer, what_is_disabled_does_nothing, printing_is_asked_for,
-        help_is_one_window, keys_of_the_help_are_its_own, the_viewer_ends_with_its_help,
+run_all(the_mouse_chooses_views, letters_choose_views, arrows_choose_views, alt_leads_to_views, keys_choose_views,
+        items_end_the_viewer, keys_end_the_viewer, buttons_end_the_viewer, what_is_disabled_does_nothing,
+        printing_is_asked_for, help_is_one_window, keys_of_the_help_are_its_own, the_viewer_ends_with_its_help,
         product_information_is_one_panel, a_german_session_has_german_menus, a_language_may_have_a_single_text,
         actions_wait_for_the_picture_on_its_way)

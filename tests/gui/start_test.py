@@ -50,7 +50,7 @@ class Host:
 
 def answer_box(desktop, viewer, title):
     """Waits for a message box, and presses its button."""
-    box = viewer.window(title)
+    box = wait_for("the box", lambda: viewer.windows(title))[0]
     wait_for("the box's focus", box.is_active)
     desktop.xdotool("key", "Return")
 
