@@ -95,7 +95,8 @@ class Window:
         """x, y, width, height of its inside on the screen."""
         lines = self.desktop.ask("xwininfo", "-id", self.number).splitlines()
         values = dict(line.strip().split(":", 1) for line in lines if ":" in line)
-        return tuple(int(values[name]) for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+        names = "Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"
+        return tuple(int(values[name]) for name in names)
 
     def numbers(self, name):
         """The numbers of one of its properties, in the order in which xprop writes them."""
@@ -250,7 +251,7 @@ class Viewer:
 
 
 def bars_around(shown):
-    """Heights of what is above and below the drawing: at the window's left edge the paper is white, and a bar is not."""
+    """Heights of what is above and below the drawing: at the window's left edge the paper is white, a bar is not."""
     white = [y for y in range(shown.height) if shown.pixel(0, y) == WHITE]
     return (white[0], shown.height - 1 - white[-1]) if white else None
 

@@ -48,8 +48,8 @@ def shows_an_empty_window(desktop, plot):
 def a_missing_file_is_said(desktop, plot):
     """On standard error and in a box in front of the window, which stays."""
     with desktop.viewer(KELHPGL, plot.with_name("missing.plt")) as viewer:
-        window = viewer.window()
-        wait_for("the box in front", lambda: len(desktop.stacking()) == 2 and desktop.stacking()[0] == int(window.number))
+        back = int(viewer.window().number)
+        wait_for("the box in front", lambda: len(desktop.stacking()) == 2 and desktop.stacking()[0] == back)
         assert "missing.plt" in viewer.end()
 
 

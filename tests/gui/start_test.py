@@ -113,13 +113,14 @@ def other_toolkits_are_refused(desktop, _):
 
 def other_toolkits_are_named(*_):
     library = HELPERS / "toolkit_of_next_version" / "libQRVEL.so"
+    unsent = "no message is sent to window 123456: no X11 display answers"
     wrong_version = (f"\nWrong Version of W Lib\n\n  - W:\t00401001 ({str(library)[:128]})\n"
                      f"  - App:\t00401000 ({str(KELHPGL)[:128]})\n\n{ADVICE}")[:ROOM]
     for name, text in (("toolkit_without_version", "Unable to get W Lib Version"),
                        ("toolkit_of_next_version", wrong_version)):
         done = run_unseen("-I=5", "-P=123456", **other_toolkit(name))
         assert done.returncode == 111, done
-        assert done.stderr == f"{FATAL}: {text}\nno message is sent to window 123456: no X11 display answers\n", done.stderr
+        assert done.stderr == f"{FATAL}: {text}\n{unsent}\n", done.stderr
 
 
 def a_missing_language_ends_it(desktop, plot):

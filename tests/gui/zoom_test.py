@@ -176,7 +176,8 @@ def resizing_keeps_the_view(desktop, plot):
 
 def the_next_picture_is_shown_whole(desktop, plot):
     """In its own colours and extents, whatever the view of the one before."""
-    second = beside(plot, "second.plt", "IN;PC1,200,0,100;SP1;PU-500,-300;PD700,900,700,-300;PC2,0,90,255;SP2;PD-500,900;")
+    second = beside(plot, "second.plt",
+                    "IN;PC1,200,0,100;SP1;PU-500,-300;PD700,900,700,-300;PC2,0,90,255;SP2;PD-500,900;")
     pipe = plot.with_name("pipe")
     os.mkfifo(pipe)
     with desktop.viewer(KELHPGL, plot, pipe) as viewer:
