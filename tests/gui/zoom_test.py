@@ -153,16 +153,6 @@ def resizing_keeps_the_view(desktop, plot):
         expect_picture(viewer, plot)
         viewer.resize(504, 504)
         expect_picture(viewer, plot)
-<<<<<<< HEAD
-        viewer.drag(80, 110, 290, 320)
-        expect_picture(viewer, plot, *zoom(80, 110, 290, 320))
-        viewer.resize(804, 804)
-        expect_picture(viewer, plot, *zoom(128, 176, 464, 512))
-        viewer.resize(904, 404)
-        expect_picture(viewer, plot, *zoom(452, -16, 676, 208))
-        viewer.resize(504, 504)
-        expect_picture(viewer, plot, *zoom(80, 110, 290, 320))
-=======
         viewer.drag(80, 110, 320, 290)
         expect_picture(viewer, plot, *zoom(80, 110, 320, 290))
         viewer.resize(804, 804)
@@ -171,7 +161,6 @@ def resizing_keeps_the_view(desktop, plot):
         expect_picture(viewer, plot, *zoom(452, -16, 708, 176))
         viewer.resize(504, 504)
         expect_picture(viewer, plot, *zoom(80, 110, 320, 290))
->>>>>>> 8f1170d (tests: Press the panel's button, and leave no server behind)
 
 
 def the_next_picture_is_shown_whole(desktop, plot):
