@@ -28,7 +28,8 @@ build valgrind || exit 1
 
 folder=$root/build/valgrind
 for program in "$folder"/tests/unit/unit_*; do
-    [ -x "$program" ] && [ -f "$program" ] && check "$program"
+    # Starting a program that is not there fails in the child, which valgrind does not report to its parent.
+    [ -x "$program" ] && [ -f "$program" ] && check "$program" --gtest_filter=-ViewerProcess.SaysThatItIsNotThere
 done
 for plot in "$root"/tests/golden/*/*.plt "$root"/examples/*.plt "$@"; do
     check "$folder/tools/hpgldump" --hex --picture --calls --records "$plot"
