@@ -13,7 +13,7 @@ constexpr int PIECES_BETWEEN_LOOKS = 16;  // at the clock
 
 }  // namespace
 
-Delivery::Delivery(const Receiver& receiver, std::unique_ptr<Transmission> transmission)
+Delivery::Delivery(Receiver& receiver, std::unique_ptr<Transmission> transmission)
     : receiver_(receiver), transmission_(std::move(transmission)) {
     takeChunk();
 }
@@ -25,7 +25,15 @@ void Delivery::takeChunk() {
     first_ = true;
 }
 
+// A viewer that has never had a begin chunk makes a new picture at the end chunk: what came before it would be lost.
+void Delivery::beginIfNever(uint32_t kind, bool hasBytes) {
+    if (receiver_.begun || (kind != WD_CHUNK_BEGIN && !hasBytes)) return;
+    receiver_.begun = true;
+    if (kind != WD_CHUNK_BEGIN) receiver_.callback(receiver_.buffer, 0, WD_CHUNK_BEGIN);
+}
+
 void Delivery::send(uint32_t kind, bool colon, std::string_view bytes) {
+    beginIfNever(kind, !bytes.empty());
     begun_ = true;
     done_ += bytes.size();
     const std::size_t front = colon ? 1 : 0;

@@ -13,11 +13,13 @@ namespace qrvel {
 struct Receiver {
     char* buffer;  // WD_RECEIVE_BUFFER bytes
     WDCallback callback;
+    bool begun = false;  // it has had a begin chunk
 };
 
 class Delivery {
   public:
-    Delivery(const Receiver& receiver, std::unique_ptr<Transmission> transmission);
+    // The receiver must live longer.
+    Delivery(Receiver& receiver, std::unique_ptr<Transmission> transmission);
 
     // Hands pieces over until that time, one in any case. The end chunk is a turn of its own: much hangs on it.
     void run(std::chrono::steady_clock::time_point until);
@@ -35,9 +37,10 @@ class Delivery {
     bool atEnd() const { return chunk_.kind == WD_CHUNK_END && chunk_.bytes.empty(); }
     void takeChunk();
     void sendPiece();
+    void beginIfNever(uint32_t kind, bool hasBytes);
     void send(uint32_t kind, bool colon, std::string_view bytes);
 
-    Receiver receiver_;
+    Receiver& receiver_;
     std::unique_ptr<Transmission> transmission_;
     Chunk chunk_{};       // what is left of the one under way
     bool first_ = false;  // none of its pieces has been sent

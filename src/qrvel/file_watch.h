@@ -1,8 +1,10 @@
 // Sees when a file has changed and is whole again.
+//
+// It looks by itself instead of being told by the system: that knows nothing of what others do to a network's files, of
+// a folder that is not there yet, or of a name that leads to another file now.
 #pragma once
 
 #include <QByteArray>
-#include <QFileSystemWatcher>
 #include <QTimer>
 #include <functional>
 #include <map>
@@ -29,13 +31,11 @@ class FileWatch {
     };
 
     static State stateOf(const QByteArray& fileName);
-    void follow(const QByteArray& fileName);
     void look();
 
     std::function<void(const QByteArray&)> changed_;
     std::map<QByteArray, Watched> files_;
-    QFileSystemWatcher watcher_;
-    QTimer looks_;  // runs from a change until nothing changes any more
+    QTimer looks_;
 };
 
 }  // namespace qrvel

@@ -9,9 +9,19 @@ namespace {
 constexpr qint64 MOST_IN_MEMORY = qint64{16} * 1024 * 1024;
 
 // A drawing takes several times its size when it is parsed, so half of the machine's memory is the limit.
-qint64 mostBytes() {
-    static const qint64 half = static_cast<qint64>(sysconf(_SC_PHYS_PAGES)) * sysconf(_SC_PAGESIZE) / 2;
-    return half;
+struct Limit {
+    qint64 bytes = static_cast<qint64>(sysconf(_SC_PHYS_PAGES)) * sysconf(_SC_PAGESIZE) / 2;
+    QString reason = "more data than half of the memory";
+};
+
+Limit chosenLimit() {
+    const qint64 bytes = qgetenv("KEL_MOST_BYTES").toLongLong();
+    return bytes > 0 ? Limit{bytes, QString("more data than KEL_MOST_BYTES (%1)").arg(bytes)} : Limit{};
+}
+
+const Limit& limit() {
+    static const Limit chosen = chosenLimit();
+    return chosen;
 }
 
 }  // namespace
@@ -30,7 +40,7 @@ bool Spool::moveToFile() {
 
 bool Spool::append(const char* bytes, qint64 count) {
     size_ += count;
-    if (size_ > mostBytes()) return fail("more data than half of the memory");
+    if (size_ > limit().bytes) return fail(limit().reason);
     if (!file_ && size_ <= MOST_IN_MEMORY) {
         memory_.append(bytes, count);
         return true;

@@ -1,0 +1,145 @@
+#include "file_watch.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "scratch_folder.h"
+
+namespace qrvel {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr qint64 PATIENCE = 10000;  // milliseconds
+constexpr qint64 LOOKS = 700;       // milliseconds in which a change is seen, were there one
+
+class WatchedFiles : public testing::Test {
+  protected:
+    void SetUp() override { folder_.write("a.plt", "IN;"); }
+
+    static void wait(qint64 milliseconds) {
+        QElapsedTimer timer;
+        for (timer.start(); !timer.hasExpired(milliseconds);) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+        }
+    }
+
+    void expectChange(const std::string& names) {
+        QElapsedTimer timer;
+        for (timer.start(); changed_.size() < names.size() && !timer.hasExpired(PATIENCE);) {
+            wait(20);
+        }
+        expectNoChange(names);
+    }
+
+    // But for those that were reported before.
+    void expectNoChange(const std::string& names = "") {
+        wait(LOOKS);
+        EXPECT_EQ(changed_, names);
+        changed_.clear();
+    }
+
+    static void write(const char* name, const std::string& text) { std::ofstream(name) << text; }
+
+    int argumentCount_ = 1;
+    char name_[5] = "test";
+    char* arguments_[2] = {name_, nullptr};
+    QCoreApplication application_{argumentCount_, arguments_};
+    ScratchFolder folder_;
+    std::string changed_;
+    FileWatch watch_{[this](const QByteArray& name) { changed_ += name + ' '; }};
+};
+
+TEST_F(WatchedFiles, AreNotReportedAsTheyAre) {
+    watch_.add("a.plt");
+    expectNoChange();
+}
+
+TEST_F(WatchedFiles, MayBeWrittenInPlace) {
+    watch_.add("a.plt");
+    for (const char* text : {"IN;SP1;", "IN;SP2;", "IN;"}) {
+        write("a.plt", text);
+        expectChange("a.plt ");
+    }
+}
+
+TEST_F(WatchedFiles, MayBeReplaced) {
+    watch_.add("a.plt");
+    for (const char* text : {"IN;SP1;", "IN;SP1;", "IN;SP2;"}) {
+        write("new.plt", text);
+        fs::rename("new.plt", "a.plt");
+        expectChange("a.plt ");
+    }
+}
+
+TEST_F(WatchedFiles, AreSeenBesideACopyThatWasKept) {
+    watch_.add("a.plt");
+    fs::create_hard_link("a.plt", "a.bak");
+    write("new.plt", "IN;SP1;");
+    fs::rename("new.plt", "a.plt");
+    expectChange("a.plt ");
+    write("a.plt", "IN;SP2;");
+    expectChange("a.plt ");
+}
+
+TEST_F(WatchedFiles, MayGoAndComeBack) {
+    watch_.add("a.plt");
+    fs::remove("a.plt");
+    expectNoChange();
+    write("a.plt", "IN;SP1;");
+    expectChange("a.plt ");
+}
+
+TEST_F(WatchedFiles, MayComeLaterWithTheirFolder) {
+    watch_.add("folder/b.plt");
+    expectNoChange();
+    fs::create_directory("folder");
+    write("folder/b.plt", "IN;");
+    expectChange("folder/b.plt ");
+    fs::remove_all("folder");
+    expectNoChange();
+    fs::create_directory("folder");
+    write("folder/b.plt", "IN;");
+    expectChange("folder/b.plt ");
+}
+
+TEST_F(WatchedFiles, AreReportedWhenNobodyWritesAnyMore) {
+    watch_.add("a.plt");
+    std::ofstream file("a.plt");
+    for (int i = 0; i < 20; ++i) {
+        file << "PU;" << std::flush;
+        wait(50);
+        EXPECT_EQ(changed_, "");
+    }
+    expectChange("a.plt ");
+}
+
+TEST_F(WatchedFiles, MayBeNamesThatLeadElsewhere) {
+    write("b.plt", "IN;SP2;");
+    fs::create_symlink("a.plt", "latest.plt");
+    watch_.add("latest.plt");
+    write("a.plt", "IN;SP1;");
+    expectChange("latest.plt ");
+    fs::remove("latest.plt");
+    fs::create_symlink("b.plt", "latest.plt");
+    expectChange("latest.plt ");
+}
+
+TEST_F(WatchedFiles, AreToldApart) {
+    write("\xE4.plt", "IN;");
+    watch_.add("a.plt");
+    watch_.add("\xE4.plt");
+    write("other.plt", "IN;");
+    expectNoChange();
+    write("\xE4.plt", "IN;SP1;");
+    expectChange("\xE4.plt ");
+}
+
+}  // namespace
+}  // namespace qrvel
