@@ -114,6 +114,7 @@ void DataChannel::endTurn() {
     delivery_.reset();
     panel_.reset();
     givenUp_ = false;
+    waitForSpeakers();
     workIsDue();
 }
 
@@ -139,18 +140,18 @@ void DataChannel::leave(Speaker& speaker) {
     workIsDue();
 }
 
-// When nobody is left, or nobody has come yet, the user is to see something all the same.
+// When nobody is left, or nobody says anything, the user is to see something all the same.
 void DataChannel::waitForSpeakers() {
-    if (delivered_ || !speakers_.empty()) return;
+    if (delivered_) return;
     if (server_ != nullptr) {
         silence_.start();
-    } else {
+    } else if (speakers_.empty()) {
         showEmptyWindow();
     }
 }
 
 void DataChannel::showEmptyWindow() {
-    if (!delivered_ && speakers_.empty()) add(std::make_unique<EmptyPicture>(*this));
+    if (!delivered_ && turn_ == nullptr && line_.empty()) add(std::make_unique<EmptyPicture>(*this));
 }
 
 // ---- what is handed over --------------------------------------------------------------------------------------------

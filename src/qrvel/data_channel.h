@@ -82,7 +82,7 @@ class DataChannel : public Object {
     std::unique_ptr<LoadPanel> panel_;
     std::unique_ptr<HostServer> server_;
     FileWatch watch_;
-    QTimer silence_;          // nobody has spoken yet
+    QTimer silence_;          // of all who might speak
     bool unpainted_ = false;  // handed over whole, but not painted
     bool givenUp_ = false;    // by the user; the main loop has not seen to it
     bool cutShort_ = false;   // what the viewer has got is not all

@@ -75,14 +75,19 @@ void HostConnection::turnAway(const QString& reason) {
 
 // ---- its turn -------------------------------------------------------------------------------------------------------
 
+// What comes first is read before its turn, so that a host which only leaves does not stand in line for it.
 void HostConnection::readable() {
-    if (state_ == State::Silent) {
-        state_ = State::InLine;
-        readNotifier_.setEnabled(false);
-        channel_.ask(*this);
-    } else {
+    if (state_ != State::Silent) {
         readOn();
+    } else if (receive()) {
+        standInLine();
     }
+}
+
+void HostConnection::standInLine() {
+    state_ = State::InLine;
+    readNotifier_.setEnabled(false);
+    channel_.ask(*this);
 }
 
 void HostConnection::takeTurn() {
@@ -101,12 +106,12 @@ void HostConnection::goOn() {
     clock_.stop();
     spool_.reset();
     state_ = State::Silent;
-    const bool more = from_ < to_;
-    // A host that does not take its answers gets no more of them.
-    readNotifier_.setEnabled(!more && answers_.empty());
-    if (more && answers_.empty()) {
-        state_ = State::InLine;
-        channel_.ask(*this);
+    readNotifier_.setEnabled(false);
+    if (!answers_.empty()) return;  // a host that does not take its answers gets no more of them
+    if (from_ < to_) {
+        standInLine();
+    } else {
+        readNotifier_.setEnabled(true);
     }
 }
 

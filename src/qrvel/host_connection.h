@@ -46,6 +46,7 @@ class HostConnection final : public Speaker {
     enum class State { Silent, InLine, Collecting, Handed, Skipping };
 
     void readable();
+    void standInLine();
     void readOn();
     bool receive();
     void takeReceived();

@@ -5,6 +5,7 @@
 
 #include "application.h"
 #include "own_texts.h"
+#include "shell.h"
 
 namespace qrvel {
 
@@ -16,6 +17,12 @@ constexpr int STEPS = 1000;  // of the bar
 
 QString textOf(const char* const* text) {
     return text != nullptr ? QString::fromUtf8(*text) : QString();
+}
+
+// It stays in front of that window, where it would not be seen behind it. Null when no window is shown yet.
+QWidget* windowInSight() {
+    const auto* shell = handles().findFirst<Shell>([](const Shell& candidate) { return candidate.window != nullptr; });
+    return shell != nullptr && shell->window->isVisible() ? shell->window : nullptr;
 }
 
 }  // namespace
@@ -36,7 +43,7 @@ void LoadPanel::tick() {
 
 void LoadPanel::show() {
     const Application* app = application();
-    dialog_ = new QProgressDialog(textOf(app->loadText), ownText(OwnText::GiveUp), 0, 0);
+    dialog_ = new QProgressDialog(textOf(app->loadText), ownText(OwnText::GiveUp), 0, 0, windowInSight());
     dialog_->setWindowTitle(textOf(app->loadTitle));
     dialog_->setAttribute(Qt::WA_ShowWithoutActivating);
     dialog_->setAutoReset(false);

@@ -45,6 +45,12 @@ QByteArrayList localFiles(const QDropEvent& event) {
     return files;
 }
 
+// Whatever was proposed: a file that was moved to the viewer would be gone.
+void acceptCopy(QDropEvent& event) {
+    event.setDropAction(Qt::CopyAction);
+    event.accept();
+}
+
 void postSizeAndPaint(const Container& container) {
     postSizeOfContainer(container.handle);
     const auto* child =
@@ -65,11 +71,11 @@ void ShellWindow::closeEvent(QCloseEvent* event) {
 }
 
 void ShellWindow::dragEnterEvent(QDragEnterEvent* event) {
-    if (!localFiles(*event).isEmpty()) event->acceptProposedAction();
+    if (!localFiles(*event).isEmpty()) acceptCopy(*event);
 }
 
 void ShellWindow::dropEvent(QDropEvent* event) {
-    event->acceptProposedAction();
+    acceptCopy(*event);
     DataChannel* channel = findDataChannel();
     if (channel == nullptr) return;
     for (const QByteArray& file : localFiles(*event)) {
