@@ -2,15 +2,14 @@
 """Hosts that send pictures, files that change, and files that are dropped; see suite.py."""
 import contextlib
 import os
-import signal
 import socket
 import subprocess
 import threading
 import time
 
 from suite import HELPERS, KELHPGL, beside, expect_picture, run_all, wait_for  # first: it says where others are
-from host import (BEGIN, END, FURTHER, REFUSED, Host, channel_path, connect, frame, listening, on_socket, picture,
-                  runtime_folder)
+from host import (ACCEPTED, BEGIN, END, FURTHER, REFUSED, Host, channel_path, connect, frame, listening, on_socket,
+                  picture, runtime_folder)
 
 OTHER = "IN;PC1,200,0,100;SP1;PU-500,-300;PD700,900,700,-300;PC2,0,90,255;SP2;PD-500,900;"
 MORE = "SP6;PU0,3000;PD4000,1500,0,0;"
@@ -116,7 +115,7 @@ def the_data_may_name_a_file(desktop, plot):
     with viewer_for_hosts(desktop, plot) as viewer, connect(channel_path(plot)) as host:
         for before in 0, 3, 200, 240, 256, 1000:
             host.show(OTHER)
-            host.show("PU;" * (before // 3) + f"HPGL_FILE{named}\n")
+            host.show("PU;" * (before // 3) + f"HPGL_FILE:{named}\n")
             expect_picture(viewer, plot)
         host.show(f"HPGL_INFO;{OTHER}")
         expect_picture(viewer, other(plot))
@@ -325,6 +324,43 @@ def loading_can_be_given_up(desktop, plot):
         assert viewer.end() == f"kelhpgl: host: {GIVEN_UP}\n"
 
 
+@contextlib.contextmanager
+def handing_over_for_seconds(desktop, plot):
+    """A host's large picture, which the log makes slow, is whole and on its way to the drawing."""
+    beside(plot, "HPGL.ini", "LOGF=echo\n")
+    with viewer_for_hosts(desktop, plot, environment={"KEL_CONFIG_DIR": str(plot.parent)}) as viewer:
+        with connect(channel_path(plot)) as host:
+            host.show(OTHER)
+            host.send(frame(BEGIN), *[frame(FURTHER, b"PU1,1;" * 100_000)] * 150, frame(END))
+            host.expect((ACCEPTED, ""))
+            yield viewer, host
+
+
+def handing_over_can_be_given_up(desktop, plot):
+    """What has been handed over is shown."""
+    with handing_over_for_seconds(desktop, plot) as (viewer, host):
+        press_button(viewer.window(PANEL))
+        host.expect((REFUSED, GIVEN_UP))
+        wait_for("the panel to go", lambda: not viewer.windows(PANEL))
+        expect_picture(viewer, beside(plot, "empty.plt"))
+        host.show(plot.read_bytes())
+        expect_picture(viewer, plot)
+
+
+def the_viewer_may_end_meanwhile(desktop, plot):
+    with handing_over_for_seconds(desktop, plot) as (viewer, host):
+        expect_silence(viewer)
+        host.expect_end()
+    assert not list(runtime_folder(plot).iterdir())
+    plot.with_name("HPGL.ini").unlink()
+    with viewer_for_hosts(desktop, plot) as viewer, connect(channel_path(plot)) as host:
+        host.show(OTHER)
+        host.send(frame(BEGIN, OTHER.encode()))
+        viewer.window(PANEL)
+        expect_silence(viewer)
+        host.expect_end()
+
+
 def press_button(panel):
     _, _, width, height = panel.geometry()
     panel.click(width - 40, height - 20)
@@ -407,5 +443,6 @@ run_all(pictures_come_one_after_another, pictures_need_not_be_waited_for, frames
         the_socket_goes_with_the_viewer, a_name_is_taken_over_from_a_viewer_that_crashed, a_name_has_one_viewer,
         its_folder_must_be_the_users_alone, hosts_take_turns, one_hosts_picture_is_not_mixed_with_anothers,
         many_hosts_are_all_served, loading_that_takes_long_is_told, loading_can_be_given_up,
-        a_file_that_never_comes_can_be_given_up, files_are_read_again_when_they_change,
-        a_file_is_read_again_when_it_is_whole, a_file_can_be_dropped_on_the_window)
+        handing_over_can_be_given_up, the_viewer_may_end_meanwhile, a_file_that_never_comes_can_be_given_up,
+        files_are_read_again_when_they_change, a_file_is_read_again_when_it_is_whole,
+        a_file_can_be_dropped_on_the_window)
