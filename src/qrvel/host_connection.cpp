@@ -1,5 +1,6 @@
 #include "host_connection.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
@@ -34,6 +35,18 @@ bool isTemporary(int error) {
     return error == EAGAIN || error == EWOULDBLOCK || error == EINTR;
 }
 
+// The host is to see the end. A standard stream stays open, to nothing, for its number means something to others.
+void letGo(int descriptor) {
+    if (descriptor > STDERR_FILENO) {
+        close(descriptor);
+        return;
+    }
+    const int nothing = open("/dev/null", O_RDWR | O_CLOEXEC);
+    if (nothing < 0) return;
+    dup2(nothing, descriptor);
+    close(nothing);
+}
+
 void sayOfHost(const QString& text) {
     sayLine("host: " + text);
 }
@@ -60,8 +73,8 @@ HostConnection::HostConnection(DataChannel& channel, int input, int output)
 
 HostConnection::~HostConnection() {
     --number_;
-    if (output_ > STDERR_FILENO && output_ != input_) close(output_);
-    if (input_ > STDERR_FILENO) close(input_);
+    if (output_ != input_) letGo(output_);
+    letGo(input_);
 }
 
 void HostConnection::listen() {
