@@ -100,6 +100,22 @@ def a_host_that_stalls_is_dropped_for_another(desktop, plot):
         slow.show(data)
 
 
+def hosts_that_stall_in_line_are_dropped_sooner(desktop, plot):
+    """Their silence counts from their last byte, not from their turn."""
+    number = 8
+    with unharmed(desktop, plot, *([STALLED] * number)), contextlib.ExitStack() as stack:
+        slow = [stack.enter_context(connect(channel_path(plot))) for _ in range(number)]
+        for host in slow:
+            host.send(frame(BEGIN)[:1])
+        with connect(channel_path(plot)) as honest:
+            began = time.monotonic()
+            honest.show(plot.read_bytes())
+            assert time.monotonic() - began < MOST_SILENCE * number / 2
+        for host in slow:
+            host.expect_refused(STALLED)
+            host.send(frame(BEGIN)[1:], frame(END))
+
+
 def a_host_may_pause_when_nobody_waits(desktop, plot):
     """Hosts that are connected and say nothing do not count, nor one that comes and goes."""
     with unharmed(desktop, plot), connect(channel_path(plot)) as slow, connect(channel_path(plot)):
@@ -223,6 +239,7 @@ def connecting_as(user, path):
 
 
 run_all(what_is_no_frame_is_refused, what_was_whole_before_is_shown, what_is_cut_off_is_dropped, a_host_may_be_killed,
-        a_host_that_stalls_is_dropped_for_another, a_host_may_pause_when_nobody_waits,
+        a_host_that_stalls_is_dropped_for_another, hosts_that_stall_in_line_are_dropped_sooner,
+        a_host_may_pause_when_nobody_waits,
         a_transmission_without_end_is_bounded, a_host_that_reads_no_answers_hinders_nobody, deaf_hosts_may_go,
         there_is_a_limit_to_hosts, files_named_by_the_data_may_be_anything, other_users_cannot_connect)

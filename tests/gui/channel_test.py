@@ -58,6 +58,22 @@ def frames_may_come_byte_by_byte(desktop, plot):
         expect_picture(viewer, plot)
 
 
+def a_host_need_not_wait_for_answers(desktop, plot):
+    """It may close its half of the connection, or all of it: what it has sent is shown."""
+    with viewer_for_hosts(desktop, plot) as viewer:
+        with connect(channel_path(plot)) as host:
+            host.send(picture(OTHER), picture(plot.read_bytes()))
+            host.kept.shutdown(socket.SHUT_WR)
+            host.expect_shown()
+            host.expect_shown()
+            host.expect_end()
+            expect_picture(viewer, plot)
+        with connect(channel_path(plot)) as host:
+            host.send(picture(plot.read_bytes()), picture(OTHER))
+        expect_picture(viewer, other(plot))
+        expect_silence(viewer)
+
+
 def every_frame_may_have_data(desktop, plot):
     data = plot.read_bytes()
     with viewer_for_hosts(desktop, plot) as viewer, connect(channel_path(plot)) as host:
@@ -437,7 +453,7 @@ def a_file_can_be_dropped_on_the_window(desktop, plot):
 
 
 run_all(pictures_come_one_after_another, pictures_need_not_be_waited_for, frames_may_come_byte_by_byte,
-        every_frame_may_have_data, without_a_begin_a_transmission_adds, colons_are_taken_off, the_data_may_name_a_file,
+        a_host_need_not_wait_for_answers, every_frame_may_have_data, without_a_begin_a_transmission_adds, colons_are_taken_off, the_data_may_name_a_file,
         large_pictures_are_shown, a_descriptor_may_be_handed_over, frames_may_come_on_standard_input,
         a_host_that_leaves_without_a_word_leaves_an_empty_window, a_viewer_to_which_nobody_speaks_shows_itself,
         the_socket_goes_with_the_viewer, a_name_is_taken_over_from_a_viewer_that_crashed, a_name_has_one_viewer,

@@ -107,7 +107,6 @@ void HostConnection::takeTurn() {
     state_ = State::Collecting;
     spool_ = std::make_unique<Spool>();
     collected_ = 0;
-    sinceBytes_.start();
     sinceTurn_.start();
     clock_.start();
     readNotifier_.setEnabled(true);

@@ -76,7 +76,7 @@ class HostConnection final : public Speaker {
     qint64 collected_ = 0;
     std::string answers_;  // that the host has not taken yet
     QTimer clock_;
-    QElapsedTimer sinceBytes_;  // came
+    QElapsedTimer sinceBytes_;  // came; they may have come before its turn
     QElapsedTimer sinceTurn_;   // began
     bool gone_ = false;
 };
