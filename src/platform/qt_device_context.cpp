@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <array>
+#include <cstddef>
 #include <cstring>
 #include <memory>
 #include <utility>
@@ -52,12 +53,12 @@ ClassWindow* targetOf(HDC context) {
 
 // Within one image, where the two may overlap: the row that would be overwritten first goes first.
 void moveRows(QImage& image, const QRect& from, QPoint to) {
-    const int bytes = image.depth() / 8;
+    const std::ptrdiff_t bytes = image.depth() / 8;
     const bool upward = to.y() < from.y();
     for (int i = 0; i < from.height(); i++) {
         const int row = upward ? i : from.height() - 1 - i;
         const uchar* source = image.constScanLine(from.y() + row) + from.x() * bytes;
-        std::memmove(image.scanLine(to.y() + row) + to.x() * bytes, source, static_cast<size_t>(from.width() * bytes));
+        std::memmove(image.scanLine(to.y() + row) + to.x() * bytes, source, static_cast<size_t>(bytes * from.width()));
     }
 }
 
