@@ -250,6 +250,20 @@ def help_is_one_window(desktop, plot):
         expect_unharmed(viewer, plot)
 
 
+def minimised_help_comes_back(desktop, plot):
+    with desktop.viewer(KELHPGL, plot) as viewer:
+        expect_picture(viewer, plot)
+        press(viewer, "F1")
+        window = viewer.window(HELP)
+        wait_for("the help's focus", window.is_active)
+        desktop.xdotool("windowminimize", window.number)
+        wait_for("the help to go", lambda: not viewer.windows(HELP))
+        viewer.window().activate()
+        press(viewer, "F1")
+        wait_for("the help's focus", window.is_active)
+        viewer.end()
+
+
 def keys_of_the_help_are_its_own(desktop, plot):
     """They neither end the viewer nor change its view."""
     with desktop.viewer(KELHPGL, plot) as viewer:
@@ -372,6 +386,6 @@ def actions_wait_for_the_picture_on_its_way(desktop, plot):
 
 run_all(the_mouse_chooses_views, letters_choose_views, arrows_choose_views, alt_leads_to_views, keys_choose_views,
         items_end_the_viewer, keys_end_the_viewer, buttons_end_the_viewer, what_is_disabled_does_nothing,
-        printing_is_asked_for, help_is_one_window, keys_of_the_help_are_its_own, the_viewer_ends_with_its_help,
+        printing_is_asked_for, help_is_one_window, minimised_help_comes_back, keys_of_the_help_are_its_own, the_viewer_ends_with_its_help,
         product_information_is_one_panel, a_german_session_has_german_menus, a_language_may_have_a_single_text,
         actions_wait_for_the_picture_on_its_way)

@@ -112,6 +112,26 @@ def unreadable_configuration_is_passed_over(desktop, plot):
             viewer.end()
 
 
+def a_pipe_is_no_configuration(desktop, plot):
+    """Nobody writes to it."""
+    os.mkfifo(plot.with_name("HPGL.ini"))
+    with desktop.viewer(KELHPGL, plot, environment={"KEL_CONFIG_DIR": str(plot.parent)}) as viewer:
+        expect_picture(viewer, plot)
+        assert "cannot read" in viewer.end()
+
+
+def several_notices_share_a_box(desktop, plot):
+    missing = [plot.with_name(f"missing{i}.plt") for i in range(5)]
+    with desktop.viewer(KELHPGL, *missing, plot) as viewer:
+        window = viewer.window()
+        wait_for("the box", lambda: len(desktop.stacking()) == 2 and not window.is_active())
+        desktop.xdotool("key", "Return")
+        expect_picture(viewer, plot)
+        assert len(desktop.stacking()) == 1, desktop.stacking()
+        said = viewer.end()
+        assert all(str(name) in said for name in missing), said
+
+
 def logs_that_cannot_be_written_are_done_without(desktop, plot):
     """The working folder is gone, which stops root too."""
     beside(plot, "HPGL.ini", "LOGF=echo\n")
@@ -146,4 +166,5 @@ run_all(opens_a_file, resizing_refits, the_window_has_a_least_size, reads_a_pipe
         a_missing_file_is_said, a_file_without_a_drawing_is_said, file_names_are_bytes,
         options_of_others_are_passed_over, a_german_session_shows_the_same_picture,
         pixels_of_a_dense_screen_are_all_used, unreadable_configuration_is_passed_over,
-        logs_that_cannot_be_written_are_done_without, picture_sizes_have_limits)
+        a_pipe_is_no_configuration, several_notices_share_a_box, logs_that_cannot_be_written_are_done_without,
+        picture_sizes_have_limits)

@@ -4,6 +4,7 @@ import os
 import signal
 import subprocess
 import tempfile
+import time
 
 from suite import HELPERS, KELHPGL, TITLE, beside, expect_picture, read_png, run_all, wait_for, wrong_places
 
@@ -135,6 +136,41 @@ def a_missing_language_ends_it(desktop, plot):
     assert done.returncode == 1 and "Unable to open language file" in done.stderr, done
 
 
+def signals_end_it_while_a_box_waits(desktop, plot):
+    beside(plot, "HPGL.ini", "LANG=xx\n")
+    for number in signal.SIGTERM, signal.SIGINT:
+        with desktop.viewer(KELHPGL, plot, environment={"KEL_CONFIG_DIR": str(plot.parent)}) as viewer:
+            wait_for("the box", lambda: viewer.windows(TITLE))
+            viewer.process.send_signal(number)
+            viewer.outcome(1)
+
+
+def the_end_does_not_wait_for_a_long_paint(desktop, plot):
+    """Wide lines from end to end: more of them than any machine draws in the time."""
+    plot.write_text("IN;SP1;PW5;PU0,0;PD" + "9000,9000,0,9000,9000,0,0,0," * 400_000 + "0,0;")
+    with desktop.viewer(KELHPGL, plot) as viewer:
+        viewer.window()
+        began = time.monotonic()
+        viewer.process.send_signal(signal.SIGTERM)
+        viewer.outcome(0)
+        assert time.monotonic() - began < 10, time.monotonic() - began
+
+
+def displays_that_do_not_answer(*_):
+    """Qt would end the process by itself."""
+    for settings in ({"WAYLAND_DISPLAY": "wayland-9"}, {"QT_QPA_PLATFORM": "wayland", "WAYLAND_DISPLAY": "wayland-9"},
+                     {"QT_QPA_PLATFORM": "nothing"}, {"QT_QPA_PLATFORM": "wayland;xcb", "DISPLAY": ":97"}):
+        done = run_unseen(**settings)
+        assert done.returncode == 1 and "no display" in done.stderr, (settings, done)
+        done = run_unseen(**settings, **other_toolkit("toolkit_without_version"))
+        assert done.returncode == 111 and "Unable to get W Lib Version" in done.stderr, (settings, done)
+
+
+def a_picture_file_is_written_without_a_word(_, plot):
+    done = run_unseen("--picture", plot.with_suffix(".png"), plot)
+    assert done.returncode == 0 and done.stderr == "" and done.stdout == "", done
+
+
 def without_a_display(_, plot):
     done = run_unseen(plot)
     assert done.returncode == 1, done
@@ -149,4 +185,5 @@ def without_a_display(_, plot):
 
 run_all(close_button_ends_it, signals_end_it, a_signal_ends_it_before_the_first_picture, leaves_no_file_behind,
         nobody_is_told_of_a_good_end, other_toolkits_are_refused, other_toolkits_are_named, a_missing_language_ends_it,
-        without_a_display)
+        signals_end_it_while_a_box_waits, the_end_does_not_wait_for_a_long_paint, without_a_display,
+        displays_that_do_not_answer, a_picture_file_is_written_without_a_word)

@@ -52,6 +52,15 @@ def stands_on_the_screens_bottom_edge(desktop, plot):
         assert SCREEN[1] - FRAME < y + height <= SCREEN[1], (y, height)
 
 
+def odd_sizes_do_no_harm(desktop, plot):
+    """Less than nothing, and more than the screen."""
+    for settings in ({"KELGTRACE_WINHT": "-5"}, {"KELGTRACE_WINHT": "100", "KELGTRACE_WINWD": "-7"},
+                     {"KELGTRACE_WINHT": "40000", "KELGTRACE_WINWD": "60000"}):
+        with traced(desktop, plot, KELGTRACE="3", **settings) as viewer:
+            viewer.window()
+            assert len(viewer.end()) < 1000
+
+
 def is_not_shown_without_a_height(desktop, plot):
     for settings in {"KELGTRACE_WINHT": "0"}, {}, {"KELGTRACE_WINHT": "0", "DGTRACE": "3"}:
         with traced(desktop, plot, KELGTRACE="3", **settings) as viewer:
@@ -99,6 +108,6 @@ def it_goes_with_the_main_window(desktop, plot):
     assert not desktop.stacking()
 
 
-run_all(has_place_and_size_of_the_settings, is_800_pixels_wide_by_itself, is_500_x_250_beside_a_trace_file,
+run_all(odd_sizes_do_no_harm, has_place_and_size_of_the_settings, is_800_pixels_wide_by_itself, is_500_x_250_beside_a_trace_file,
         stands_on_the_screens_bottom_edge, is_not_shown_without_a_height, the_newest_line_is_at_the_bottom,
         it_does_not_take_the_focus, closing_it_ends_the_viewer, it_goes_with_the_main_window)

@@ -5,6 +5,7 @@ import os
 from suite import KELHPGL, beside, expect_picture, run_all, wait_for, wrong_places, zoom
 
 DRAG = 100, 100, 380, 330
+NEXT = "IN;PC1,200,0,100;SP1;PU-500,-300;PD700,900,700,-300;PC2,0,90,255;SP2;PD-500,900;"
 
 
 def dragging_zooms(desktop, plot):
@@ -165,8 +166,7 @@ def resizing_keeps_the_view(desktop, plot):
 
 def the_next_picture_is_shown_whole(desktop, plot):
     """In its own colours and extents, whatever the view of the one before."""
-    second = beside(plot, "second.plt",
-                    "IN;PC1,200,0,100;SP1;PU-500,-300;PD700,900,700,-300;PC2,0,90,255;SP2;PD-500,900;")
+    second = beside(plot, "second.plt", NEXT)
     pipe = plot.with_name("pipe")
     os.mkfifo(pipe)
     with desktop.viewer(KELHPGL, plot, pipe) as viewer:
@@ -179,8 +179,53 @@ def the_next_picture_is_shown_whole(desktop, plot):
         expect_picture(viewer, second, *zoom(*DRAG))
 
 
+def another_view_breaks_a_drag_off(desktop, plot):
+    """Rotation makes a new picture, whose whole is the first view."""
+    with desktop.viewer(KELHPGL, plot) as viewer:
+        expect_picture(viewer, plot)
+        wait_for("the focus", viewer.window().is_active)
+        viewer.start_drag(*DRAG)
+        expect_picture(viewer, plot, band=DRAG)
+        desktop.xdotool("key", "ctrl+r")
+        expect_picture(viewer, plot, "--rotate", "1")
+        viewer.release()
+        viewer.mouse(200, 200)
+        desktop.xdotool("key", "ctrl+r")
+        expect_picture(viewer, plot)
+
+
+def another_picture_breaks_a_drag_off(desktop, plot):
+    second = beside(plot, "second.plt", NEXT)
+    pipe = plot.with_name("pipe")
+    os.mkfifo(pipe)
+    with desktop.viewer(KELHPGL, plot, pipe) as viewer:
+        expect_picture(viewer, plot)
+        viewer.start_drag(*DRAG)
+        expect_picture(viewer, plot, band=DRAG)
+        pipe.write_bytes(second.read_bytes())
+        expect_picture(viewer, second)
+        viewer.release()
+        viewer.drag(50, 60, 200, 220)
+        expect_picture(viewer, second, *zoom(50, 60, 200, 220))
+
+
+def a_menu_breaks_a_drag_off(desktop, plot):
+    with desktop.viewer(KELHPGL, plot) as viewer:
+        expect_picture(viewer, plot)
+        wait_for("the focus", viewer.window().is_active)
+
+        def look_into_a_menu():
+            desktop.xdotool("key", "alt+s")
+            wait_for("the menu", viewer.popups)
+            viewer.release()
+            desktop.xdotool("key", "Escape")
+            wait_for("the menu to go", lambda: not viewer.popups())
+        expect_broken_off(viewer, plot, look_into_a_menu)
+
+
 run_all(dragging_zooms, dragging_zooms_on_a_dense_screen, the_rectangle_is_seen_while_it_is_dragged,
         rectangles_without_an_area_change_nothing, rectangles_that_hold_no_unit_change_nothing,
         a_double_click_leaves_no_rectangle, escape_breaks_a_drag_off, a_second_button_breaks_a_drag_off,
         the_loss_of_the_focus_breaks_a_drag_off, the_mouse_may_leave_the_window, a_repaint_leaves_the_rectangle,
-        resizing_keeps_the_view, the_next_picture_is_shown_whole)
+        resizing_keeps_the_view, the_next_picture_is_shown_whole, another_view_breaks_a_drag_off,
+        another_picture_breaks_a_drag_off, a_menu_breaks_a_drag_off)

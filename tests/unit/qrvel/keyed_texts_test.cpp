@@ -1,6 +1,7 @@
 #include "keyed_texts.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <string>
 
@@ -22,6 +23,25 @@ TEST(KeyedTextsFile, IsReadUpToOneMebibyte) {
     EXPECT_EQ(lastValueOf(1048576), "value");
     EXPECT_EQ(lastValueOf(1048577), "valu");
     EXPECT_EQ(lastValueOf(1048576 + 100), "");
+}
+
+TEST(KeyedTextsFile, IsAnOrdinaryOne) {
+    const ScratchFolder folder;
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    ASSERT_EQ(mkdir("folder", 0700), 0);
+    for (const char* name : {"pipe", "folder", "nothing", "/dev/zero"}) {
+        QString reason;
+        EXPECT_FALSE(readKeyedTexts(name, &reason)) << name;
+        EXPECT_EQ(reason, "no ordinary file") << name;
+    }
+}
+
+TEST(KeyedTexts, BeginBehindAByteOrderMark) {
+    EXPECT_EQ(parseKeyedTexts("\xEF\xBB\xBF"
+                              "KEY=value\n")
+                  .value("KEY"),
+              "value");
+    EXPECT_EQ(parseKeyedTexts("KEY= value \r\n").value("KEY"), " value ");
 }
 
 // With the terminators it takes 128 bytes: the viewer's buffer for its settings.
