@@ -138,6 +138,7 @@ Verdict sendFile(Client& viewer, const SendOptions& options, const std::string& 
 void say(const std::string& name, const Verdict& result) {
     const char* words = result.fate == Fate::Shown        ? "shown"
                         : result.fate == Fate::Unreadable ? "cannot read: "
+                        : result.fate == Fate::NoViewer   ? "not shown: "
                                                           : "refused: ";
     std::printf("%s: %s%s\n", name.c_str(), words, result.reason.c_str());
     std::fflush(stdout);
@@ -147,9 +148,16 @@ int sendAll(const SendOptions& options) {
     Client viewer;
     int status = EXIT_SHOWN;
     for (const std::string& name : options.files) {
+        if (status == EXIT_NO_VIEWER) {
+            say(name, {Fate::NoViewer, "there is no viewer"});
+            continue;
+        }
         const Verdict result = sendFile(viewer, options, name);
         if (result.fate != Fate::NoViewer || !result.reason.empty()) say(name, result);
-        if (result.fate == Fate::NoViewer) return EXIT_NO_VIEWER;
+        if (result.fate == Fate::NoViewer) {
+            status = EXIT_NO_VIEWER;
+            continue;
+        }
         if (result.fate != Fate::Shown) status = EXIT_NOT_SHOWN;
     }
     return status;

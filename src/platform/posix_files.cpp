@@ -1,7 +1,9 @@
 // Files as OpenFile, _lwrite and _lclose see them, and files that nobody vouches for.
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -46,6 +48,13 @@ int openRegular(const char* name, int flags) {
     const int file = aboveStandardStreams(opened);
     if (file >= 0) fcntl(file, F_SETFL, fcntl(file, F_GETFL) & ~O_NONBLOCK);
     return file;
+}
+
+// What the kernel makes up while it is read may have no end.
+bool isMadeUp(int file) {
+    struct statfs system {};
+    return fstatfs(file, &system) == 0 && (system.f_type == PROC_SUPER_MAGIC || system.f_type == SYSFS_MAGIC ||
+                                           system.f_type == DEBUGFS_MAGIC || system.f_type == TRACEFS_MAGIC);
 }
 
 // A file system that knows no locks is used without them; only another holder is a reason to refuse.
@@ -123,6 +132,10 @@ HFILE closeFile(HFILE file) {
 std::FILE* openRegularFile(const char* name) {
     const int file = openRegular(name, O_RDONLY);
     if (file < 0) return nullptr;
+    if (isMadeUp(file)) {
+        closeFailed(file);
+        return nullptr;
+    }
     std::FILE* stream = fdopen(file, "rb");
     if (stream == nullptr) closeFailed(file);
     return stream;

@@ -181,7 +181,7 @@ def hears_that_there_are_too_many(place):
 
 def stops_when_the_viewer_ends(place):
     for plays in ("dies", "mute"):
-        expect((3, "large.plt: refused: the viewer has closed the connection\n", ""),
+        expect((3, "large.plt: not shown: the viewer has closed the connection\na.plt: not shown: there is no viewer\n", ""),
                place.run("large.plt", "a.plt", plays=plays))
 
 

@@ -8,7 +8,7 @@ import threading
 import time
 
 from suite import HELPERS, KELHPGL, beside, expect_picture, run_all, wait_for  # first: it says where others are
-from host import (ACCEPTED, BEGIN, END, FURTHER, REFUSED, Host, channel_path, connect, frame, listening, on_socket,
+from host import (ACCEPTED, BEGIN, END, FURTHER, NAME, REFUSED, Host, channel_path, connect, frame, listening, on_socket,
                   picture, runtime_folder)
 
 OTHER = "IN;PC1,200,0,100;SP1;PU-500,-300;PD700,900,700,-300;PC2,0,90,255;SP2;PD-500,900;"
@@ -242,6 +242,11 @@ def is_served(plot):
 def a_name_has_one_viewer(desktop, plot):
     with viewer_for_hosts(desktop, plot) as viewer, connect(channel_path(plot)) as host:
         host.show(plot.read_bytes())
+        with desktop.viewer(KELHPGL, "--channel", f"{NAME}.lock",
+                            environment={"XDG_RUNTIME_DIR": str(runtime_folder(plot))}) as other_name:
+            wait_for("its socket", channel_path(plot).with_name(f"kelhpgl.{NAME}.lock").exists)
+            other_name.process.terminate()
+            other_name.outcome(0)
         with viewer_for_hosts(desktop, plot) as second:
             said = second.outcome(1)
             assert "another viewer has that name" in said and said.count("\n") == 1, said

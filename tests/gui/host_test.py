@@ -187,7 +187,7 @@ def says_that_the_viewer_was_killed(desktop, plot):
         host.stdin.flush()
         os.kill(hosts.viewers()[0], signal.SIGKILL)
         wait_for("the viewer's end", lambda: not hosts.viewers())
-        expect((3, "-: refused: the viewer has closed the connection\n", ""), result(host))
+        expect((3, "-: not shown: the viewer has closed the connection\n", ""), result(host))
         expect((0, "thin.plt: shown\n", ""), hosts.send(plot.name))
         with hosts.viewer() as viewer:
             expect_picture(viewer, plot)

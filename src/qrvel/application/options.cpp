@@ -154,7 +154,8 @@ Words takeOption(Options& options, Words words) {
 // place of a standard input that was closed.
 bool standardInputHasData() {
     struct stat about = {};
-    return fstat(STDIN_FILENO, &about) == 0 && (S_ISFIFO(about.st_mode) || S_ISREG(about.st_mode));
+    return fstat(STDIN_FILENO, &about) == 0 &&
+           (S_ISFIFO(about.st_mode) || S_ISREG(about.st_mode) || S_ISSOCK(about.st_mode));
 }
 
 }  // namespace
@@ -179,6 +180,9 @@ Options readOptions() {
         }
         words = words.subspan(1);
     }
+    const auto claims =
+        options.sources.count("-") + (options.frames ? 1 : 0) + (options.channelDescriptor == 0 ? 1 : 0);
+    if (claims > 1) refuse("standard input is asked for more than once", "");
     const bool hasSource = !options.sources.isEmpty() || options.frames || options.channelDescriptor >= 0 ||
                            !options.channelName.isEmpty();
     options.pipedIn = !hasSource && standardInputHasData();

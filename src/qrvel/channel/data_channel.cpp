@@ -118,7 +118,16 @@ void DataChannel::endTurn() {
     workIsDue();
 }
 
+// Transmissions without a begin add to the picture before, so they are bounded together.
 void DataChannel::transmit(std::unique_ptr<Transmission> transmission) {
+    if (transmission->begins()) pictureBytes_ = 0;
+    pictureBytes_ += static_cast<qint64>(transmission->size());
+    if (pictureBytes_ > Spool::mostBytes()) {
+        Speaker* speaker = turn_;
+        endTurn();
+        speaker->refused(Spool::tooMuch());
+        return;
+    }
     delivery_ = std::make_unique<Delivery>(receiver_, std::move(transmission));
     workIsDue();
 }
@@ -143,10 +152,10 @@ void DataChannel::leave(Speaker& speaker) {
 // When nobody is left, or nobody says anything, the user is to see something all the same.
 void DataChannel::waitForSpeakers() {
     if (delivered_) return;
-    if (server_ != nullptr) {
-        silence_.start();
-    } else if (speakers_.empty()) {
+    if (server_ == nullptr && speakers_.empty()) {
         showEmptyWindow();
+    } else if (!silence_.isActive()) {
+        silence_.start();
     }
 }
 

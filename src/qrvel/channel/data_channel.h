@@ -82,10 +82,11 @@ class DataChannel : public Object {
     std::unique_ptr<LoadPanel> panel_;
     std::unique_ptr<HostServer> server_;
     FileWatch watch_;
-    QTimer silence_;          // of all who might speak
-    bool unpainted_ = false;  // handed over whole, but not painted
-    bool givenUp_ = false;    // by the user; the main loop has not seen to it
-    bool cutShort_ = false;   // what the viewer has got is not all
+    QTimer silence_;           // of all who might speak
+    qint64 pictureBytes_ = 0;  // that were transmitted since the last begin
+    bool unpainted_ = false;   // handed over whole, but not painted
+    bool givenUp_ = false;     // by the user; the main loop has not seen to it
+    bool cutShort_ = false;    // what the viewer has got is not all
     bool watching_ = false;
     bool delivered_ = false;
 };

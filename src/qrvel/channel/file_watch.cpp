@@ -21,7 +21,8 @@ FileWatch::FileWatch(std::function<void(const QByteArray&)> changed) : changed_(
 
 FileWatch::State FileWatch::stateOf(const QByteArray& fileName) {
     struct stat about = {};
-    if (stat(fileName.constData(), &about) != 0) return {};
+    // A pipe changes when it is read; what is opened for writing is empty until something is written.
+    if (stat(fileName.constData(), &about) != 0 || !S_ISREG(about.st_mode) || about.st_size == 0) return {};
     return {.size = about.st_size,
             .time = about.st_mtim.tv_sec * qint64{1000000000} + about.st_mtim.tv_nsec,
             .inode = about.st_ino};

@@ -18,7 +18,7 @@ class FileWatch {
     void add(const QByteArray& fileName);
 
   private:
-    // What tells one content of a file from another; all 0 while there is no such file.
+    // What tells one content of a file from another; all 0 while there is no such file, or nothing in it.
     struct State {
         qint64 size = 0;
         qint64 time = 0;  // of the last change, nanoseconds

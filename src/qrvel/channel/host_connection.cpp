@@ -111,6 +111,7 @@ void HostConnection::takeTurn() {
     clock_.start();
     readNotifier_.setEnabled(true);
     takeReceived();
+    lookAtClock();  // it may have been silent while it stood in line
 }
 
 // What came behind the end of the transmission before is the beginning of the next.

@@ -2,18 +2,34 @@
 #pragma once
 
 #include <QLocalServer>
-#include <QLockFile>
+#include <QTimer>
 #include <functional>
-#include <memory>
 
 namespace qrvel {
+
+// A name that only one process at a time may have: a locked file, which the system unlocks when the process is gone.
+class NameLock {
+  public:
+    NameLock() = default;
+    ~NameLock();
+    NameLock(const NameLock&) = delete;
+    NameLock& operator=(const NameLock&) = delete;
+
+    // False when somebody else has it, or it cannot be had (errno).
+    bool take(const QByteArray& path);
+
+  private:
+    QByteArray path_;
+    int file_ = -1;
+};
 
 class HostServer : public QLocalServer {
   public:
     // Told of each host, with the descriptor of its connection, which is handed over.
     using Arrived = std::function<void(int descriptor)>;
 
-    explicit HostServer(Arrived arrived) : arrived_(std::move(arrived)) {}
+    explicit HostServer(Arrived arrived);
+    ~HostServer() override { close(); }  // while the name is still ours
 
     // Listens under a name (kelhost::channelPath). False, with a line, when that cannot be. Ends the process, with 1,
     // when another viewer has the name.
@@ -23,8 +39,12 @@ class HostServer : public QLocalServer {
     void incomingConnection(quintptr descriptor) override { arrived_(static_cast<int>(descriptor)); }
 
   private:
+    bool listenAtPath();
+
     Arrived arrived_;
-    std::unique_ptr<QLockFile> lock_;  // the name is ours as long as we hold it
+    QString path_;
+    NameLock name_;
+    QTimer looks_;  // whether it still listens
 };
 
 }  // namespace qrvel

@@ -26,6 +26,14 @@ const Limit& limit() {
 
 }  // namespace
 
+qint64 Spool::mostBytes() {
+    return limit().bytes;
+}
+
+QString Spool::tooMuch() {
+    return limit().reason;
+}
+
 bool Spool::fail(const QString& reason) {
     failure_ = reason;
     return false;

@@ -11,6 +11,10 @@ namespace qrvel {
 
 class Spool {
   public:
+    // Of a picture, and what is said of one with more.
+    static qint64 mostBytes();
+    static QString tooMuch();
+
     // False when the bytes cannot be kept; failure() then says why.
     bool append(const char* bytes, qint64 count);
     // Ends the appending. False like append.

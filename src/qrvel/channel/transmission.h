@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "spool.h"
+#include "wd.h"
 
 namespace qrvel {
 
@@ -28,6 +29,9 @@ class Transmission {
 
     // The next chunk; nothing behind the last, which is an end chunk.
     std::optional<Chunk> next();
+
+    // Whether it makes a new picture.
+    bool begins() const { return form_ == Form::Plain || (!rest_.empty() && rest_.front() == char{WD_CHUNK_BEGIN}); }
 
     std::size_t size() const { return spool_->bytes().size(); }
 

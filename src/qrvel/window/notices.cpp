@@ -1,5 +1,8 @@
 #include "notices.h"
 
+#include <poll.h>
+#include <unistd.h>
+
 #include <QMessageBox>
 #include <QPointer>
 #include <QTimerEvent>
@@ -47,7 +50,10 @@ void showWithParent(QMessageBox& box) {
 
 }  // namespace
 
+// Whoever started us with a pipe there and does not read it must not stop us.
 void sayLine(const QString& text) {
+    pollfd standardError = {.fd = STDERR_FILENO, .events = POLLOUT, .revents = 0};
+    if (poll(&standardError, 1, 0) == 0) return;
     std::fprintf(stderr, "kelhpgl: %s\n", qUtf8Printable(text));
 }
 

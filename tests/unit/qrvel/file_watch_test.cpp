@@ -1,6 +1,7 @@
 #include "file_watch.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
@@ -94,6 +95,22 @@ TEST_F(WatchedFiles, MayGoAndComeBack) {
     expectNoChange();
     write("a.plt", "IN;SP1;");
     expectChange("a.plt ");
+}
+
+// As by a program that opens its output long before it writes.
+TEST_F(WatchedFiles, AreNotReportedWhileTheyAreEmpty) {
+    watch_.add("a.plt");
+    write("a.plt", "");
+    expectNoChange();
+    write("a.plt", "IN;SP1;");
+    expectChange("a.plt ");
+}
+
+TEST_F(WatchedFiles, AreNoPipes) {
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    watch_.add("pipe");
+    fs::last_write_time("pipe", fs::file_time_type::clock::now());
+    expectNoChange();
 }
 
 TEST_F(WatchedFiles, MayComeLaterWithTheirFolder) {
