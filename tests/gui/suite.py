@@ -7,6 +7,7 @@ screen in the folder gui-failures beside the current one.
 """
 import functools
 import pathlib
+import signal
 import sys
 import tempfile
 import time
@@ -82,6 +83,7 @@ def run(test, desktop):
 def run_all(*tests):
     """Runs the tests, or those that the command line names, each on a plot of its own; ends the process."""
     chosen = sys.argv[4:]
+    signal.signal(signal.SIGHUP, signal.SIG_DFL)  # for the viewers, also where hang-ups are ignored
     with Desktop() as desktop:
         results = [run(test, desktop) for test in tests if not chosen or test.__name__ in chosen]
     print(f"{results.count(True)} passed, {results.count(False)} failed")
