@@ -65,7 +65,11 @@ MSG MessageQueue::next() {
     return m_current->message;
 }
 
+// One message of nothing makes the loop turn as well as many, which would grow without end while there is work.
 void MessageQueue::post(const MSG& message) {
+    const bool doubled =
+        message.message == WM_NULL && !m_waiting.empty() && m_waiting.back()->message.message == WM_NULL;
+    if (doubled) return wake();
     m_waiting.push_back(waiting(message, nullptr, nullptr));
     wake();
 }
