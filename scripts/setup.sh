@@ -2,7 +2,7 @@
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-packages_to_build="cmake ninja-build g++ pkg-config qt6-base-dev qt6-translations-l10n libgl-dev libxcb1-dev
+packages_to_build="cmake ninja-build g++ pkg-config qt6-base-dev qt6-svg-dev qt6-translations-l10n libgl-dev libxcb1-dev
     fonts-dejavu-core"
 packages_to_test="libgtest-dev clang-format clang-tidy python3 locales xvfb xauth xdotool wmctrl openbox imagemagick x11-utils
     gnuplot-nox plotutils"

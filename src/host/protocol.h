@@ -22,6 +22,11 @@ enum class FrameKind : uint8_t {
     Accepted = 16,  // it has come whole
     Refused = 17,   // it is dropped; the bytes say why, UTF-8
     Shown = 18,     // its picture is on the screen
+    // From the viewer, when the user prints the picture of this host back to it: a page is a begin frame, any number of
+    // data frames, and an end frame. Frames of other kinds may come between them.
+    PageBegin = 19,  // the bytes name the format: "pdf", "svg" or "png"
+    PageData = 20,
+    PageEnd = 21,  // nothing; the page is whole
 };
 
 inline constexpr std::size_t FRAME_HEADER_SIZE = 5;

@@ -1,0 +1,29 @@
+// What is to be printed where: the user's choice in the print set-up, or the command line's.
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <cstdint>
+
+#include "paper.h"
+
+namespace qrvel {
+
+// The numbers are those that OUTopendevice takes.
+enum class Destination : uint8_t { Printer = 1, File = 2, Host = 3 };
+enum class PageFormat : uint8_t { None = 0, Pdf = 1, Svg = 2, Png = 3 };
+
+inline constexpr int LEAST_DPI = 10;
+inline constexpr int MOST_DPI = 2400;
+
+struct PrintChoice {
+    Destination destination = Destination::File;
+    PageFormat format = PageFormat::Pdf;  // None for a printer
+    QString printer;                      // its name
+    QByteArray fileName;                  // a path, in the bytes of the file system
+    Paper paper;
+    bool landscape = false;
+    int dpi = 300;  // of a PNG
+};
+
+}  // namespace qrvel
