@@ -15,15 +15,15 @@ KEYBOARD = "pc+us+macintosh_vndr/apple(alukbd)"  # one with F15
 WHITE = b"\xff\xff\xff"
 
 
-def wait_for(what, condition):
+def wait_for(what, condition, patience=PATIENCE):
     """Asks until the condition answers something true, and answers that."""
-    end = time.monotonic() + PATIENCE
+    end = time.monotonic() + patience
     while time.monotonic() < end:
         answer = condition()
         if answer:
             return answer
         time.sleep(0.02)
-    raise AssertionError(f"waited {PATIENCE:.0f} s for {what}")
+    raise AssertionError(f"waited {patience:.0f} s for {what}")
 
 
 class Desktop:
