@@ -45,6 +45,7 @@ Application::Application(Options taken) : options(std::move(taken)), qt(makeQApp
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(makeAppIcon());
 
+    if (!options.printTo.isEmpty()) conversion = std::make_unique<Conversion>(options);
     variables.notifyId = options.notifyId;
     variables.notifyWindow = reinterpret_cast<void*>(options.notifyWindow);
     endSignals = std::make_unique<EndSignals>(quitApplication);
@@ -91,7 +92,8 @@ WHandle WIinitialise(int32_t /*argc*/, char** /*argv*/, uint32_t /*flag*/) {
         return 0;
     }
     Options options = readOptions();
-    if (!options.picture.isEmpty()) {
+    const bool unseen = !options.picture.isEmpty() || !options.printTo.isEmpty();
+    if (unseen) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qInstallMessageHandler(passOnGrave);
     }
@@ -135,7 +137,7 @@ void Wfatalerror(WHandle /*app*/, const char* text) {
 void Wterminate(WHandle app) {
     const auto* found = handles().find<Application>(app, __func__);
     if (found == nullptr) return;
-    const int32_t status = found->status;
+    const int32_t status = found->conversion ? found->conversion->status() : found->status;
     forgetFonts();
     handles().destroy<Application>(app, __func__);
     if (status != 0) ExitProcess(static_cast<UINT>(status));

@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "conversion.h"
 #include "end_signals.h"
 #include "handles.h"
 #include "language.h"
@@ -31,6 +32,7 @@ struct Application : Object {
     QTranslator qtTexts;                     // of Qt's own windows
     const char* const* loadTitle = nullptr;  // where the viewer keeps these of its texts (Wloadtxt), which it may
     const char* const* loadText = nullptr;   // still replace by its own; not owned
+    std::unique_ptr<Conversion> conversion;  // with --print-to
     MessageQueue messages;
     std::unique_ptr<EndSignals> endSignals;
     int32_t status = 0;  // with which Wterminate ends the process, unless 0

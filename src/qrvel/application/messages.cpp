@@ -5,6 +5,7 @@
 
 #include "application.h"
 #include "child.h"
+#include "conversion.h"
 #include "data_channel.h"
 #include "objects.h"
 #include "picture_file.h"
@@ -18,16 +19,12 @@ void addOnce(std::vector<WHandle>& waiting, WHandle object) {
     if (std::find(waiting.begin(), waiting.end(), object) == waiting.end()) waiting.push_back(object);
 }
 
-void send(WHandle object, uint32_t message, uint32_t first = 0, uint32_t second = 0) {
-    if (const WMsgProc procedure = procedureOf(object)) procedure(object, message, first, second);
-}
-
 void deliverPaint(WHandle object) {
     Child* child = handles().find<Child>(object);
-    if (child == nullptr) return;
+    if (child == nullptr || conversion() != nullptr) return;  // nobody sees it
     if (child->surface) child->surface->clear();
-    send(object, W_MSG_PAINT);
-    if (DataChannel* channel = findDataChannel()) channel->painted();
+    MessageQueue::send(object, W_MSG_PAINT);
+    if (DataChannel* channel = findDataChannel()) channel->pictureIsOut();
     child = handles().find<Child>(object);
     if (child != nullptr) savePictureAfterPaint(*child);
 }
@@ -37,6 +34,10 @@ void deliverPaint(WHandle object) {
 MessageQueue::MessageQueue() {
     nextTurn_.setSingleShot(true);
     QObject::connect(&nextTurn_, &QTimer::timeout, [] { PostMessageA(nullptr, WM_NULL, 0, 0); });
+}
+
+void MessageQueue::send(WHandle object, uint32_t message, uint32_t first, uint32_t second) {
+    if (const WMsgProc procedure = procedureOf(object)) procedure(object, message, first, second);
 }
 
 void MessageQueue::posted() {

@@ -26,6 +26,9 @@ class MessageQueue {
 
     bool isEmpty() const { return sizes_.empty() && actions_.empty() && paints_.empty(); }
 
+    // Delivers one message at once, whatever waits.
+    static void send(WHandle object, uint32_t message, uint32_t first = 0, uint32_t second = 0);
+
     // Delivers what waits now; what that queues waits for the next time.
     void deliver();
 

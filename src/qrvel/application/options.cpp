@@ -9,9 +9,13 @@
 #include <cstdlib>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "arguments.h"
+#include "conversion.h"
+#include "page_format.h"
 #include "protocol.h"
+#include "source_reader.h"
 
 namespace qrvel {
 
@@ -72,6 +76,30 @@ void setChannelDescriptor(Options& options, const char* value) {
     options.channelDescriptor = static_cast<int>(number);
 }
 
+void setPrintTo(Options& options, const char* value) {
+    if (formatOf(value) == PageFormat::None) refuse("no name that ends with .pdf, .svg or .png", value);
+    options.printTo = value;
+}
+
+void setPaper(Options& options, const char* value) {
+    const auto [paper, problem] = choosePaper(value);
+    if (problem != nullptr) refuse(problem, value);
+    options.paper = paper;
+}
+
+void setLandscape(Options& options, const char* /*value*/) {
+    options.landscape = true;
+}
+
+void setDpi(Options& options, const char* value) {
+    int dpi = 0;
+    char rest = 0;
+    if (std::sscanf(value, "%5d%c", &dpi, &rest) != 1 || dpi < LEAST_DPI || dpi > MOST_DPI) {
+        refuse("no resolution from 10 to 2400", value);
+    }
+    options.dpi = dpi;
+}
+
 struct Option {
     const char* name;
     const char* value;  // what follows it, for the help; null for nothing
@@ -87,6 +115,10 @@ constexpr Option OPTIONS[] = {
     {"--frames",  nullptr,   "a host is at standard input and output",              setFrames},
     {"--picture", "FILE",    "write the picture as PNG and end, without a window", setPicture},
     {"--size",    "WxH",     "the size of that picture in pixels (500x500)",       setSize},
+    {"--print-to", "FILE",   "write each FILE as .pdf, .svg or .png and end, without a window; %n is its name", setPrintTo},
+    {"--page",    "SIZE",    "the paper: A0 to A6, Letter, WxHmm, fit (A4)",        setPaper},
+    {"--landscape", nullptr, "the paper lies on its longer side",                   setLandscape},
+    {"--dpi",     "N",       "dots an inch of a .png (300)",                        setDpi},
     {"--help",    nullptr,   "this text",                                          printHelp},
     {"--version", nullptr,   "name and version",                                   printVersion},
 };
@@ -158,6 +190,18 @@ bool standardInputHasData() {
            (S_ISFIFO(about.st_mode) || S_ISREG(about.st_mode) || S_ISSOCK(about.st_mode));
 }
 
+// Only files can be printed, and each has one place to go to.
+void checkConversion(Options& options) {
+    if (std::exchange(options.pipedIn, false)) options.sources += STANDARD_INPUT;
+    const bool others = options.frames || options.channelDescriptor >= 0 || !options.channelName.isEmpty() ||
+                        options.watch || !options.picture.isEmpty();
+    if (others) refuse("goes with files alone", "--print-to");
+    if (options.sources.isEmpty()) refuse("no file to print", "");
+    if (options.sources.size() > 1 && !namesEach(options.printTo)) {
+        refuse("several files need a %n in the name", options.printTo.constData());
+    }
+}
+
 }  // namespace
 
 Options readOptions() {
@@ -186,6 +230,7 @@ Options readOptions() {
     const bool hasSource = !options.sources.isEmpty() || options.frames || options.channelDescriptor >= 0 ||
                            !options.channelName.isEmpty();
     options.pipedIn = !hasSource && standardInputHasData();
+    if (!options.printTo.isEmpty()) checkConversion(options);
     return options;
 }
 

@@ -5,6 +5,8 @@
 #include <QString>
 #include <cstdint>
 
+#include "paper.h"
+
 namespace qrvel {
 
 struct Options {
@@ -17,6 +19,10 @@ struct Options {
     QString picture;             // --picture: the PNG to write instead of showing a window; empty for none
     int32_t pictureWidth = 500;  // pixels, as large as the window's first size
     int32_t pictureHeight = 500;
+    QByteArray printTo;  // --print-to: the file, or a pattern for the names of several; empty for none
+    Paper paper;         // of such files
+    bool landscape = false;
+    int dpi = 300;
     uint32_t notifyId = 0;       // -I=
     uintptr_t notifyWindow = 0;  // -P=
 };

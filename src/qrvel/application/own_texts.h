@@ -13,6 +13,10 @@ enum class OwnText {
     TooLong,          // %1 a key of the configuration
     NoDrawing,        // %1 a name
     NoPrinting,
+    CannotPrint,      // %1 a printer, %2 the reason
+    NoSuchPrinter, PrinterRefuses, PageTooLarge, WrittenAlready,  // reasons
+    NoHost, NoDestination,
+    EmptyPage,        // %1 a name
     Drawing,          // what a screen reader calls the picture
     Back, Contents, Close, GiveUp,
     ProductTitle, ProductPurpose, ProductVersion /* %1 */, ProductLicence,

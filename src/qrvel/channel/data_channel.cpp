@@ -9,10 +9,13 @@
 
 #include "application.h"
 #include "child.h"
+#include "conversion.h"
 #include "file_source.h"
 #include "host_connection.h"
 #include "notices.h"
 #include "own_texts.h"
+#include "print_setup.h"
+#include "shell.h"
 
 namespace qrvel {
 
@@ -139,6 +142,7 @@ void DataChannel::pass(const Speaker& speaker) {
 void DataChannel::leave(Speaker& speaker) {
     pass(speaker);
     std::erase(line_, &speaker);
+    if (pictureOf_ == &speaker) pictureOf_ = nullptr;
     const auto owned = std::find_if(speakers_.begin(), speakers_.end(), [&](const std::unique_ptr<Speaker>& candidate) {
         return candidate.get() == &speaker;
     });
@@ -151,7 +155,8 @@ void DataChannel::leave(Speaker& speaker) {
 
 // When nobody is left, or nobody says anything, the user is to see something all the same.
 void DataChannel::waitForSpeakers() {
-    if (delivered_) return;
+    if (conversion() != nullptr && speakers_.empty()) conversion()->end();
+    if (delivered_ || conversion() != nullptr) return;
     if (server_ == nullptr && speakers_.empty()) {
         showEmptyWindow();
     } else if (!silence_.isActive()) {
@@ -196,16 +201,16 @@ void DataChannel::carryOutGivingUp() {
 
 bool DataChannel::hasWork() const {
     if (!gone_.empty() || givenUp_) return true;
-    return turn_ == nullptr ? !line_.empty() : delivery_ && !unpainted_;
+    return turn_ == nullptr ? !line_.empty() : delivery_ && !notOut_;
 }
 
 void DataChannel::run() {
     gone_.clear();
-    if (givenUp_ && turn_ != nullptr && !unpainted_) {
+    if (givenUp_ && turn_ != nullptr && !notOut_) {
         carryOutGivingUp();
     } else if (turn_ == nullptr) {
         if (!line_.empty()) giveTurn();
-    } else if (delivery_ && !unpainted_) {
+    } else if (delivery_ && !notOut_) {
         delivery_->run(std::chrono::steady_clock::now() + TURN);
         if (delivery_->isOver()) finish();
     }
@@ -214,19 +219,28 @@ void DataChannel::run() {
 // The viewer has got the end. What it has drawn by its next paint is the picture.
 void DataChannel::finish() {
     delivered_ = true;
+    pictureOf_ = turn_;
     delivery_.reset();
     panel_.reset();
     const auto* child = handles().findFirst<Child>([](const Child&) { return true; });
-    unpainted_ = child != nullptr;
-    if (unpainted_) {
-        application()->messages.postPaint(child->handle);
-    } else {
+    notOut_ = child != nullptr;
+    if (!notOut_) {
         settle();
+    } else if (conversion() != nullptr) {
+        application()->messages.postAction(objectOfContainer(child->container), PRINT_SETUP_KIND, PRINT);
+    } else {
+        application()->messages.postPaint(child->handle);
     }
 }
 
-void DataChannel::painted() {
-    if (std::exchange(unpainted_, false)) settle();
+void DataChannel::pictureIsOut() {
+    if (std::exchange(notOut_, false)) settle();
+}
+
+bool DataChannel::sendPage(std::string_view format, std::string_view bytes) {
+    if (!takesPages()) return false;
+    pictureOf_->takePage(format, bytes);
+    return true;
 }
 
 void DataChannel::settle() {

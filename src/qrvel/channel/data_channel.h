@@ -50,13 +50,16 @@ class DataChannel : public Object {
     // Whether the viewer has got a part of a transmission and not yet the end.
     bool isTransmitting() const { return delivery_ && delivery_->hasBegun(); }
     // Whether the viewer will get the first part of one by the next run.
-    bool isAboutToTransmit() const { return delivery_ && !delivery_->hasBegun() && !unpainted_; }
+    bool isAboutToTransmit() const { return delivery_ && !delivery_->hasBegun() && !notOut_; }
     // Whether run has something to do.
     bool hasWork() const;
     // Goes on, for a few milliseconds at most.
     void run();
-    // The drawing child has been painted.
-    void painted();
+    // What has been handed over is on the screen, or printed.
+    void pictureIsOut();
+    // Whether the one whose picture is shown is there, and takes pages; gives it one, and answers the same.
+    bool takesPages() const { return pictureOf_ != nullptr && pictureOf_->takesPages(); }
+    bool sendPage(std::string_view format, std::string_view bytes);
     // Whether a transmission has been handed over whole.
     bool hasDelivered() const { return delivered_; }
 
@@ -78,13 +81,14 @@ class DataChannel : public Object {
     std::vector<std::unique_ptr<Speaker>> gone_;  // to be destroyed when none of their procedures is running
     std::deque<Speaker*> line_;
     Speaker* turn_ = nullptr;
+    Speaker* pictureOf_ = nullptr;        // whose transmission was handed over last; null when it has left
     std::unique_ptr<Delivery> delivery_;  // of the one whose turn it is
     std::unique_ptr<LoadPanel> panel_;
     std::unique_ptr<HostServer> server_;
     FileWatch watch_;
     QTimer silence_;           // of all who might speak
     qint64 pictureBytes_ = 0;  // that were transmitted since the last begin
-    bool unpainted_ = false;   // handed over whole, but not painted
+    bool notOut_ = false;      // handed over whole, but neither painted nor printed
     bool givenUp_ = false;     // by the user; the main loop has not seen to it
     bool cutShort_ = false;    // what the viewer has got is not all
     bool watching_ = false;

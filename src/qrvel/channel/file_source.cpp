@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "conversion.h"
 #include "data_channel.h"
 #include "notices.h"
 #include "own_texts.h"
@@ -22,6 +23,7 @@ void FileSource::isRead() {
     if (!read->failure().isEmpty()) {
         showNotice(ownText(OwnText::CannotRead).arg(QString::fromLocal8Bit(name_), read->failure()));
         failPicture();
+        if (Conversion* running = conversion()) running->fail();
         channel_.leave(*this);
         return;
     }
@@ -30,7 +32,9 @@ void FileSource::isRead() {
         showNotice(ownText(OwnText::NoDrawing).arg(QString::fromLocal8Bit(name_)));
         spool = std::make_unique<Spool>();  // an empty picture instead of what its bytes would draw by chance
     }
-    if (mayBeEmpty_ && spool->bytes().empty()) {
+    if (Conversion* running = conversion(); running != nullptr && !running->begin(name_)) {
+        channel_.leave(*this);
+    } else if (mayBeEmpty_ && spool->bytes().empty()) {
         channel_.leave(*this);
     } else {
         channel_.transmit(std::make_unique<Transmission>(std::move(spool), Transmission::Form::Plain));
@@ -48,6 +52,7 @@ void FileSource::shown() {
 
 void FileSource::refused(const QString& reason) {
     sayLine(QString::fromLocal8Bit(name_) + ": " + reason);
+    if (Conversion* running = conversion()) running->fail();
     channel_.leave(*this);
 }
 

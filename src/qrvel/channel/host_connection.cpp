@@ -18,6 +18,7 @@ using kelhost::FrameKind;
 namespace {
 
 constexpr std::size_t READ_SIZE = 65536;
+constexpr std::size_t PAGE_PIECE = 65536;  // of a page, in a frame
 constexpr std::size_t ATOMIC_WRITE = 512;  // what a pipe that is writable takes without making us wait
 
 constexpr auto READING_TURN = std::chrono::milliseconds(8);
@@ -247,24 +248,37 @@ void HostConnection::hangUp() {
 
 // ---- answers --------------------------------------------------------------------------------------------------------
 
-void HostConnection::reply(FrameKind kind, std::string_view bytes) {
+void HostConnection::addAnswer(FrameKind kind, std::string_view bytes) {
     const auto header =
         kelhost::encodeHeader({.kind = static_cast<uint8_t>(kind), .length = static_cast<uint32_t>(bytes.size())});
     answers_.append(header.data(), header.size());
     answers_.append(bytes);
+}
+
+void HostConnection::reply(FrameKind kind, std::string_view bytes) {
+    addAnswer(kind, bytes);
     write();
 }
 
+void HostConnection::takePage(std::string_view format, std::string_view bytes) {
+    addAnswer(FrameKind::PageBegin, format);
+    for (; !bytes.empty(); bytes.remove_prefix(std::min(bytes.size(), PAGE_PIECE))) {
+        addAnswer(FrameKind::PageData, bytes.substr(0, PAGE_PIECE));
+    }
+    reply(FrameKind::PageEnd);
+}
+
 void HostConnection::write() {
-    while (!answers_.empty() && isReady(output_, POLLOUT)) {
-        const std::size_t length = std::min(answers_.size(), ATOMIC_WRITE);
-        const ssize_t count = ::write(output_, answers_.data(), length);
+    while (written_ < answers_.size() && isReady(output_, POLLOUT)) {
+        const std::size_t length = std::min(answers_.size() - written_, ATOMIC_WRITE);
+        const ssize_t count = ::write(output_, answers_.data() + written_, length);
         if (count < 0 && isTemporary(errno)) break;
-        if (count < 0) {
-            answers_.clear();  // nobody listens any more
-            break;
-        }
-        answers_.erase(0, static_cast<std::size_t>(count));
+        // After an error nobody listens any more.
+        written_ = count < 0 ? answers_.size() : written_ + static_cast<std::size_t>(count);
+    }
+    if (written_ == answers_.size()) {
+        answers_.clear();
+        written_ = 0;
     }
     writeNotifier_.setEnabled(!answers_.empty() && !gone_);
     if (answers_.empty() && state_ == State::Silent && !gone_ && !readNotifier_.isEnabled()) goOn();

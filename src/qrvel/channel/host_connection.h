@@ -39,6 +39,9 @@ class HostConnection final : public Speaker {
     qint64 bytesInAll() const override { return 0; }
     void shown() override;
     void refused(const QString& reason) override;
+    // Not while it has answers that it has not read.
+    bool takesPages() const override { return answers_.empty() && !gone_; }
+    void takePage(std::string_view format, std::string_view bytes) override;
 
   private:
     // Silent: between transmissions. InLine: something has come, and it waits for its turn. Collecting: it is its turn.
@@ -57,6 +60,7 @@ class HostConnection final : public Speaker {
     void hangUp();
     void goOn();
     void lookAtClock();
+    void addAnswer(kelhost::FrameKind kind, std::string_view bytes);
     void reply(kelhost::FrameKind kind, std::string_view bytes = {});
     void write();
 
@@ -74,7 +78,8 @@ class HostConnection final : public Speaker {
     std::size_t to_ = 0;          // to here have not been looked at
     std::unique_ptr<Spool> spool_;
     qint64 collected_ = 0;
-    std::string answers_;  // that the host has not taken yet
+    std::string answers_;      // that the host has not taken yet,
+    std::size_t written_ = 0;  // but for so many bytes
     QTimer clock_;
     QElapsedTimer sinceBytes_;  // came; they may have come before its turn
     QElapsedTimer sinceTurn_;   // began

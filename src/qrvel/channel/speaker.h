@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <string_view>
 
 namespace qrvel {
 
@@ -25,6 +26,11 @@ class Speaker {
     // What became of what was transmitted: painted; or dropped, at least a part of it. The turn is over.
     virtual void shown() = 0;
     virtual void refused(const QString& reason) = 0;
+
+    // Whether it can be given a page with its picture, as it has been printed; and giving it one, in a format called
+    // "pdf", "svg" or "png".
+    virtual bool takesPages() const { return false; }
+    virtual void takePage(std::string_view /*format*/, std::string_view /*bytes*/) {}
 };
 
 }  // namespace qrvel

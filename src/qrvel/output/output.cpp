@@ -17,10 +17,11 @@ namespace {
 OutputDevice* outputOf(WHandle child, const char* operation) {
     const auto* found = handles().find<Child>(child, operation);
     if (found == nullptr) return nullptr;
-    if (!found->surface) [[unlikely]] {
+    OutputDevice* output = found->output();
+    if (output == nullptr) [[unlikely]] {
         traceLine("%s: %08X has no device\n", operation, child);
     }
-    return found->surface.get();
+    return output;
 }
 
 Box boxOf(int32_t x, int32_t y, int32_t width, int32_t height) {
@@ -99,15 +100,17 @@ int32_t OUTendpaint(WHandle child) {
 }
 
 int32_t OUTsetbackground(WHandle child, uint32_t colour) {
-    if (outputOf(child, __func__) == nullptr) return 0;
-    handles().find<Child>(child)->surface->setBackground(colour);
+    const auto* found = handles().find<Child>(child, __func__);
+    if (found == nullptr || !found->surface) return 0;
+    found->surface->setBackground(colour);
     return 1;
 }
 
 int32_t OUTquerysize(WHandle child, int32_t* width, int32_t* height) {
     const auto* found = handles().find<Child>(child, __func__);
     if (found == nullptr || found->widget == nullptr) return 0;
-    const QSize size = found->surface ? found->surface->size() : found->widget->deviceSize();
+    const OutputDevice* output = found->output();
+    const QSize size = output != nullptr ? output->size() : found->widget->deviceSize();
     *width = size.width();
     *height = size.height();
     return 1;

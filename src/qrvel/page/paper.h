@@ -6,6 +6,11 @@
 
 namespace qrvel {
 
+inline constexpr double MILLIMETRES_AN_INCH = 25.4;
+
+// Millimetres. What is thinner gets lost on paper.
+inline constexpr double THINNEST_LINE = 0.18;
+
 struct Paper {
     double width = 210.0;  // millimetres
     double height = 297.0;

@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "handles.h"
+#include "page_delivery.h"
 #include "screen_surface.h"
 
 namespace qrvel {
@@ -58,7 +59,12 @@ struct Child : Object {
 
     QPointer<ChildWidget> widget;
     WHandle container = 0;
+    // What the drawing goes to; null when there is nothing.
+    OutputDevice* output() const { return page != nullptr ? page : surface.get(); }
+
     std::unique_ptr<ScreenSurface> surface;  // made by OUTstdcreate
+    OutputDevice* page = nullptr;            // while it is there, it takes the surface's place
+    std::unique_ptr<PrintedPage> printed;    // the page that is being printed, from OUTopendevice to OUTclosedevice
     QPoint mousePosition;                    // of the mouse message delivered last, device pixels, y upward
 };
 

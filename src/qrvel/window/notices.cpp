@@ -39,6 +39,13 @@ class ShownWithParent : public QObject {
     QMessageBox& box_;
 };
 
+QString shownLine(QString text) {
+    for (QChar& character : text) {
+        if (character.category() == QChar::Other_Control) character = '?';
+    }
+    return text;
+}
+
 void showWithParent(QMessageBox& box) {
     const QWidget* parent = box.parentWidget();
     if (parent == nullptr || parent->isVisible()) {
@@ -52,9 +59,19 @@ void showWithParent(QMessageBox& box) {
 
 // Whoever started us with a pipe there and does not read it must not stop us.
 void sayLine(const QString& text) {
+    showProgressLine({});
     pollfd standardError = {.fd = STDERR_FILENO, .events = POLLOUT, .revents = 0};
     if (poll(&standardError, 1, 0) == 0) return;
-    std::fprintf(stderr, "kelhpgl: %s\n", qUtf8Printable(text));
+    std::fprintf(stderr, "kelhpgl: %s\n", qUtf8Printable(shownLine(text)));
+}
+
+void showProgressLine(const QString& text) {
+    static bool stands = false;
+    if (text.isEmpty() && !stands) return;
+    if (isatty(STDERR_FILENO) == 0) return;
+    constexpr char TO_EMPTY_LINE[] = "\r\033[K";
+    std::fprintf(stderr, "%s%s", TO_EMPTY_LINE, qUtf8Printable(shownLine(text)));
+    stands = !text.isEmpty();
 }
 
 void showNotice(const QString& text) {

@@ -5,8 +5,11 @@
 
 namespace qrvel {
 
-// A line on stderr.
+// A line on stderr. Names are data: control characters in them are shown as question marks.
 void sayLine(const QString& text);
+
+// What goes on, on a terminal, until the next line or progress; nothing elsewhere. An empty text takes it away.
+void showProgressLine(const QString& text);
 
 // The same and, where somebody looks, a box that does not stop the viewer.
 void showNotice(const QString& text);

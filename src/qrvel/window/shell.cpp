@@ -91,10 +91,18 @@ void ContainerWidget::resizeEvent(QResizeEvent* /*event*/) {
     postSizeOfContainer(handle_);
 }
 
-void postSizeOfContainer(WHandle container) {
+WHandle objectOfContainer(WHandle container) {
     const auto* found = handles().find<Container>(container);
-    if (found == nullptr || application() == nullptr) return;
-    if (const WHandle object = mainObjectOf(found->windowClass)) application()->messages.postSize(object);
+    return found != nullptr ? mainObjectOf(found->windowClass) : 0;
+}
+
+void postSizeOfContainer(WHandle container) {
+    const WHandle object = objectOfContainer(container);
+    if (object != 0 && application() != nullptr) application()->messages.postSize(object);
+}
+
+void sendSizeOfContainer(WHandle container) {
+    if (const WHandle object = objectOfContainer(container)) MessageQueue::send(object, W_MSG_SIZE);
 }
 
 }  // namespace qrvel

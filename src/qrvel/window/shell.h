@@ -55,7 +55,10 @@ struct Container : Object {
     WHandle windowClass = 0;
 };
 
-// Queues a size message for the object whose window a container is.
+// Queues a size message for the object whose window a container is, or delivers it before it returns.
 void postSizeOfContainer(WHandle container);
+void sendSizeOfContainer(WHandle container);
+// That object; 0 when there is none.
+WHandle objectOfContainer(WHandle container);
 
 }  // namespace qrvel

@@ -1,0 +1,52 @@
+// --print-to: every picture goes to a file of its own instead of a window, and then the application ends.
+#pragma once
+
+#include <QByteArray>
+#include <set>
+
+#include "print_choice.h"
+
+namespace qrvel {
+
+struct Options;
+
+class Conversion {
+  public:
+    explicit Conversion(const Options& options);
+
+    // What is to be printed next; its file name is that of the source begun last.
+    const PrintChoice& choice() const { return choice_; }
+
+    // A source's picture comes next. False, with a line, when the file that it would go to has been written already.
+    bool begin(const QByteArray& source);
+    // One source is done with, well or not.
+    void fail() { failed_ = true; }
+    // No source is left.
+    void end();
+
+    // With which the process ends.
+    int32_t status() const { return failed_ || !ended_ ? 1 : 0; }
+
+  private:
+    void showProgress(const QByteArray& source);
+
+    QByteArray pattern_;
+    PrintChoice choice_;
+    qsizetype sources_;
+    qsizetype begun_ = 0;
+    std::set<QByteArray> written_;
+    bool failed_ = false;
+    bool ended_ = false;
+};
+
+// The name of the file for a source: %n in the pattern is the source's name without folder and ending, %% a percent
+// sign.
+QByteArray outputName(const QByteArray& pattern, const QByteArray& source);
+
+// Whether a pattern gives every source a name of its own.
+bool namesEach(const QByteArray& pattern);
+
+// The one that runs, or null.
+Conversion* conversion();
+
+}  // namespace qrvel

@@ -1,0 +1,42 @@
+// The output device of a sheet of paper. It draws nothing itself: it keeps the drawing until it is written.
+//
+// Its pixels are the units of the sheet. No background is filled, for paper is white; the box that clears a window is
+// forgotten with the reset that follows it.
+#pragma once
+
+#include "output_device.h"
+#include "paper.h"
+#include "recording.h"
+
+namespace qrvel {
+
+class Page final : public OutputDevice {
+  public:
+    explicit Page(const Sheet& sheet) : sheet_(sheet), recording_(sheet) {}
+
+    const Sheet& sheet() const { return sheet_; }
+    const Recording& recording() const { return recording_; }
+    // Whether the drawing was too large to be kept. What has been kept is gone then.
+    bool isTooLarge() const { return tooLarge_; }
+
+    QSize size() const override { return {sheet_.areaWidth, sheet_.areaHeight}; }
+    void reset() override;
+    void endPaint() override {}
+    void line(OUTPoint from, OUTPoint to) override;
+    void wideLine(std::span<const OUTPoint> points, int32_t width) override;
+    void outline(const Box& box) override;
+    void fill(const Box& box) override;
+    void polygons(std::span<const OUTPoint> points, std::span<const int32_t> counts) override;
+    void text(OUTPoint baseline, std::string_view bytes) override;
+    void trackBox(const Box& /*box*/) override {}
+
+  private:
+    template <class Keep>
+    void keep(Keep keep);
+
+    Sheet sheet_;
+    Recording recording_;
+    bool tooLarge_ = false;
+};
+
+}  // namespace qrvel

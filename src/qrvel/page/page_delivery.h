@@ -1,0 +1,31 @@
+// A finished page goes where it belongs.
+#pragma once
+
+#include <QString>
+#include <utility>
+
+#include "page.h"
+#include "print_choice.h"
+
+namespace qrvel {
+
+// Where to: what OUTopendevice is given, and the choices that it is not given.
+struct PageGoal {
+    Destination destination;
+    PageFormat format;
+    QString name;  // of the printer or the file
+    int dpi;
+};
+
+struct PrintedPage {
+    PrintedPage(const Sheet& sheet, PageGoal to) : page(sheet), goal(std::move(to)) {}
+
+    Page page;
+    PageGoal goal;
+};
+
+// Prints a page on a printer, writes it into a file, or sends it to the host. Answers nothing, or what went wrong, for
+// the user. A file is complete or absent: it appears under its name when all of it is written.
+QString deliverPage(const Page& page, const PageGoal& goal);
+
+}  // namespace qrvel

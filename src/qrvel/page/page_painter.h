@@ -1,0 +1,14 @@
+// A page through a painter: lines are lines, labels are text, at whatever resolution the painter's device has.
+#pragma once
+
+#include <QPainter>
+
+#include "placement.h"
+#include "recording.h"
+
+namespace qrvel {
+
+// unitsPerMillimetre: the painter's, whose origin is the upper left corner of the paper, y downward.
+void paintPage(QPainter& painter, const Recording& recording, const Placement& placement, double unitsPerMillimetre);
+
+}  // namespace qrvel

@@ -1,0 +1,22 @@
+// Where on its paper a drawing comes to lie.
+#pragma once
+
+#include <QPointF>
+#include <QRectF>
+#include <QSizeF>
+
+#include "paper.h"
+
+namespace qrvel {
+
+struct Placement {
+    QSizeF paper;    // millimetres
+    QPointF origin;  // of the sheet's coordinates: millimetres from the paper's lower left corner, y upward
+    double unit;     // millimetres
+};
+
+// drawn: what the drawing covers, units of the sheet; null for nothing. It is centred by half of its slack, so what
+// fills the area stays where it is; a sheet that fits is cut to the drawing and the margins around it.
+Placement place(const QRectF& drawn, const Sheet& sheet);
+
+}  // namespace qrvel

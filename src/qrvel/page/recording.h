@@ -1,0 +1,139 @@
+// What is drawn on a page, kept in the order in which it was drawn: only when all of it is known can it be centred.
+//
+// Four bytes a point, so a plot of millions of lines is kept whole: what lies outside of the sheet is cut off on the
+// way in, and the rest has coordinates of 15 bits. Lines that go on where the one before ended are joined.
+#pragma once
+
+#include <QPolygonF>
+#include <QRectF>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "out.h"
+#include "paper.h"
+
+namespace qrvel {
+
+// Units of a sheet; begins: a stroke or a polygon begins here.
+class PagePoint {
+  public:
+    static constexpr int MOST_OUTSIDE = 80;  // units a point may lie to the left of the area, or below
+
+    PagePoint(int x, int y, bool begins)
+        : x_(static_cast<uint16_t>((x + MOST_OUTSIDE) | (begins ? BEGINS : 0))),
+          y_(static_cast<uint16_t>(y + MOST_OUTSIDE)) {}
+
+    int x() const { return (x_ & ~BEGINS) - MOST_OUTSIDE; }
+    int y() const { return y_ - MOST_OUTSIDE; }
+    bool begins() const { return (x_ & BEGINS) != 0; }
+
+  private:
+    static constexpr int BEGINS = 0x8000;
+
+    uint16_t x_;
+    uint16_t y_;
+};
+
+// Characters beside each other; units of a sheet.
+struct PageText {
+    double x;  // the baseline's start
+    double y;
+    double cellWidth;        // of a character; a negative one runs to the left, mirrored
+    double height;           // of a capital
+    std::string_view bytes;  // Latin-1
+};
+
+class Recording {
+  public:
+    // The sheet says what is cut off.
+    explicit Recording(const Sheet& sheet);
+
+    void clear();
+    bool isEmpty() const { return steps_.empty(); }
+    // Of all that was drawn in the area of the sheet; null when nothing was.
+    QRectF bounds() const;
+
+    // Any coordinates. width: of the stroke, units; 0 for a thin one. colour: 0xFFRRGGBB.
+    void line(OUTPoint from, OUTPoint to, int32_t width, uint32_t colour);
+    // Polygons one after the other in `points`, as one even-odd area.
+    void area(std::span<const OUTPoint> points, std::span<const int32_t> counts, uint32_t colour);
+    void rectangle(const QRectF& rectangle, uint32_t colour);
+    // width: of the whole text; height: of a capital.
+    void text(OUTPoint baseline, int32_t width, int32_t height, std::string_view bytes, uint32_t colour);
+
+    // Hands everything out again: drawer.stroke(points, width, colour), drawer.area(points, colour), both with a span
+    // of PagePoint, and drawer.text(PageText, colour). Strokes have round ends, and two points at least.
+    template <class Drawer>
+    void drawOn(Drawer& drawer) const;
+
+  private:
+    enum class Kind : uint8_t { Stroke, Area, Text };
+    struct Step {
+        Kind kind;
+        uint32_t colour;
+        int32_t width;
+        std::size_t end;  // behind its points or texts
+    };
+    struct Text {
+        double x, y, cellWidth, height;
+        std::size_t begin, length;  // in characters_
+    };
+
+    bool isInside(OUTPoint point) const {
+        return point.x >= low_ && point.x <= right_ && point.y >= low_ && point.y <= top_;
+    }
+    QRectF kept() const { return {QPointF(low_, low_), QPointF(right_, top_)}; }
+    bool cut(OUTPoint& from, OUTPoint& to) const;
+    void addPolygon(std::span<const OUTPoint> points);
+    void addCutPolygon(const QPolygonF& polygon);
+    void closeArea(std::size_t before, uint32_t colour);
+    void addRun(const Text& run, std::string_view bytes, uint32_t colour);
+    void addOutline(const Text& cell, unsigned char character, uint32_t colour);
+    bool open(Kind kind, int32_t width, uint32_t colour);
+    void addPoint(int x, int y, bool begins);
+    void include(int x, int y);
+
+    int areaWidth_;
+    int areaHeight_;
+    int low_;  // what is kept: from (low_, low_) to (right_, top_)
+    int right_;
+    int top_;
+    std::vector<Step> steps_;
+    std::vector<PagePoint> points_;
+    std::vector<Text> texts_;
+    std::string characters_;
+    OUTPoint lowest_{};  // corners of what was drawn
+    OUTPoint highest_{};
+};
+
+template <class Drawer>
+void Recording::drawOn(Drawer& drawer) const {
+    std::size_t point = 0;
+    std::size_t text = 0;
+    for (const Step& step : steps_) {
+        if (step.kind == Kind::Text) {
+            for (; text < step.end; ++text) {
+                const Text& kept = texts_[text];
+                drawer.text(PageText{.x = kept.x,
+                                     .y = kept.y,
+                                     .cellWidth = kept.cellWidth,
+                                     .height = kept.height,
+                                     .bytes = std::string_view(characters_).substr(kept.begin, kept.length)},
+                            step.colour);
+            }
+            continue;
+        }
+        const std::span points = std::span(points_).subspan(point, step.end - point);
+        point = step.end;
+        if (step.kind == Kind::Stroke) {
+            drawer.stroke(points, step.width, step.colour);
+        } else {
+            drawer.area(points, step.colour);
+        }
+    }
+}
+
+}  // namespace qrvel
