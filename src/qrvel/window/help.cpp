@@ -18,7 +18,7 @@ namespace {
 
 constexpr char CONTENTS[] = "index.html";
 constexpr char STYLE[] = "h1 { font-size: x-large; } h2 { font-size: large; }";
-constexpr QSize WINDOW_SIZE(640, 640);  // logical pixels; the longest page fits
+constexpr QSize WINDOW_SIZE(640, 640);  // logical pixels; all pages but one fit
 
 // In the language of the texts where there are such pages, else in English.
 QString pageAddress(const QString& page) {
