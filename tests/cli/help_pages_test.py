@@ -16,6 +16,7 @@ INDEX = "index.html"
 KEYS = "keys.html"
 WITHOUT_END = {"meta", "br", "hr"}
 PARTS = {"h1", "h2", "p", "ul", "li", "table", "tr", "td", "pre"}  # what both languages have in the same order
+PANEL = "W_PRINT_"  # what the keys of the print set-up's texts begin with
 BAR = ["ABTX01", "ABTX02", "ABTX03", "ABTX04", "ABTX05"]
 PULLDOWNS = [["ABTX06", "ABTX07", "ABTX08"], ["ABTX15"], ["ABTX16"], ["ABTX17", "ABTX18", "ABTX24"],
              ["ABTX19", "ABTX20", "ABTX21", "ABTX22", "ABTX23"]]
@@ -108,6 +109,12 @@ def read_english():
     return dict(re.findall(r'\{"(\w+)",\s*"([^"]*)"\}', (SRC / "shell" / "texts.cpp").read_text(encoding="utf-8")))
 
 
+def read_own_english():
+    """Those of the toolkit."""
+    rows = (SRC / "qrvel" / "application" / "own_texts.cpp").read_text(encoding="utf-8")
+    return dict(re.findall(r'"(W_\w+)",\s*"([^"]*)"', rows))
+
+
 def read_constant(name):
     header = (SRC / "shell" / "texts.h").read_text(encoding="utf-8")
     return int(re.search(rf"\b{name} = (\d+);", header).group(1))
@@ -129,9 +136,8 @@ def check_lines(lines):
 
 
 def check_keys(english, german):
-    own = {key for key in german if not key.startswith("W_")}  # the others are the toolkit's
-    yield from (f"{key}: not translated" for key in sorted(english.keys() - own))
-    yield from (f"{key}: nobody asks for it" for key in sorted(own - english.keys()))
+    yield from (f"{key}: not translated" for key in sorted(english.keys() - german.keys()))
+    yield from (f"{key}: nobody asks for it" for key in sorted(german.keys() - english.keys()))
     yield from (f"{key}: too short" for key, text in german.items() if len(text) < 2)
 
 
@@ -155,6 +161,14 @@ def check_mnemonics(german):
             yield f"mnemonics of {group}: {letters}"
 
 
+def check_panel_mnemonics(language, texts):
+    """Alt and a letter lead to one place."""
+    letters = [text.lower().partition("&")[2][:1] for key, text in texts.items() if key.startswith(PANEL) and "&" in text]
+    twice = sorted(letter for letter in set(letters) if letters.count(letter) > 1)
+    if twice or not letters:
+        yield f"{language}: mnemonics of the print set-up: {twice}"
+
+
 def menu_names(texts, keys):
     return [texts.get(key, "").replace("~", "").removesuffix("...") for key in keys]
 
@@ -175,7 +189,10 @@ def check_menu_names(language, texts, pages):
 def check_texts(english, german):
     if len(english) != read_constant("HPGL_TEXTS"):
         yield f"texts.cpp was not understood: {len(english)} texts"
-    yield from check_keys(english, german)
+    own = read_own_english()
+    yield from check_keys(english | own, german)
+    yield from check_panel_mnemonics("en", own)
+    yield from check_panel_mnemonics("de", german)
     yield from check_room(english, german)
     yield from check_function_keys(english, german)
     yield from check_mnemonics(german)

@@ -20,6 +20,16 @@ enum class OwnText {
     Drawing,          // what a screen reader calls the picture
     Back, Contents, Close, GiveUp,
     ProductTitle, ProductPurpose, ProductVersion /* %1 */, ProductLicence,
+    PrintTitle, PrintPaper, PrintFit, PrintDirection, PrintLandscape, PrintPortrait,
+    PrintTo, PrintToPaper, PrintToFile, PrintToHost,
+    PrintPrinter, PrintFormat, PrintDpi, PrintFileName, PrintChoose, PrintNow, PrintCancel,
+    PrintPixels,      // %1 width, %2 height
+    PrintLongSide,    // %1 pixels
+    NoPrinter,
+    PrintNoName,
+    PrintNoFolder, PrintIsFolder, PrintReadOnly, PrintExists,  // %1 a path
+    PrintPreview,     // what a screen reader calls it
+    PrintPreparing, Replace,
 };
 // clang-format on
 
