@@ -9,6 +9,7 @@
 #include "data_channel.h"
 #include "objects.h"
 #include "picture_file.h"
+#include "print_setup.h"
 #include "windows.h"
 
 namespace qrvel {
@@ -25,6 +26,7 @@ void deliverPaint(WHandle object) {
     if (child->surface) child->surface->clear();
     MessageQueue::send(object, W_MSG_PAINT);
     if (DataChannel* channel = findDataChannel()) channel->pictureIsOut();
+    printPreviewIsStale();
     child = handles().find<Child>(object);
     if (child != nullptr) savePictureAfterPaint(*child);
 }
@@ -40,19 +42,19 @@ void MessageQueue::send(WHandle object, uint32_t message, uint32_t first, uint32
     if (const WMsgProc procedure = procedureOf(object)) procedure(object, message, first, second);
 }
 
-void MessageQueue::posted() {
+void MessageQueue::workIsDue() {
     application()->state.messagesPending = 1;
     wake();
 }
 
 void MessageQueue::postSize(WHandle object) {
     addOnce(sizes_, object);
-    posted();
+    workIsDue();
 }
 
 void MessageQueue::postPaint(WHandle child) {
     addOnce(paints_, child);
-    posted();
+    workIsDue();
 }
 
 void MessageQueue::postMouse(WHandle child, uint32_t first, QPoint position) {
@@ -64,13 +66,13 @@ void MessageQueue::postMouse(WHandle child, uint32_t first, QPoint position) {
     } else {
         actions_.push_back(action);
     }
-    posted();
+    workIsDue();
 }
 
 void MessageQueue::postAction(WHandle object, uint32_t kind, uint32_t id) {
     breakOffDrags();
     actions_.push_back({.object = object, .message = W_MSG_ACTION, .first = kind, .second = id, .position = {}});
-    posted();
+    workIsDue();
 }
 
 void MessageQueue::deliverAction(const Action& action) {
@@ -114,6 +116,8 @@ void WIsendmsgs(WHandle app) {
     if (channel == nullptr || !channel->isTransmitting()) found->messages.deliver();
     channel = findDataChannel();  // the viewer may have closed it, here and by its chunks
     if (channel != nullptr && found->state.quit == 0) channel->run();
+    channel = findDataChannel();
+    if (found->messages.isEmpty() && (channel == nullptr || !channel->isTransmitting())) refreshPrintPreview();
     channel = findDataChannel();
     const bool more = !found->messages.isEmpty() || (channel != nullptr && channel->hasWork());
     found->state.messagesPending = more ? 1 : 0;

@@ -32,8 +32,9 @@ class MessageQueue {
     // Delivers what waits now; what that queues waits for the next time.
     void deliver();
 
-    // Makes the main loop take a turn.
+    // Makes the main loop take a turn; and one in which WIsendmsgs is called.
     void wake();
+    void workIsDue();
     // The same, but after the events that wait in the window system.
     void wakeAfterEvents() { nextTurn_.start(); }
 
@@ -47,7 +48,6 @@ class MessageQueue {
     };
 
     static void deliverAction(const Action& action);
-    void posted();
 
     QTimer nextTurn_;  // runs out when no event of the window system waits
     std::vector<WHandle> sizes_;

@@ -21,7 +21,6 @@ constexpr Row ROWS[] = {
     {OwnText::CannotListen,   "W_CANNOT_LISTEN",   "cannot listen at %1: %2"},
     {OwnText::TooLong,        "W_TOO_LONG",        "the values of the configuration are too long: %1 is left out"},
     {OwnText::NoDrawing,      "W_NO_DRAWING",      "%1 holds no HP-GL drawing"},
-    {OwnText::NoPrinting,     "W_NO_PRINTING",     "This version cannot print. kelhpgl --picture FILE.png PLOT writes a picture."},
     {OwnText::CannotPrint,    "W_CANNOT_PRINT",    "cannot print on %1: %2"},
     {OwnText::NoSuchPrinter,  "W_NO_SUCH_PRINTER", "there is no such printer"},
     {OwnText::PrinterRefuses, "W_PRINTER_REFUSES", "the printer does not take it"},

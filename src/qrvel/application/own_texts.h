@@ -12,7 +12,6 @@ enum class OwnText {
     CannotListen,     // %1 a path, %2 the reason
     TooLong,          // %1 a key of the configuration
     NoDrawing,        // %1 a name
-    NoPrinting,
     CannotPrint,      // %1 a printer, %2 the reason
     NoSuchPrinter, PrinterRefuses, PageTooLarge, WrittenAlready,  // reasons
     NoHost, NoDestination,

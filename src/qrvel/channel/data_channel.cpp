@@ -95,14 +95,9 @@ void DataChannel::add(std::unique_ptr<Speaker> speaker) {
 
 // ---- turns ----------------------------------------------------------------------------------------------------------
 
-void DataChannel::workIsDue() {
-    application()->state.messagesPending = 1;
-    application()->messages.wake();
-}
-
 void DataChannel::ask(Speaker& speaker) {
     line_.push_back(&speaker);
-    workIsDue();
+    application()->messages.workIsDue();
 }
 
 void DataChannel::giveTurn() {
@@ -118,7 +113,7 @@ void DataChannel::endTurn() {
     panel_.reset();
     givenUp_ = false;
     waitForSpeakers();
-    workIsDue();
+    application()->messages.workIsDue();
 }
 
 // Transmissions without a begin add to the picture before, so they are bounded together.
@@ -132,7 +127,7 @@ void DataChannel::transmit(std::unique_ptr<Transmission> transmission) {
         return;
     }
     delivery_ = std::make_unique<Delivery>(receiver_, std::move(transmission));
-    workIsDue();
+    application()->messages.workIsDue();
 }
 
 void DataChannel::pass(const Speaker& speaker) {
@@ -150,7 +145,7 @@ void DataChannel::leave(Speaker& speaker) {
     gone_.push_back(std::move(*owned));
     speakers_.erase(owned);
     waitForSpeakers();
-    workIsDue();
+    application()->messages.workIsDue();
 }
 
 // When nobody is left, or nobody says anything, the user is to see something all the same.
@@ -180,7 +175,7 @@ LoadProgress DataChannel::progress() const {
 // Called from the panel, so what the viewer must hear of it waits for the main loop.
 void DataChannel::giveUp() {
     givenUp_ = true;
-    workIsDue();
+    application()->messages.workIsDue();
 }
 
 void DataChannel::carryOutGivingUp() {
@@ -220,6 +215,7 @@ void DataChannel::run() {
 void DataChannel::finish() {
     delivered_ = true;
     pictureOf_ = turn_;
+    pictureName_ = turn_ != nullptr ? turn_->fileName() : QByteArray();
     delivery_.reset();
     panel_.reset();
     const auto* child = handles().findFirst<Child>([](const Child&) { return true; });

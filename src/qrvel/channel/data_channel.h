@@ -60,6 +60,8 @@ class DataChannel : public Object {
     // Whether the one whose picture is shown is there, and takes pages; gives it one, and answers the same.
     bool takesPages() const { return pictureOf_ != nullptr && pictureOf_->takesPages(); }
     bool sendPage(std::string_view format, std::string_view bytes);
+    // The file that the picture comes from; empty when it comes from elsewhere.
+    const QByteArray& pictureName() const { return pictureName_; }
     // Whether a transmission has been handed over whole.
     bool hasDelivered() const { return delivered_; }
 
@@ -71,7 +73,6 @@ class DataChannel : public Object {
     void carryOutGivingUp();
     void finish();
     void settle();
-    void workIsDue();
     void waitForSpeakers();
     void showEmptyWindow();
     LoadProgress progress() const;
@@ -81,7 +82,8 @@ class DataChannel : public Object {
     std::vector<std::unique_ptr<Speaker>> gone_;  // to be destroyed when none of their procedures is running
     std::deque<Speaker*> line_;
     Speaker* turn_ = nullptr;
-    Speaker* pictureOf_ = nullptr;        // whose transmission was handed over last; null when it has left
+    Speaker* pictureOf_ = nullptr;  // whose transmission was handed over last; null when it has left
+    QByteArray pictureName_;
     std::unique_ptr<Delivery> delivery_;  // of the one whose turn it is
     std::unique_ptr<LoadPanel> panel_;
     std::unique_ptr<HostServer> server_;

@@ -21,6 +21,7 @@ class FileSource final : public Speaker {
     void giveUp() override;
     qint64 bytesDone() const override { return reader_ ? reader_->bytesRead() : 0; }
     qint64 bytesInAll() const override { return reader_ ? reader_->bytesInAll() : 0; }
+    QByteArray fileName() const override { return name_ == STANDARD_INPUT ? QByteArray() : name_; }
     void shown() override;
     void refused(const QString& reason) override;
 

@@ -2,6 +2,7 @@
 // whose turn it is.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <string_view>
 
@@ -26,6 +27,9 @@ class Speaker {
     // What became of what was transmitted: painted; or dropped, at least a part of it. The turn is over.
     virtual void shown() = 0;
     virtual void refused(const QString& reason) = 0;
+
+    // Of the file that it is, if it is one.
+    virtual QByteArray fileName() const { return {}; }
 
     // Whether it can be given a page with its picture, as it has been printed; and giving it one, in a format called
     // "pdf", "svg" or "png".

@@ -1,11 +1,20 @@
 #include "print_setup.h"
 
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
+#include "application.h"
+#include "child.h"
 #include "conversion.h"
-#include "notices.h"
+#include "data_channel.h"
 #include "own_texts.h"
+#include "page_image.h"
+#include "placement.h"
 #include "pssetup.h"
 #include "shell.h"
 #include "toolkit_trace.h"
@@ -45,16 +54,83 @@ int32_t setNumber(uint32_t* value, uint32_t number) {
     return 1;
 }
 
+PrintSetup* findPrintSetup() {
+    return handles().findFirst<PrintSetup>([](const PrintSetup&) { return true; });
+}
+
+void notify(const PrintSetup& setup, uint32_t notification) {
+    if (application() == nullptr) return;
+    application()->messages.postAction(objectOfContainer(setup.container), PRINT_SETUP_KIND, notification);
+}
+
+// A file gets the drawing's name, and lies beside it.
+QByteArray suggestedName(const DataChannel* channel) {
+    const QByteArray source = channel != nullptr ? channel->pictureName() : QByteArray();
+    if (!source.isEmpty()) return QFile::encodeName(QFileInfo(QFile::decodeName(source)).absoluteFilePath());
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const QString folder = QFileInfo(documents).isDir() ? documents : QDir::homePath();
+    return QFile::encodeName(folder + '/' + ownText(OwnText::Drawing));
+}
+
+PrintPanel* makePanel(PrintSetup& setup, QWidget* window) {
+    const auto* known = &setup;
+    auto* panel = new PrintPanel(window, {.printed = [known] { notify(*known, PRINT); },
+                                          .cancelled = [known] { notify(*known, PRINT_CANCELLED); },
+                                          .sheetChanged = printPreviewIsStale});
+    // Whoever owns the set-up disconnects this before it takes the panel away itself.
+    QObject::connect(panel, &QObject::destroyed, [known] { notify(*known, PRINT_SETUP_GONE); });
+    return panel;
+}
+
+// The view on a page instead of the surface, as far as the viewer can tell. It gives both back as they were.
+void drawOn(Page& page, const Child& child) {
+    handles().find<Child>(child.handle)->page = &page;
+    sendSizeOfContainer(child.container);
+    MessageQueue::send(child.handle, W_MSG_PAINT);
+    if (auto* still = handles().find<Child>(child.handle)) still->page = nullptr;
+    sendSizeOfContainer(child.container);
+}
+
+double scaleToFit(const QSizeF& paper, QSize room) {
+    return std::min(room.width() / paper.width(), room.height() / paper.height());
+}
+
 }  // namespace
+
+PrintSetup::~PrintSetup() {
+    if (panel == nullptr) return;
+    panel->disconnect();
+    delete panel;
+}
 
 PrintChoice PrintSetup::choice() const {
     if (const Conversion* running = conversion()) return running->choice();
-    return {};
+    return panel != nullptr ? panel->choice() : PrintChoice{};
 }
 
 PrintChoice currentPrintChoice() {
-    const auto* setup = handles().findFirst<PrintSetup>([](const PrintSetup&) { return true; });
+    const PrintSetup* setup = findPrintSetup();
     return setup != nullptr ? setup->choice() : PrintChoice{};
+}
+
+void printPreviewIsStale() {
+    PrintSetup* setup = findPrintSetup();
+    if (setup == nullptr || setup->panel == nullptr || !setup->panel->isVisible()) return;
+    setup->previewIsStale = true;
+    application()->messages.workIsDue();
+}
+
+void refreshPrintPreview() {
+    PrintSetup* setup = findPrintSetup();
+    if (setup == nullptr || setup->panel == nullptr || !std::exchange(setup->previewIsStale, false)) return;
+    const auto* child = handles().findFirst<Child>([](const Child&) { return true; });
+    if (child == nullptr) return;
+    const PrintChoice choice = setup->panel->choice();
+    Page page(layOut(choice.paper, choice.landscape));
+    drawOn(page, *child);
+    const Placement placement = place(page.recording().bounds(), page.sheet());
+    const double scale = scaleToFit(placement.paper, setup->panel->previewSize());
+    setup->panel->showPreview(drawImage(page.recording(), page.sheet(), scale));
 }
 
 }  // namespace qrvel
@@ -66,6 +142,7 @@ WHandle PSSETUPcreate(WHandle container, WHandle shell, uint32_t /*a*/, uint32_t
     if (handles().find<Shell>(shell, __func__) == nullptr) return 0;
     auto* made = handles().make<PrintSetup>();
     if (made == nullptr) return 0;
+    made->shell = shell;
     made->container = container;
     return made->handle;
 }
@@ -75,13 +152,26 @@ void PSSETUPdestroy(WHandle setup) {
 }
 
 int32_t PSSETUPshow(WHandle setup) {
-    if (handles().find<PrintSetup>(setup, __func__) == nullptr) return 0;
-    showNotice(ownText(OwnText::NoPrinting));
-    return 0;
+    auto* found = handles().find<PrintSetup>(setup, __func__);
+    if (found == nullptr) return 0;
+    const auto* shell = handles().find<Shell>(found->shell, __func__);
+    if (shell == nullptr || shell->window == nullptr) return 0;
+    if (found->panel == nullptr) found->panel = makePanel(*found, shell->window);
+    const DataChannel* channel = findDataChannel();
+    found->panel->setHostAvailable(channel != nullptr && channel->takesPages());
+    found->panel->suggestFileName(suggestedName(channel));
+    found->panel->show();
+    found->panel->raise();
+    found->panel->activateWindow();
+    printPreviewIsStale();
+    return 1;
 }
 
 int32_t PSSETUPhide(WHandle setup) {
-    return handles().find<PrintSetup>(setup, __func__) != nullptr ? 1 : 0;
+    const auto* found = handles().find<PrintSetup>(setup, __func__);
+    if (found == nullptr) return 0;
+    if (found->panel != nullptr) found->panel->hide();
+    return 1;
 }
 
 int32_t PSSETUPqueryValue(WHandle setup, uint32_t number, uint32_t* value, char* buffer) {

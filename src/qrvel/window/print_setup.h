@@ -1,16 +1,24 @@
 // The print set-up: what is to be printed where, chosen in its panel or, with --print-to, on the command line.
 #pragma once
 
+#include <QPointer>
+
 #include "handles.h"
 #include "print_choice.h"
+#include "print_panel.h"
 
 namespace qrvel {
 
 struct PrintSetup : Object {
     static constexpr Kind KIND = Kind::PrintSetup;
+    ~PrintSetup() override;
 
-    WHandle container = 0;  // of the window that it belongs to
     PrintChoice choice() const;
+
+    WHandle shell = 0;
+    WHandle container = 0;
+    QPointer<PrintPanel> panel;  // made when it is shown first; goes with the shell's window
+    bool previewIsStale = false;
 };
 
 // Its action messages.
@@ -21,6 +29,11 @@ inline constexpr uint32_t PRINT = 11;
 
 // What is chosen now.
 PrintChoice currentPrintChoice();
+
+// The view has changed; and showing in the panel what would be printed, if that has changed and somebody looks. The
+// second enters the viewer.
+void printPreviewIsStale();
+void refreshPrintPreview();
 
 // Stands for the name of the chosen file where that has no room. It names a folder, so no file is meant by it.
 inline constexpr char CHOSEN_FILE[] = "/";
