@@ -1,5 +1,7 @@
 #include "page_delivery.h"
 
+#include <cups/cups.h>
+
 #include <QBuffer>
 #include <QPrinter>
 #include <QPrinterInfo>
@@ -50,18 +52,20 @@ void setPaper(QPrinter& printer, const QSizeF& paper) {
 }
 
 QString print(const Page& page, const PageGoal& goal) {
-    const auto cannot = [&](OwnText reason) { return ownText(OwnText::CannotPrint).arg(goal.name, ownText(reason)); };
+    const auto cannot = [&](const QString& reason) { return ownText(OwnText::CannotPrint).arg(goal.name, reason); };
     const QPrinterInfo info = QPrinterInfo::printerInfo(goal.name);
-    if (info.isNull()) return cannot(OwnText::NoSuchPrinter);
+    if (info.isNull()) return cannot(ownText(OwnText::NoSuchPrinter));
     const Placement placement = place(page.recording().bounds(), page.sheet());
     QPrinter printer(info, QPrinter::HighResolution);
     printer.setDocName("KEL HPGL Display");
     setPaper(printer, placement.paper);
     QPainter painter;
-    if (!painter.begin(&printer)) return cannot(OwnText::PrinterRefuses);
+    if (!painter.begin(&printer)) return cannot(ownText(OwnText::PrinterRefuses));
     paintPage(painter, page.recording(), placement, printer.resolution() / MILLIMETRES_AN_INCH);
     painter.end();
-    return printer.printerState() == QPrinter::Error ? cannot(OwnText::PrinterRefuses) : QString();
+    // The job was handed over with the painter's end, which does not say whether it was taken.
+    return cupsLastError() < IPP_STATUS_ERROR_BAD_REQUEST ? QString()
+                                                          : cannot(QString::fromUtf8(cupsLastErrorString()));
 }
 
 }  // namespace
