@@ -7,11 +7,17 @@ from suite import KELHPGL, beside, expect_picture, run_all, wait_for
 from print_server import PrintServer
 
 PRINT = "Print"
-LABELS = "IN;SP1;PU100,100;PD3900,100,3900,2900,100,2900,100,100;PU500,500;SI0.5,0.8;LBWerkstatt\x03;"
+RED = b"\xff\x00\x00" * 4  # of pen 2
+LABELS = "IN;SP2;PU100,100;PD3900,100,3900,2900,100,2900,100,100;PU500,500;SI0.5,0.8;LBWerkstatt\x03;"
 
 
 def pdf(tool, *words):
     return subprocess.run([tool, *map(str, words)], capture_output=True, check=True).stdout.decode()
+
+
+def rendered(file):
+    """The pixels of its page."""
+    return subprocess.run(["pdftoppm", "-r", "100", "-singlefile", file], capture_output=True, check=True).stdout
 
 
 def open_panel(desktop, viewer):
@@ -51,6 +57,7 @@ def a_page_arrives_at_the_printer(desktop, plot):
         size = [line for line in pdf("pdfinfo", job).splitlines() if line.startswith("Page size")][0]
         assert "842 x 595" in size or "595 x 842" in size, size
         assert "Werkstatt" in pdf("pdftotext", job, "-")
+        assert RED in rendered(job)
 
 
 def a_printer_may_be_gone(desktop, plot):

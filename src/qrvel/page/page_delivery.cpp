@@ -58,6 +58,7 @@ QString print(const Page& page, const PageGoal& goal) {
     const Placement placement = place(page.recording().bounds(), page.sheet());
     QPrinter printer(info, QPrinter::HighResolution);
     printer.setDocName("KEL HPGL Display");
+    printer.setColorMode(QPrinter::Color);  // a printer without colours knows best what to do with them
     setPaper(printer, placement.paper);
     QPainter painter;
     if (!painter.begin(&printer)) return cannot(ownText(OwnText::PrinterRefuses));
