@@ -76,26 +76,24 @@ bool isFromViewer(const FrameHeader& header) {
     return header.kind >= static_cast<uint8_t>(FrameKind::Accepted) && header.length <= MOST_FRAME_BYTES;
 }
 
-bool isKnown(uint8_t kind) {
-    return kind <= static_cast<uint8_t>(FrameKind::Shown);
+bool isReply(FrameKind kind) {
+    return kind <= FrameKind::Shown;
 }
 
 }  // namespace
 
-Client::Client(Client&& other) noexcept
-    : socket_(std::exchange(other.socket_, -1)),
-      received_(std::move(other.received_)),
-      taken_(std::exchange(other.taken_, 0)),
-      problem_(std::move(other.problem_)) {}
+void Client::swap(Client& other) noexcept {
+    std::swap(socket_, other.socket_);
+    std::swap(received_, other.received_);
+    std::swap(replies_, other.replies_);
+    std::swap(taken_, other.taken_);
+    std::swap(pages_, other.pages_);
+    std::swap(problem_, other.problem_);
+}
 
 Client& Client::operator=(Client&& other) noexcept {
-    if (this != &other) {
-        close();
-        socket_ = std::exchange(other.socket_, -1);
-        received_ = std::move(other.received_);
-        taken_ = std::exchange(other.taken_, 0);
-        problem_ = std::move(other.problem_);
-    }
+    Client taken(std::move(other));
+    swap(taken);
     return *this;
 }
 
@@ -128,28 +126,58 @@ Status Client::connect(std::string_view channel, milliseconds limit) {
 
 void Client::adopt(int socket) {
     close();
-    forget();
+    received_.clear();
+    replies_.clear();
+    taken_ = 0;
+    pages_ = PageIntake(pages_.mostBytes());
     socket_ = socket;
 }
 
 void Client::close() {
     if (socket_ >= 0) ::close(socket_);
     socket_ = -1;
+    pages_.breakOff();
     problem_ = NO_CONNECTION;
 }
 
-void Client::forget() {
-    received_.clear();
-    taken_ = 0;
+bool Client::isBroken() const {
+    return received_.size() >= FRAME_HEADER_SIZE && !isFromViewer(decodeHeader(received_.data()));
+}
+
+// Pages are bounded by themselves.
+bool Client::hasRoom() const {
+    return replies_.size() - taken_ < FRAME_HEADER_SIZE + MOST_FRAME_BYTES && !isBroken();
+}
+
+void Client::takeFrame(std::string_view frame) {
+    const auto kind = static_cast<FrameKind>(frame.front());
+    if (isReply(kind)) {
+        replies_.erase(0, std::exchange(taken_, 0));
+        replies_ += frame;
+    } else {
+        pages_.take(kind, frame.substr(FRAME_HEADER_SIZE));
+    }
+}
+
+// Takes the whole frames that have come, up to what cannot be one.
+void Client::takeFrames() {
+    std::string_view left = received_;
+    while (left.size() >= FRAME_HEADER_SIZE) {
+        const FrameHeader header = decodeHeader(left.data());
+        if (!isFromViewer(header) || left.size() - FRAME_HEADER_SIZE < header.length) break;
+        takeFrame(left.substr(0, FRAME_HEADER_SIZE + header.length));
+        left.remove_prefix(FRAME_HEADER_SIZE + header.length);
+    }
+    received_.erase(0, received_.size() - left.size());
 }
 
 // Takes what is there, without waiting.
 Status Client::receive() {
-    received_.erase(0, std::exchange(taken_, 0));
-    std::array<char, 4096> bytes;
+    std::array<char, PIECE_BYTES> bytes;
     const ssize_t count = recv(socket_, bytes.data(), bytes.size(), MSG_DONTWAIT);
     if (count > 0) {
         received_.append(bytes.data(), static_cast<std::size_t>(count));
+        takeFrames();
         return Status::Ok;
     }
     const int error = count == 0 ? 0 : errno;
@@ -213,36 +241,41 @@ Status Client::sendPicture(std::string_view bytes, milliseconds patience) {
 
 Status Client::breakOff() {
     close();
-    forget();
+    received_.clear();
     return fail(Status::Broken, "the viewer does not keep to the protocol");
 }
 
-// Takes the whole frames that have come, up to the first reply. TimedOut when there is none among them.
-Status Client::takeReply(Reply& reply) {
-    while (received_.size() - taken_ >= FRAME_HEADER_SIZE) {
-        const FrameHeader header = decodeHeader(received_.data() + taken_);
-        if (!isFromViewer(header)) return breakOff();
-        const std::size_t start = taken_ + FRAME_HEADER_SIZE;
-        if (received_.size() - start < header.length) break;
-        reply = {.kind = static_cast<FrameKind>(header.kind), .reason = received_.substr(start, header.length)};
-        taken_ = start + header.length;
-        if (isKnown(header.kind)) return Status::Ok;
+Status Client::await(bool (Client::*hasCome)() const, milliseconds limit) {
+    const Deadline deadline(limit);
+    bool mayWait = true;
+    while (!(this->*hasCome)()) {
+        if (isBroken()) return breakOff();
+        if (!isConnected()) return Status::Ended;
+        if (!hasRoom()) return fail(Status::Failed, "too many replies are unread");
+        if (!mayWait || waitFor(socket_, POLLIN, deadline) == 0)
+            return fail(Status::TimedOut, "the viewer says nothing");
+        if (receive() != Status::Ok) return Status::Ended;
+        // A viewer that goes on saying something else does not hold the host.
+        mayWait = !deadline.isOver();
     }
-    return Status::TimedOut;
+    return Status::Ok;
 }
 
 Status Client::nextReply(Reply& reply, milliseconds limit) {
-    const Deadline deadline(limit);
-    Status status = takeReply(reply);
-    while (status == Status::TimedOut) {
-        if (!isConnected()) return Status::Ended;
-        if (waitFor(socket_, POLLIN, deadline) == 0) return fail(Status::TimedOut, "the viewer says nothing");
-        status = receive();
-        if (status == Status::Ok) status = takeReply(reply);
-        // A viewer that goes on saying what is no reply does not hold the host.
-        if (status == Status::TimedOut && deadline.isOver()) return fail(status, "the viewer says nothing");
-    }
-    return status;
+    const Status status = await(&Client::hasReply, limit);
+    if (status != Status::Ok) return status;
+    const FrameHeader header = decodeHeader(replies_.data() + taken_);
+    taken_ += FRAME_HEADER_SIZE;
+    reply = {.kind = static_cast<FrameKind>(header.kind), .reason = replies_.substr(taken_, header.length)};
+    taken_ += header.length;
+    return Status::Ok;
+}
+
+Status Client::nextPage(Page& page, milliseconds limit) {
+    if (pages_.mostBytes() == 0) return fail(Status::Failed, "pages are not kept");
+    const Status status = await(&Client::hasPageNews, limit);
+    if (status != Status::Ok || pages_.handOut(page)) return status;
+    return fail(Status::Failed, "a page of more than " + std::to_string(pages_.mostBytes()) + " bytes");
 }
 
 }  // namespace kelhost

@@ -1,6 +1,7 @@
 // A host's end of the connection to the viewer.
 //
-// Life of one: connect (or adopt), then for each picture send it and read replies until one says Shown or Refused.
+// Life of one: connect (or adopt), then for each picture send it and read replies until one says Shown or Refused. A
+// host that wants what the user prints to it says so with keepPages before it sends, and asks for pages with nextPage.
 //
 //     kelhost::Client viewer;
 //     kelhost::Reply reply{kelhost::FrameKind::Accepted, {}};
@@ -18,6 +19,7 @@
 #include <string>
 #include <string_view>
 
+#include "page.h"
 #include "protocol.h"
 
 namespace kelhost {
@@ -48,7 +50,7 @@ class Client {
   public:
     Client() = default;
     ~Client() { close(); }
-    Client(Client&& other) noexcept;
+    Client(Client&& other) noexcept { swap(other); }
     Client& operator=(Client&& other) noexcept;
 
     // Connects to the viewer that was started with --channel NAME, and tries again until it listens or the limit is
@@ -58,7 +60,7 @@ class Client {
     // Takes over a connected stream socket, such as one half of a socketpair whose other half a viewer got with
     // --channel-fd. The client closes it.
     void adopt(int socket);
-    // A transmission that is not whole is dropped by the viewer. Replies that have come can still be read.
+    // A transmission that is not whole is dropped by the viewer. Replies and the page that have come can still be read.
     void close();
     bool isConnected() const { return socket_ >= 0; }
 
@@ -74,26 +76,45 @@ class Client {
     // as it was. Frames of a kind that only a newer viewer knows are passed over. Ended when no whole reply is left.
     Status nextReply(Reply& reply, std::chrono::milliseconds limit);
 
+    // Without this, pages are passed over and cost no memory. With it, on this connection and later ones, the last page
+    // that is whole is kept until nextPage takes it, and one with more than mostBytes is dropped. So the client may
+    // take three times mostBytes: a whole page, and one that is coming in and is copied as it grows. Pages that have
+    // come before are forgotten.
+    void keepPages(std::size_t mostBytes = MOST_PAGE_BYTES) { pages_ = PageIntake(mostBytes); }
+
+    // The page that has come since the last call, if need be after waiting for it; never a part of one. Replies that
+    // come meanwhile are kept for nextReply. TimedOut leaves all as it was. Failed when a page was too large (the next
+    // one can be waited for), when replies of more than 16 MiB are unread, and without keepPages. Ended when there is
+    // no connection, and no page left.
+    Status nextPage(Page& page, std::chrono::milliseconds limit);
+
     // Why the last call did not answer Ok, in English, for a person.
     const std::string& problem() const { return problem_; }
 
   private:
-    bool hasRoom() const { return received_.size() < FRAME_HEADER_SIZE + MOST_FRAME_BYTES; }
+    void swap(Client& other) noexcept;
+    bool hasReply() const { return taken_ < replies_.size(); }
+    bool hasPageNews() const { return pages_.hasNews(); }
+    bool isBroken() const;
+    bool hasRoom() const;
     Status fail(Status status, std::string problem);
     Status end(int error);
     Status breakOff();
-    void forget();
+    void takeFrames();
+    void takeFrame(std::string_view frame);
     Status receive();
     Status endOfWriting(int error);
     Status waitToWrite(const Deadline& deadline);
     Status write(std::string_view bytes, std::chrono::milliseconds patience);
-    Status takeReply(Reply& reply);
+    Status await(bool (Client::*hasCome)() const, std::chrono::milliseconds limit);
 
     static constexpr char NO_CONNECTION[] = "there is no connection";
 
     int socket_ = -1;
-    std::string received_;   // at most a frame of the largest size and what comes with its last bytes
-    std::size_t taken_ = 0;  // of that: handed out as replies already
+    std::string received_;   // what is no whole frame yet, or begins with what cannot be one
+    std::string replies_;    // their frames, as they came; at most twice the largest
+    std::size_t taken_ = 0;  // of that: handed out already
+    PageIntake pages_;
     std::string problem_ = NO_CONNECTION;
 };
 

@@ -15,71 +15,11 @@
 #include <thread>
 #include <utility>
 
+#include "played_viewer.h"
 #include "scratch_folder.h"
 
 namespace kelhost {
-
-std::ostream& operator<<(std::ostream& to, Status status) {
-    constexpr const char* NAMES[] = {"Ok", "NoViewer", "TimedOut", "Ended", "Broken", "Failed"};
-    return to << NAMES[static_cast<int>(status)];
-}
-
 namespace {
-
-using namespace std::chrono_literals;
-using std::chrono::milliseconds;
-
-constexpr milliseconds SOON{10000};  // what comes must come before; a loaded machine is slow
-constexpr milliseconds SHORT{30};    // what does not come does not come before either
-
-std::string frame(int kind, const std::string& bytes = {}) {
-    const auto header = encodeHeader({static_cast<uint8_t>(kind), static_cast<uint32_t>(bytes.size())});
-    return std::string(header.data(), header.size()) + bytes;
-}
-
-class ClientTest : public testing::Test {
-  protected:
-    void SetUp() override {
-        int ends[2];
-        ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends), 0);
-        client.adopt(ends[0]);
-        viewer = ends[1];
-    }
-    void TearDown() override { endViewer(); }
-
-    void viewerSays(const std::string& bytes) const {
-        EXPECT_EQ(::send(viewer, bytes.data(), bytes.size(), MSG_NOSIGNAL), static_cast<ssize_t>(bytes.size()));
-    }
-    // Up to that many bytes, fewer when the host has closed.
-    std::string viewerHears(std::size_t count) const {
-        std::string bytes(count, 0);
-        const ssize_t got = recv(viewer, bytes.data(), count, MSG_WAITALL);
-        bytes.resize(got > 0 ? static_cast<std::size_t>(got) : 0);
-        return bytes;
-    }
-    void endViewer() {
-        if (viewer >= 0) close(viewer);
-        viewer = -1;
-    }
-
-    // "Accepted", "Refused: reason", "Shown" or what the call answered instead.
-    std::string next(milliseconds limit = SOON) {
-        Reply reply{};
-        const Status status = client.nextReply(reply, limit);
-        if (status != Status::Ok) return testing::PrintToString(status);
-        switch (reply.kind) {
-            case FrameKind::Accepted:
-                return "Accepted";
-            case FrameKind::Shown:
-                return "Shown";
-            default:
-                return "Refused: " + reply.reason;
-        }
-    }
-
-    Client client;
-    int viewer = -1;
-};
 
 TEST_F(ClientTest, SendsFrames) {
     EXPECT_EQ(client.send(FrameKind::Begin, "IN;", SOON), Status::Ok);
@@ -237,15 +177,15 @@ TEST_F(ClientTest, KeepsAtMostOneLargestFrame) {
 }
 
 TEST_F(ClientTest, PassesOverKindsOfANewerViewer) {
-    viewerSays(frame(19, "printed") + frame(255) + frame(18));
+    viewerSays(frame(22, "more") + frame(255) + frame(18));
     EXPECT_EQ(next(), "Shown");
-    viewerSays(frame(19));
+    viewerSays(frame(22));
     EXPECT_EQ(next(SHORT), "TimedOut");
 }
 
 TEST_F(ClientTest, IsNotHeldByAViewerThatNeverReplies) {
     std::thread other([&] {
-        const std::string some = frame(19, std::string(1000, 'x'));
+        const std::string some = frame(22, std::string(1000, 'x'));
         while (::send(viewer, some.data(), some.size(), MSG_NOSIGNAL) > 0) {
         }
     });
@@ -256,7 +196,7 @@ TEST_F(ClientTest, IsNotHeldByAViewerThatNeverReplies) {
 
 TEST_F(ClientTest, RefusesWhatIsNoReply) {
     for (const int kind : {0, 1, 2, 15}) {
-        SetUp();
+        connect();
         viewerSays(frame(16) + frame(kind) + frame(18));
         EXPECT_EQ(next(), "Accepted");
         EXPECT_EQ(next(), "Broken") << kind;
@@ -268,7 +208,7 @@ TEST_F(ClientTest, RefusesWhatIsNoReply) {
 
 TEST_F(ClientTest, RefusesReasonsOfFourGigabytes) {
     for (const char* length : {"\xFF\xFF\xFF\xFF", "\x01\x00\x00\x01"}) {
-        SetUp();
+        connect();
         viewerSays('\x11' + std::string(length, 4));
         EXPECT_EQ(next(), "Broken");
         endViewer();
