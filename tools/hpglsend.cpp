@@ -1,6 +1,8 @@
-// hpglsend: a host on the command line. Finds the viewer of a channel or starts one, and sends it files.
+// hpglsend: a host on the command line. Finds the viewer of a channel or starts one, sends it files, and takes the page
+// that its user prints back.
 
 #include <fcntl.h>
+#include <strings.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,6 +12,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,6 +20,7 @@
 #include "client.h"
 #include "hpglsend_options.h"
 #include "viewer_process.h"
+#include "whole_file.h"
 
 namespace {
 
@@ -25,7 +29,7 @@ using kelhost::FrameKind;
 using kelhost::Status;
 using std::chrono::milliseconds;
 
-enum ExitStatus : int { EXIT_SHOWN = 0, EXIT_NOT_SHOWN = 1, EXIT_USAGE = 2, EXIT_NO_VIEWER = 3 };
+enum ExitStatus : int { EXIT_SHOWN = 0, EXIT_NOT_SHOWN = 1, EXIT_USAGE = 2, EXIT_NO_VIEWER = 3, EXIT_NOT_WRITTEN = 4 };
 
 // A file or standard input, read piece by piece.
 class Source {
@@ -135,31 +139,70 @@ Verdict sendFile(Client& viewer, const SendOptions& options, const std::string& 
     return result;
 }
 
-void say(const std::string& name, const Verdict& result) {
+void say(const std::string& name, const std::string& words) {
+    std::printf("%s: %s\n", name.c_str(), words.c_str());
+    std::fflush(stdout);
+}
+
+std::string inWords(const Verdict& result) {
     const char* words = result.fate == Fate::Shown        ? "shown"
                         : result.fate == Fate::Unreadable ? "cannot read: "
                         : result.fate == Fate::NoViewer   ? "not shown: "
                                                           : "refused: ";
-    std::printf("%s: %s%s\n", name.c_str(), words, result.reason.c_str());
-    std::fflush(stdout);
+    return words + result.reason;
 }
 
-int sendAll(const SendOptions& options) {
-    Client viewer;
+int sendAll(Client& viewer, const SendOptions& options) {
     int status = EXIT_SHOWN;
     for (const std::string& name : options.files) {
         if (status == EXIT_NO_VIEWER) {
-            say(name, {Fate::NoViewer, "there is no viewer"});
+            say(name, inWords({Fate::NoViewer, "there is no viewer"}));
             continue;
         }
         const Verdict result = sendFile(viewer, options, name);
-        if (result.fate != Fate::NoViewer || !result.reason.empty()) say(name, result);
+        if (result.fate != Fate::NoViewer || !result.reason.empty()) say(name, inWords(result));
         if (result.fate == Fate::NoViewer) {
             status = EXIT_NO_VIEWER;
             continue;
         }
         if (result.fate != Fate::Shown) status = EXIT_NOT_SHOWN;
     }
+    return status;
+}
+
+// The user chooses the format in the viewer; the file's name may promise another.
+std::string remarkOn(const std::string& file, const std::string& format) {
+    const std::string ending = std::filesystem::path(file).extension();
+    const bool fits = ending.empty() || strcasecmp(ending.c_str(), ("." + format).c_str()) == 0;
+    return fits ? "" : ", which is not what its name says";
+}
+
+int receive(Client& viewer, const std::string& file) {
+    kelhost::Page page;
+    const Status status = viewer.nextPage(page, kelhost::FOREVER);
+    if (status != Status::Ok) {
+        say(file, "not received: " + viewer.problem());
+        return status == Status::Failed ? EXIT_NOT_WRITTEN : EXIT_NO_VIEWER;
+    }
+    if (const std::string problem = writeWhole(file, page.bytes); !problem.empty()) {
+        say(file, "cannot write: " + problem);
+        return EXIT_NOT_WRITTEN;
+    }
+    say(file,
+        "received, " + page.format + ", " + std::to_string(page.bytes.size()) + " bytes" + remarkOn(file, page.format));
+    return EXIT_SHOWN;
+}
+
+// A page that is printed as soon as the first file is shown counts, too.
+int sendAndReceive(Client& viewer, const SendOptions& options) {
+    if (const std::string problem = obstacleTo(options.receive); !problem.empty()) {
+        say(options.receive, "cannot write: " + problem);
+        return EXIT_NOT_WRITTEN;
+    }
+    viewer.keepPages();
+    const int status = sendAll(viewer, options);
+    if (status == EXIT_SHOWN) return receive(viewer, options.receive);
+    say(options.receive, "not received: not all files are shown");
     return status;
 }
 
@@ -176,5 +219,6 @@ int main(int argc, char** argv) {
         std::printf("%s%s", SEND_USAGE, SEND_HELP);
         return EXIT_SHOWN;
     }
-    return sendAll(options);
+    Client viewer;
+    return options.receive.empty() ? sendAll(viewer, options) : sendAndReceive(viewer, options);
 }

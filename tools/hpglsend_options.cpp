@@ -5,7 +5,7 @@
 #include "protocol.h"
 
 const char SEND_USAGE[] =
-    "usage: hpglsend [--channel NAME] [--viewer PROGRAM] [--wait SECONDS] [--no-start] [FILE...]\n";
+    "usage: hpglsend [--channel NAME] [--viewer PROGRAM] [--wait SECONDS] [--no-start] [--receive FILE] [FILE...]\n";
 
 const char SEND_HELP[] =
     "Sends HP-GL files to the viewer, one after another, and says what became of each.\n"
@@ -15,10 +15,13 @@ const char SEND_HELP[] =
     "  --viewer PROGRAM   what is started when no viewer listens there (kelhpgl)\n"
     "  --wait SECONDS     how long it is waited for, 0 to 86400 (10)\n"
     "  --no-start         starts none\n"
+    "  --receive FILE     waits, when all are shown, until the user prints to the program\n"
+    "                     that sent the drawing, and writes the page there\n"
     "  --help             this text\n"
     "\n"
-    "Exit code: 0 all are shown, 1 a file cannot be read or is refused, 2 wrong options,\n"
-    "3 there is no viewer, or it has ended.\n";
+    "Exit code: 0 all are shown (and the page is written), 1 a file cannot be read or is\n"
+    "refused, 2 wrong options, 3 there is no viewer, or it has ended, 4 the page cannot be\n"
+    "written, or is too large.\n";
 
 namespace {
 
@@ -32,6 +35,12 @@ bool setChannel(SendOptions& options, const std::string& value) {
 bool setViewer(SendOptions& options, const std::string& value) {
     options.viewer = value;
     return !value.empty();
+}
+
+// A minus sign alone would be standard output, which takes the messages.
+bool setReceive(SendOptions& options, const std::string& value) {
+    options.receive = value;
+    return !value.empty() && value != "-";
 }
 
 bool setWait(SendOptions& options, const std::string& value) {
@@ -64,6 +73,7 @@ constexpr Option OPTIONS[] = {
     {"--viewer",   true,  setViewer},
     {"--wait",     true,  setWait},
     {"--no-start", false, setNoStart},
+    {"--receive",  true,  setReceive},
     {"--help",     false, setHelp},
 };
 // clang-format on

@@ -8,6 +8,7 @@
 struct SendOptions {
     std::string channel = "default";
     std::string viewer;             // its program; empty: the one that belongs to hpglsend
+    std::string receive;            // the file for the page that the user prints; empty: none is waited for
     std::chrono::seconds wait{10};  // for the viewer to listen, at most
     bool start = true;              // a viewer, where none listens
     bool help = false;

@@ -6,6 +6,7 @@ usage: hpglsend_test.py HPGLSEND
 import errno
 import os
 import pathlib
+import resource
 import signal
 import socket
 import subprocess
@@ -13,10 +14,13 @@ import sys
 import tempfile
 import time
 
+from viewer_double import PAGE
+
 PROGRAM = str(pathlib.Path(sys.argv[1]).resolve())
 DOUBLE = str(pathlib.Path(__file__).resolve().with_name("viewer_double.py"))
 PATIENCE = 60  # seconds; a loaded machine is slow
-USAGE = "usage: hpglsend [--channel NAME] [--viewer PROGRAM] [--wait SECONDS] [--no-start] [FILE...]\n"
+USAGE = ("usage: hpglsend [--channel NAME] [--viewer PROGRAM] [--wait SECONDS] [--no-start] [--receive FILE] "
+         "[FILE...]\n")
 PIECE = 65536
 
 
@@ -48,13 +52,13 @@ class Place:
                 pass
         self.scratch.cleanup()
 
-    def call(self, *arguments, plays=""):
+    def call(self, *arguments, plays="", **others):
         return subprocess.Popen([PROGRAM, "--viewer", DOUBLE, *arguments], cwd=self.folder, stdin=subprocess.PIPE,
                                 stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                env={**self.environment, "DOUBLE_PLAYS": plays})
+                                env={**self.environment, "DOUBLE_PLAYS": plays}, **others)
 
-    def run(self, *arguments, plays="", stdin=b""):
-        return result(self.call(*arguments, plays=plays), stdin)
+    def run(self, *arguments, plays="", stdin=b"", **others):
+        return result(self.call(*arguments, plays=plays, **others), stdin)
 
     def started(self):
         return [int(line) for line in self.pids.read_text().split()] if self.pids.exists() else []
@@ -88,10 +92,21 @@ ROWS = [
     (["--wait", "86401"], wrong("wrong value behind --wait: 86401")),
     (["--wait", "1s"], wrong("wrong value behind --wait: 1s")),
     (["--wait", ""], wrong("wrong value behind --wait: ")),
+    (["--receive", ""], wrong("wrong value behind --receive: ")),
+    (["--receive", "-"], wrong("wrong value behind --receive: -")),
+    (["a.plt", "--receive"], wrong("a value is missing behind --receive")),
     (["missing.plt"], (1, "missing.plt: cannot read: No such file or directory\n", "")),
     (["."], (1, ".: cannot read: Is a directory\n", "")),
     (["--", "-", "--help"], (1, "./-: cannot read: No such file or directory\n"
                                 "--help: cannot read: No such file or directory\n", "")),
+    (["--receive", "no/out.pdf", "a.plt"], (4, "no/out.pdf: cannot write: No such file or directory\n", "")),
+    (["--receive", "new/", "a.plt"], (4, "new/: cannot write: No such file or directory\n", "")),
+    (["--receive", "b.plt/out.pdf", "a.plt"], (4, "b.plt/out.pdf: cannot write: Not a directory\n", "")),
+    (["--receive", ".", "a.plt"], (4, ".: cannot write: Is a directory\n", "")),
+    (["--receive", "/dev/full", "a.plt"], (4, "/dev/full: cannot write: Not an ordinary file\n", "")),
+    (["--receive", "x" * 256, "a.plt"], (4, f"{'x' * 256}: cannot write: File name too long\n", "")),
+    (["--receive", "out.pdf", "no.plt"], (1, "no.plt: cannot read: No such file or directory\n"
+                                             "out.pdf: not received: not all files are shown\n", "")),
 ]
 
 
@@ -139,12 +154,17 @@ def sends_large_files_in_pieces(place):
 
 
 def memory_stays_small(place):
+    """Whatever is sent, and whatever is printed that nobody asked for."""
     with open(place.folder / "huge.plt", "wb") as file:
         file.truncate(400_000_000)
-    call = place.call("huge.plt", plays="blind")
+    needs_little_memory(place.call("--channel", "one", "huge.plt", plays="blind"), b"huge.plt: shown\n")
+    needs_little_memory(place.call("--channel", "two", "a.plt", plays="floods"), b"a.plt: shown\n")
+
+
+def needs_little_memory(call, said):
     _, status, usage = os.wait4(call.pid, 0)
     expect(0, status)
-    expect(b"huge.plt: shown\n", call.stdout.read())
+    expect(said, call.stdout.read())
     assert usage.ru_maxrss < 100_000, f"{usage.ru_maxrss} kB"  # a sanitizer takes some itself
 
 
@@ -232,12 +252,144 @@ def a_slow_generator_is_waited_for(place):
     expect([b"IN;PD1,1;"], [data for _, data in place.sent()])
 
 
+# ---- a page that is printed -----------------------------------------------------------------------------------------
+
+SIZE = len(PAGE)
+
+
+def received(name, remark=""):
+    return 0, f"a.plt: shown\n{name}: received, pdf, {SIZE} bytes{remark}\n", ""
+
+
+def temporary_files(folder):
+    return [path.name for path in folder.iterdir() if path.name.startswith(".hpglsend")]
+
+
+def receives_a_page(place):
+    (place.folder / "sub").mkdir()
+    for plays in ("prints", "mixes"):
+        for name in ("out.pdf", "OUT.PDF", "out", "a b \u00fc.pdf", "-out.pdf", "--", "sub/out.pdf",
+                     str(place.folder / "other.pdf"), "x" * 251 + ".pdf"):
+            expect(received(name), place.run("--channel", plays, "--receive", name, "a.plt", plays=plays))
+            expect(PAGE, (place.folder / name).read_bytes())
+            (place.folder / name).unlink()
+    expect([], temporary_files(place.folder) + temporary_files(place.folder / "sub"))
+
+
+def says_that_the_format_is_another(place):
+    remark = ", which is not what its name says"
+    expect(received("out.svg", remark), place.run("--receive", "out.svg", "a.plt", plays="prints"))
+    expect(PAGE, (place.folder / "out.svg").read_bytes())
+
+
+def receives_one_of_several_files(place):
+    expect((0, f"a.plt: shown\nb.plt: shown\nout.pdf: received, pdf, {SIZE} bytes\n", ""),
+           place.run("--receive", "out.pdf", "a.plt", "b.plt", plays="prints"))
+    expect((1, "a.plt: shown\nno.plt: cannot read: No such file or directory\n"
+               "new.pdf: not received: not all files are shown\n", ""),
+           place.run("--receive", "new.pdf", "a.plt", "no.plt"))
+    assert not (place.folder / "new.pdf").exists()
+
+
+def replaces_what_was_there(place):
+    out, link = place.folder / "out.pdf", place.folder / "link.pdf"
+    out.write_bytes(b"before")
+    out.chmod(0o640)
+    link.symlink_to("out.pdf")
+    expect(received("link.pdf"), place.run("--receive", "link.pdf", "a.plt", plays="prints"))
+    expect((PAGE, 0o640, True), (out.read_bytes(), out.stat().st_mode & 0o777, link.is_symlink()))
+    out.unlink()
+    expect(received("out.pdf"), place.run("--receive", "out.pdf", "a.plt", plays="prints", umask=0o027))
+    expect(0o640, out.stat().st_mode & 0o777)
+
+
+def receives_nothing(place):
+    """A file that was there stays."""
+    out = place.folder / "out.pdf"
+    out.write_bytes(b"before")
+    for plays, code, became, why in (
+            ("refuse", 1, "refused: no paper", "not all files are shown"),
+            ("dies", 3, "not shown: the viewer has closed the connection", "not all files are shown"),
+            ("breaks", 3, "shown", "the viewer has closed the connection")):
+        expect((code, f"a.plt: {became}\nout.pdf: not received: {why}\n", ""),
+               place.run("--channel", plays, "--receive", "out.pdf", "a.plt", plays=plays))
+        expect(b"before", out.read_bytes())
+    expect([], temporary_files(place.folder))
+
+
+def says_that_the_viewer_is_closed(place):
+    call = place.call("--receive", "out.pdf", "a.plt")
+    expect(b"a.plt: shown\n", call.stdout.readline())
+    os.kill(place.started()[0], signal.SIGKILL)
+    expect((3, "out.pdf: not received: the viewer has closed the connection\n", ""), result(call))
+
+
+def cannot_write_without_permission(place):
+    if os.getuid() == 0:
+        print("without permission: not tried, for root has every permission")
+        return
+    (place.folder / "locked").mkdir(mode=0o500)
+    (place.folder / "out.pdf").touch(mode=0o400)
+    for name in ("locked/out.pdf", "out.pdf"):
+        expect((4, f"{name}: cannot write: Permission denied\n", ""), place.run("--receive", name, "a.plt"))
+    expect([], place.started())
+
+
+def cannot_write_into_a_full_disk(place):
+    disk = place.folder / "disk"
+    disk.mkdir()
+    mount = ["mount", "-t", "tmpfs", "-o", "size=64k", "hpglsend", disk]
+    if subprocess.run(mount, stderr=subprocess.DEVNULL, check=False).returncode != 0:
+        print("full disk: not tried, for a small one cannot be mounted")
+        return
+    try:
+        cannot_write(place, "disk", "No space left on device")
+    finally:
+        subprocess.run(["umount", disk], check=True)
+
+
+def cannot_write_more_than_a_file_may_have(place):
+    """Files of this process may have 64 KiB; the signal about it is ignored, as it is here."""
+    cannot_write(place, ".", "File too large", restore_signals=False,
+                 preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (65536, 65536)))
+
+
+def cannot_write(place, folder, why, **others):
+    out = place.folder / folder / "out.pdf"
+    expected = 4, f"a.plt: shown\n{folder}/out.pdf: cannot write: {why}\n", ""
+    for before in ([], [b"before"]):
+        for content in before:
+            out.write_bytes(content)
+        expect(expected, place.run("--receive", f"{folder}/out.pdf", "a.plt", plays="prints", **others))
+        expect(before, [out.read_bytes()] if out.exists() else [])
+        expect([], temporary_files(out.parent))
+
+
+def ends_by_a_signal(place):
+    """While it waits, amid a page, and whenever a page is written: there is a whole file or none."""
+    for plays in ("", "halves", *["prints"] * 30):
+        for number in (signal.SIGTERM, signal.SIGINT):
+            call = place.call("--channel", f"c{plays}", "--receive", "out.pdf", "a.plt", plays=plays)
+            expect(b"a.plt: shown\n", call.stdout.readline())
+            call.send_signal(number)
+            code = result(call)[0]
+            out = place.folder / "out.pdf"
+            assert code == -number or (code, plays) == (0, "prints"), (code, plays)
+            expect([], temporary_files(place.folder))
+            if out.exists():
+                expect(("prints", PAGE), (plays, out.read_bytes()))
+                out.unlink()
+
+
 TESTS = [answers_without_a_viewer, tells_how_to_call_it, starts_a_viewer_and_sends, sends_several_to_the_one_that_runs,
          another_channel_is_another_viewer, sends_standard_input, sends_large_files_in_pieces, memory_stays_small,
          goes_on_after_a_file_that_cannot_be_read, waits_until_the_viewer_listens, goes_on_after_a_refusal,
          stops_sending_what_is_refused, hears_why_the_connection_is_closed, hears_that_there_are_too_many,
          stops_when_the_viewer_ends, finds_no_viewer, waits_no_longer_than_told, starts_where_a_viewer_crashed,
-         two_at_once_share_one_viewer, a_slow_generator_is_waited_for]
+         two_at_once_share_one_viewer, a_slow_generator_is_waited_for, receives_a_page, says_that_the_format_is_another,
+         receives_one_of_several_files, replaces_what_was_there, receives_nothing, says_that_the_viewer_is_closed,
+         cannot_write_without_permission, cannot_write_into_a_full_disk, cannot_write_more_than_a_file_may_have,
+         ends_by_a_signal]
 
 
 def check(test):

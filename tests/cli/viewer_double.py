@@ -13,8 +13,14 @@ transmission's frames and its bytes. DOUBLE_PLAYS says what it does beside that:
     full    refuses and closes every connection when it is made
     dies    ends when a transmission has begun
     mute    ends when a transmission has come
+    prints  shows every transmission and prints it to the host
+    mixes   the same, with the answers among the page's frames
+    halves  shows every transmission, prints half a page and waits
+    breaks  the same, and ends
+    floods  shows every transmission, writes nothing down, but prints 400 MB before
     never   ends at once
 """
+import contextlib
 import fcntl
 import os
 import pathlib
@@ -23,7 +29,9 @@ import struct
 import sys
 import time
 
-FURTHER, BEGIN, END, ACCEPTED, REFUSED, SHOWN = 0, 1, 2, 16, 17, 18
+FURTHER, BEGIN, END, ACCEPTED, REFUSED, SHOWN, PAGE_BEGIN, PAGE_DATA, PAGE_END = 0, 1, 2, 16, 17, 18, 19, 20, 21
+PIECE = 65536
+PAGE = b"%PDF" + bytes(range(256)) * 1024
 PLAYS = os.environ.get("DOUBLE_PLAYS", "")
 
 
@@ -32,26 +40,44 @@ def write_down(variable, line):
         file.write(line + "\n")
 
 
-def say(host, kind, text=""):
+def say(host, kind, content=b""):
     try:
-        host.sendall(struct.pack("<BI", kind, len(text)) + text.encode())
+        host.sendall(struct.pack("<BI", kind, len(content)) + content)
     except OSError:
         pass  # a host that has gone
 
 
 def frames(host):
-    with host.makefile("rb") as stream:
+    with contextlib.suppress(ConnectionResetError), host.makefile("rb") as stream:  # a host that was killed
         while len(header := stream.read(5)) == 5:
             kind, length = struct.unpack("<BI", header)
             yield kind, stream.read(length)
+
+
+def page():
+    """The frames of a page."""
+    pieces = [PAGE[start:start + PIECE] for start in range(0, len(PAGE), PIECE)]
+    return [(PAGE_BEGIN, b"pdf"), *((PAGE_DATA, piece) for piece in pieces), (PAGE_END, b"")]
+
+
+def answers():
+    """To a transmission: replies, and what is printed."""
+    verdict = (REFUSED, b"no paper") if PLAYS == "refuse" else (SHOWN, b"")
+    begin, *rest = page()
+    if PLAYS == "mixes":
+        return [begin, (ACCEPTED, b""), *rest[:2], verdict, *rest[2:]]
+    printed = {"prints": [begin, *rest], "halves": [begin, *rest[:2]], "breaks": [begin, *rest[:2]]}
+    return [(ACCEPTED, b""), verdict, *printed.get(PLAYS, [])]
 
 
 def take(host, sizes, data):
     write_down("DOUBLE_LOG", f"{sizes} {data.hex()}")
     if PLAYS == "mute":
         sys.exit(0)
-    say(host, ACCEPTED)
-    say(host, REFUSED if PLAYS == "refuse" else SHOWN, "no paper" if PLAYS == "refuse" else "")
+    for kind, content in answers():
+        say(host, kind, content)
+    if PLAYS == "breaks":
+        sys.exit(0)
 
 
 def end_at_once(_host, _kind):
@@ -60,7 +86,7 @@ def end_at_once(_host, _kind):
 
 def refuse_early(host, kind):
     if kind == BEGIN:
-        say(host, REFUSED, "no paper")
+        say(host, REFUSED, b"no paper")
         if PLAYS == "strict":
             host.shutdown(socket.SHUT_RDWR)
 
@@ -70,8 +96,18 @@ def show_unseen(host, kind):
         say(host, SHOWN)
 
 
+def flood(host, kind):
+    if kind == END:
+        say(host, PAGE_BEGIN, b"svg")
+        for _ in range(400):
+            say(host, PAGE_DATA, bytes(1_000_000))
+        say(host, PAGE_END)
+        say(host, SHOWN)
+
+
 # What looks at the kinds of frames alone.
-FRAME_BY_FRAME = {"dies": end_at_once, "early": refuse_early, "strict": refuse_early, "blind": show_unseen}
+FRAME_BY_FRAME = {"dies": end_at_once, "early": refuse_early, "strict": refuse_early, "blind": show_unseen,
+                  "floods": flood}
 
 
 def serve(host):
@@ -112,7 +148,7 @@ def main():
         host, _ = door.accept()
         with host:
             if PLAYS == "full":
-                say(host, REFUSED, "too many hosts")
+                say(host, REFUSED, b"too many hosts")
             else:
                 serve(host)
 
