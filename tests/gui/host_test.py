@@ -217,6 +217,21 @@ def two_at_once_share_one_viewer(desktop, plot):
             expect(1, len(desktop.stacking()))
 
 
+def receives_what_is_printed(desktop, plot):
+    with Hosts(desktop, plot) as hosts:
+        host = hosts.start("--receive", "out.pdf", plot.name)
+        with hosts.viewer() as viewer:
+            expect_picture(viewer, plot)
+            wait_for("the focus", viewer.window().is_active)
+            desktop.xdotool("key", "ctrl+p")
+            wait_for("the panel", viewer.window("Print").is_active)
+            desktop.xdotool("key", "alt+s", "alt+p")
+            code, out, err = result(host)
+            page = (plot.parent / "out.pdf").read_bytes()
+            expect((0, f"thin.plt: shown\nout.pdf: received, pdf, {len(page)} bytes\n", ""), (code, out, err))
+            assert page.startswith(b"%PDF") and page.endswith(b"%%EOF\n"), page
+
+
 # ---- the page -------------------------------------------------------------------------------------------------------
 
 def example_in(folder):
@@ -410,7 +425,7 @@ def the_sixty_fifth_host_is_turned_away(desktop, plot):
 
 run_all(starts_a_viewer_and_sends, sends_several_to_the_viewer_that_runs, finds_a_viewer_that_was_started_by_hand,
         sends_standard_input, says_what_cannot_be_read, says_that_there_is_no_viewer, says_that_the_viewer_was_killed,
-        a_host_that_is_killed_leaves_the_picture, two_at_once_share_one_viewer, the_example_shows_its_pictures,
-        pictures_of_a_socket_pair, replies_come_in_order, a_host_need_not_wait, nonsense_ends_the_connection,
-        the_largest_frame_is_taken, frames_on_standard_streams, a_host_that_stalls_is_put_out_of_the_way,
-        the_sixty_fifth_host_is_turned_away)
+        a_host_that_is_killed_leaves_the_picture, two_at_once_share_one_viewer, receives_what_is_printed,
+        the_example_shows_its_pictures, pictures_of_a_socket_pair, replies_come_in_order, a_host_need_not_wait,
+        nonsense_ends_the_connection, the_largest_frame_is_taken, frames_on_standard_streams,
+        a_host_that_stalls_is_put_out_of_the_way, the_sixty_fifth_host_is_turned_away)
