@@ -21,39 +21,23 @@
 #include <utility>
 
 #include "own_texts.h"
+#include "page_format.h"
 #include "page_preview.h"
 
 namespace qrvel {
 
 namespace {
 
-struct Format {
-    PageFormat format;
-    const char* name;
-    QLatin1String ending;
-};
+constexpr PageFormat FORMATS[] = {PageFormat::Pdf, PageFormat::Svg, PageFormat::Png};
+constexpr int NAME_LETTERS = 40;  // that a file's name has room for at least; longer ones scroll
 
-// clang-format off
-constexpr Format FORMATS[] = {
-    {PageFormat::Pdf, "PDF", QLatin1String(".pdf")},
-    {PageFormat::Svg, "SVG", QLatin1String(".svg")},
-    {PageFormat::Png, "PNG", QLatin1String(".png")},
-};
-// clang-format on
-
-constexpr double INCH = 25.4;     // millimetres
-constexpr int NAME_LETTERS = 32;  // that a file's name has room for at least; longer ones scroll
-
-const Format& rowOf(PageFormat format) {
-    return *std::find_if(std::begin(FORMATS), std::end(FORMATS),
-                         [&](const Format& row) { return row.format == format; });
+// With its dot.
+QString endingWithDot(PageFormat format) {
+    return QString(".") + endingOf(format);
 }
 
-// The format whose ending a name has; null for another's.
-const Format* formatOfName(const QString& name) {
-    const auto* found = std::find_if(std::begin(FORMATS), std::end(FORMATS),
-                                     [&](const Format& row) { return name.endsWith(row.ending, Qt::CaseInsensitive); });
-    return found != std::end(FORMATS) ? found : nullptr;
+QString nameOf(PageFormat format) {
+    return QString(endingOf(format)).toUpper();
 }
 
 // "fit" stands behind the papers that have names.
@@ -84,7 +68,7 @@ QString nameOfPaper(const NamedPaper& named) {
 }
 
 QString pixelsText(double length, int dpi) {
-    return QString::number(qRound(length / INCH * dpi));
+    return QString::number(qRound(length / MILLIMETRES_AN_INCH * dpi));
 }
 
 // What stands against writing there; nothing: an empty text.
@@ -93,8 +77,9 @@ QString problemOfFile(const QString& path) {
     const QFileInfo folder(file.path());
     if (!folder.isDir()) return ownText(OwnText::PrintNoFolder).arg(folder.filePath());
     if (file.isDir()) return ownText(OwnText::PrintIsFolder).arg(path);
-    const QFileInfo& written = file.exists() ? file : folder;
-    return written.isWritable() ? QString() : ownText(OwnText::PrintReadOnly).arg(written.filePath());
+    if (!folder.isWritable()) return ownText(OwnText::PrintReadOnly).arg(folder.filePath());
+    if (file.exists() && !file.isWritable()) return ownText(OwnText::PrintReadOnly).arg(path);
+    return {};
 }
 
 QWidget* inOneRow(QWidget* field, QWidget* beside) {
@@ -189,8 +174,8 @@ void PrintPanel::addFormats() {
     addRow(*form_, OwnText::PrintPrinter, printers_);
 
     formats_ = new QComboBox;
-    for (const Format& row : FORMATS)
-        formats_->addItem(row.name, static_cast<int>(row.format));
+    for (const PageFormat format : FORMATS)
+        formats_->addItem(nameOf(format), static_cast<int>(format));
     addRow(*form_, OwnText::PrintFormat, formats_);
 
     dpi_ = new QSpinBox;
@@ -258,7 +243,7 @@ void PrintPanel::setHostAvailable(bool available) {
 void PrintPanel::suggestFileName(const QByteArray& path) {
     if (name_->isModified() && !name_->text().isEmpty()) return;
     static const QRegularExpression ending("\\.[A-Za-z][A-Za-z0-9]*$");
-    nameFile(QFile::decodeName(path).remove(ending) + rowOf(format()).ending, false);
+    nameFile(QFile::decodeName(path).remove(ending) + endingWithDot(format()), false);
 }
 
 void PrintPanel::showPreview(const QImage& sheet) {
@@ -300,7 +285,7 @@ QString PrintPanel::path() const {
     QString name = name_->text();
     if (name.trimmed().isEmpty()) return {};
     if (name.startsWith("~/")) name.remove(0, 2);
-    if (QFileInfo(name).suffix().isEmpty()) name += rowOf(format()).ending;
+    if (QFileInfo(name).suffix().isEmpty()) name += endingWithDot(format());
     return QDir::cleanPath(QDir::home().absoluteFilePath(name));
 }
 
@@ -341,13 +326,12 @@ void PrintPanel::listPrinters() {
 // The dialog of Qt itself asks about a file that exists in a loop of its own, so the panel asks when it prints.
 void PrintPanel::chooseFile() {
     auto* dialog = new QFileDialog(this, ownText(OwnText::PrintTitle));
-    const Format& row = rowOf(format());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setOptions(QFileDialog::DontUseNativeDialog | QFileDialog::DontConfirmOverwrite);
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setLabelText(QFileDialog::Accept, ownText(OwnText::PrintChoose).remove("..."));
-    dialog->setNameFilter(QString("%1 (*%2)").arg(row.name, row.ending));
-    dialog->setDefaultSuffix(row.ending);
+    dialog->setNameFilter(QString("%1 (*%2)").arg(nameOf(format()), endingWithDot(format())));
+    dialog->setDefaultSuffix(endingOf(format()));
     const QFileInfo file(path().isEmpty() ? QDir::homePath() + '/' : path());
     dialog->setDirectory(file.path());
     dialog->selectFile(file.fileName());
@@ -366,15 +350,15 @@ void PrintPanel::nameFile(const QString& name, bool byUser) {
 
 // Whoever names a file "x.svg" means an SVG.
 void PrintPanel::adoptFormat() {
-    const Format* named = formatOfName(name_->text());
-    if (named != nullptr) formats_->setCurrentIndex(formats_->findData(static_cast<int>(named->format)));
+    const PageFormat named = formatOf(name_->text().toUtf8());
+    if (named != PageFormat::None) formats_->setCurrentIndex(formats_->findData(static_cast<int>(named)));
 }
 
 void PrintPanel::changeEnding() {
-    const Format* had = formatOfName(name_->text());
-    const QLatin1String ending = rowOf(format()).ending;
-    if (had != nullptr && had->format != format())
-        nameFile(name_->text().chopped(had->ending.size()) + ending, name_->isModified());
+    const QString name = name_->text();
+    const PageFormat had = formatOf(name.toUtf8());
+    if (had != PageFormat::None && had != format())
+        nameFile(name.chopped(endingWithDot(had).size()) + endingWithDot(format()), name_->isModified());
     refresh();
 }
 
