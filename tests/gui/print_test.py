@@ -192,6 +192,18 @@ def what_cannot_be_written_does_not_close_it(desktop, plot):
     assert {file.name for file in plot.parent.iterdir()} == {plot.name, "folder.pdf"}
 
 
+def too_many_pixels_do_not_close_it(desktop, plot):
+    with opened(desktop, plot) as viewer:
+        panel = open_panel(viewer)
+        name_file(desktop, "large.png")
+        desktop.xdotool("key", "alt+a", "Home", "alt+e", "ctrl+a", "2", "4", "0", "0", "Return")
+        assert panel.is_active()
+        desktop.xdotool("key", "alt+e", "ctrl+a", "5", "0", "Return")
+        wait_until_closed(viewer)
+        assert pixels(written(plot.with_name("large.png"))) == (2341, 1656)
+        viewer.end()
+
+
 def a_file_is_chosen_in_its_dialog(desktop, plot):
     with opened(desktop, plot) as viewer:
         panel = open_panel(viewer)
@@ -212,4 +224,4 @@ def a_file_is_chosen_in_its_dialog(desktop, plot):
 
 run_all(every_way_closes_it, a_file_is_written_beside_the_plot, the_name_chooses_the_format,
         paper_and_resolution_are_chosen, a_zoomed_view_is_printed_zoomed, choices_stay, a_file_that_exists_is_asked_for,
-        what_cannot_be_written_does_not_close_it, a_file_is_chosen_in_its_dialog)
+        what_cannot_be_written_does_not_close_it, too_many_pixels_do_not_close_it, a_file_is_chosen_in_its_dialog)

@@ -59,6 +59,7 @@ constexpr Row ROWS[] = {
     {OwnText::PrintLongSide,  "W_PRINT_LONG_SIDE", "%1 pixels, the longer side"},
     {OwnText::NoPrinter,      "W_NO_PRINTER",      "No printer is set up on this computer. Choose another destination."},
     {OwnText::PrintNoName,    "W_PRINT_NO_NAME",   "The file needs a name."},
+    {OwnText::PrintTooFine,   "W_PRINT_TOO_FINE",  "These are too many pixels. Choose a lower resolution or another paper."},
     {OwnText::PrintNoFolder,  "W_PRINT_NO_FOLDER", "There is no folder %1"},
     {OwnText::PrintIsFolder,  "W_PRINT_IS_FOLDER", "%1 is a folder"},
     {OwnText::PrintReadOnly,  "W_PRINT_READ_ONLY", "You may not write to %1"},

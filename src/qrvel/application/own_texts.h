@@ -25,7 +25,7 @@ enum class OwnText {
     PrintPixels,      // %1 width, %2 height
     PrintLongSide,    // %1 pixels
     NoPrinter,
-    PrintNoName,
+    PrintNoName, PrintTooFine,
     PrintNoFolder, PrintIsFolder, PrintReadOnly, PrintExists,  // %1 a path
     PrintPreview,     // what a screen reader calls it
     PrintPreparing, Replace,

@@ -18,13 +18,6 @@ namespace {
 constexpr qint64 MOST_PIXELS = qint64{16384} * 16384;  // 1 GiB
 constexpr int MOST_A_SIDE = 32767;
 
-QSize sizeOf(const QSizeF& paper, double pixelsPerMillimetre) {
-    const QSizeF pixels = paper * pixelsPerMillimetre;
-    if (!(pixels.width() <= MOST_A_SIDE) || !(pixels.height() <= MOST_A_SIDE)) return {};
-    const QSize size = pixels.toSize().expandedTo({1, 1});
-    return qint64{size.width()} * size.height() <= MOST_PIXELS ? size : QSize();
-}
-
 PixelArea areaOf(QImage& image) {
     const auto stride = static_cast<std::ptrdiff_t>(image.bytesPerLine() / std::ptrdiff_t{sizeof(uint32_t)});
     return {.origin = reinterpret_cast<uint32_t*>(image.bits()) + (image.height() - 1) * stride,
@@ -102,9 +95,16 @@ class PixelDrawer {
 
 }  // namespace
 
+QSize imageSize(const QSizeF& paper, double pixelsPerMillimetre) {
+    const QSizeF pixels = paper * pixelsPerMillimetre;
+    if (!(pixels.width() <= MOST_A_SIDE) || !(pixels.height() <= MOST_A_SIDE)) return {};
+    const QSize size = pixels.toSize().expandedTo({1, 1});
+    return qint64{size.width()} * size.height() <= MOST_PIXELS ? size : QSize();
+}
+
 QImage drawImage(const Recording& recording, const Sheet& sheet, double pixelsPerMillimetre) {
     const Placement placement = place(recording.bounds(), sheet);
-    QImage image(sizeOf(placement.paper, pixelsPerMillimetre), QImage::Format_RGB32);
+    QImage image(imageSize(placement.paper, pixelsPerMillimetre), QImage::Format_RGB32);
     if (image.isNull()) return image;
     image.fill(Qt::white);
     PixelDrawer drawer(image, placement, pixelsPerMillimetre);

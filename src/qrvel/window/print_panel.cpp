@@ -22,6 +22,7 @@
 
 #include "own_texts.h"
 #include "page_format.h"
+#include "page_image.h"
 #include "page_preview.h"
 
 namespace qrvel {
@@ -65,10 +66,6 @@ QString nameOfPaper(const NamedPaper& named) {
     const auto name = QLatin1String(named.name.data(), static_cast<qsizetype>(named.name.size()));
     return QString::fromUtf8("%1 (%2 × %3 mm)")
         .arg(name, numberText(named.paper.width), numberText(named.paper.height));
-}
-
-QString pixelsText(double length, int dpi) {
-    return QString::number(qRound(length / MILLIMETRES_AN_INCH * dpi));
 }
 
 // What stands against writing there; nothing: an empty text.
@@ -124,11 +121,11 @@ PrintPanel::PrintPanel(QWidget* parent, Events events)
     form_->setContentsMargins({});
     choices->setMinimumWidth(choices->sizeHint().width());
     auto* both = new QHBoxLayout;
-    both->setSpacing(2 * both->spacing());
     both->addWidget(choices);
     both->addWidget(preview_, 1);
     auto* all = new QVBoxLayout(this);
     all->addLayout(both, 1);
+    both->setSpacing(2 * both->spacing());  // which is known now
     all->addWidget(makeButtons());
     print_->setDefault(true);
     refresh();
@@ -289,16 +286,26 @@ QString PrintPanel::path() const {
     return QDir::cleanPath(QDir::home().absoluteFilePath(name));
 }
 
-// How large a PNG will be.
-QString PrintPanel::pixels() const {
+bool PrintPanel::isPng() const {
+    return destination() != Destination::Printer && format() == PageFormat::Png;
+}
+
+// Of a PNG; invalid for too many. One that fits is cut from that.
+QSize PrintPanel::pixels() const {
     const Sheet sheet = layOut(paper(), landscape_->isChecked());
-    const QString width = pixelsText(sheet.width, dpi_->value());
-    const QString height = pixelsText(sheet.height, dpi_->value());
-    return sheet.fit ? ownText(OwnText::PrintLongSide).arg(width) : ownText(OwnText::PrintPixels).arg(width, height);
+    return imageSize({sheet.width, sheet.height}, dpi_->value() / MILLIMETRES_AN_INCH);
+}
+
+QString PrintPanel::pixelsText() const {
+    const QSize size = pixels();
+    if (!size.isValid()) return {};
+    if (paper().fit) return ownText(OwnText::PrintLongSide).arg(size.width());
+    return ownText(OwnText::PrintPixels).arg(size.width()).arg(size.height());
 }
 
 // What stands against printing; nothing: an empty text.
 QString PrintPanel::problem() const {
+    if (isPng() && !pixels().isValid()) return ownText(OwnText::PrintTooFine);
     switch (destination()) {
         case Destination::Printer:
             return printers_->count() > 0 ? QString() : ownText(OwnText::NoPrinter);
@@ -368,13 +375,13 @@ void PrintPanel::refresh() {
     const bool isPage = to != Destination::Printer;
     form_->setRowVisible(printers_, !isPage);
     form_->setRowVisible(formats_, isPage);
-    form_->setRowVisible(dpi_->parentWidget(), isPage && format() == PageFormat::Png);
+    form_->setRowVisible(dpi_->parentWidget(), isPng());
     form_->setRowVisible(name_->parentWidget(), to == Destination::File);
     static_cast<QStandardItemModel*>(papers_->model())->item(fitRow())->setEnabled(isPage);
     if (!isPage && paper().fit) papers_->setCurrentIndex(usualPaperRow());
     landscape_->setEnabled(!paper().fit);
     portrait_->setEnabled(!paper().fit);
-    pixels_->setText(pixels());
+    pixels_->setText(pixelsText());
     problem_->setText(problem());
     form_->setRowVisible(problem_, !problem_->text().isEmpty());
     name_->setAccessibleDescription(problem_->text());

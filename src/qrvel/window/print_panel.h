@@ -68,7 +68,9 @@ class PrintPanel : public QDialog {
     Paper paper() const;
     PageFormat format() const;
     QString path() const;
-    QString pixels() const;
+    bool isPng() const;
+    QSize pixels() const;
+    QString pixelsText() const;
     QString problem() const;
 
     void listPrinters();
