@@ -26,6 +26,9 @@ namespace {
 // The panel counts its choices from 0; what OUTopendevice takes begins at 1, and 0 is the format of a printer.
 constexpr uint32_t PANEL_OFFSET = 1;
 
+// A preview is drawn so many times as fine, and made smaller: a line is thinner than its pixels.
+constexpr int FINER = 2;
+
 uint32_t panelNumber(Destination destination) {
     return static_cast<uint32_t>(destination) - PANEL_OFFSET;
 }
@@ -130,7 +133,8 @@ void refreshPrintPreview() {
     drawOn(page, *child);
     const Placement placement = place(page.recording().bounds(), page.sheet());
     const double scale = scaleToFit(placement.paper, setup->panel->previewSize());
-    setup->panel->showPreview(drawImage(page.recording(), page.sheet(), scale));
+    const QImage fine = drawImage(page.recording(), page.sheet(), scale * FINER);
+    setup->panel->showPreview(fine.scaled(fine.size() / FINER, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
 }
 
 }  // namespace qrvel
