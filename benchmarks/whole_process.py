@@ -4,9 +4,9 @@ usage: whole_process.py [--build DIR] [--runs N] [--large]
        whole_process.py [--build DIR] [--runs N] --rows [WORD ...]
 
 Prints a Markdown table of wall time, user time and peak memory, the median of N runs (5) each: of an empty plot and of
-plots of 10,000 to 10 million short segments. --large adds a plot of 1 GB, run once. DIR is where viewer and plot_file
-were built (../build/bench, by ../bench). --rows prints, one JSON object a line, what ../bench wants: the same times, and
-the memory that a loaded plot holds for good; only rows whose names contain one of the words, when there are any.
+plots of 10,000 to 10 million short segments, as the window's picture and printed as a page. --large adds a plot of 1 GB, run once. DIR is where viewer and plot_file
+were built (../build/bench, by ../bench). --rows prints, one JSON object a line, what ../bench wants: the same times,
+the memory that a loaded plot holds for good, what printing costs beside its bounds; only rows whose names contain one of the words, when there are any.
 """
 
 import argparse
@@ -26,6 +26,12 @@ MB = 1_000_000
 LARGE = 1000 * MB
 SEGMENT_BYTES = 8  # of compact code, at least
 MEMORY_BOUND = 1.2  # of the compact code
+FORMS = "picture", "png", "pdf", "svg"  # of the window; of a page
+PDF_BOUND = 3.0  # of the time of a PNG
+PDF_BYTES_BOUND = 12.0  # a segment
+ONE_CALL_BOUND = 0.1  # of the time of single calls
+FILES = 1000
+SMALL_PLOT = "IN;SP1;PU0,0;PD4000,0,4000,3000,0,3000,0,0;SP2;PU500,500;PD3500,2500;PU1000,1000;LBsmall\3;"
 QUIET = 1.0  # seconds without work after which the viewer is taken to have finished
 
 
@@ -50,21 +56,23 @@ def start(arguments):
     return subprocess.Popen(arguments, stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL, env=offscreen())
 
 
-def run_once(viewer, plot, folder):
-    picture = folder / "picture.png"
-    picture.unlink(missing_ok=True)
+def run_once(command, output):
+    output.unlink(missing_ok=True)
     begin = time.perf_counter()
-    process = start([viewer, "--picture", picture, "--size", SIZE, plot])
+    process = start(command)
     _, status, usage = os.wait4(process.pid, 0)
     wall = time.perf_counter() - begin
     process.returncode = os.waitstatus_to_exitcode(status)
-    if process.returncode != 0 or picture.stat().st_size == 0:
-        sys.exit(f"{viewer} wrote no picture of {plot}")
+    if process.returncode != 0 or output.stat().st_size == 0:
+        sys.exit(f"{command} did not write {output}")
     return Cost(wall, usage)
 
 
-def run(viewer, plot, folder, runs):
-    return [run_once(viewer, plot, folder) for _ in range(runs)]
+def run(viewer, plot, folder, runs, form="picture"):
+    """form: the window's picture, or a page as png, pdf or svg."""
+    output = folder / f"output.{form}"
+    how = ["--picture", output, "--size", SIZE] if form == "picture" else ["--print-to", output, "--landscape"]
+    return [run_once([viewer, *how, plot], output) for _ in range(runs)]
 
 
 # ---- plots ----------------------------------------------------------------------------------------------------------
@@ -129,23 +137,56 @@ def memory_row(name, build, folder):
     compact = compact_bytes(build / "tools" / "hpgldump", plot)
     if compact < SEGMENTS[-1] * SEGMENT_BYTES:
         return {"row": name, "problem": f"only {compact} bytes of compact code", "ok": False}
-    ratio = held / compact
-    return {"row": name, "unit": "MB", "ours": held / MB, "yardstick": compact / MB, "of": "compact code",
-            "ratio": ratio, "bound": MEMORY_BOUND, "ok": ratio <= MEMORY_BOUND}
+    return bound_row(name, "MB", held / MB, compact / MB, "compact code", MEMORY_BOUND)
+
+
+# ---- pages ----------------------------------------------------------------------------------------------------------
+
+
+def bound_row(name, unit, ours, yardstick, of, bound):
+    ratio = ours / yardstick
+    return {"row": name, "unit": unit, "ours": ours, "yardstick": yardstick, "of": of, "ratio": ratio, "bound": bound,
+            "ok": ratio <= bound}
+
+
+def page_rows(build, folder, runs):
+    """Of a million segments: the time of a PDF beside that of a PNG, and its bytes a segment."""
+    plot = folder / "plot.plt"
+    segments = 1_000_000
+    write_plot(build, plot, "segments", segments)
+    png, pdf = (median(run(viewer_of(build), plot, folder, runs, form), "wall") * 1000 for form in ("png", "pdf"))
+    yield bound_row("page of 1 million segments, PDF", "ms", pdf, png, "PNG", PDF_BOUND)
+    size = (folder / "output.pdf").stat().st_size
+    yield bound_row("PDF of 1 million segments", "bytes", size, segments, "segments", PDF_BYTES_BOUND)
+
+
+def many_files_row(build, folder):
+    """Small files in one call, beside a call for each."""
+    files = [folder / f"small{i}.plt" for i in range(FILES)]
+    for file in files:
+        file.write_text(SMALL_PLOT)
+    pattern = folder / "%n.pdf"
+    one = run_once([viewer_of(build), "--print-to", pattern, *files], files[-1].with_suffix(".pdf")).wall
+    many = sum(run_once([viewer_of(build), "--print-to", pattern, file], file.with_suffix(".pdf")).wall
+               for file in files)
+    return bound_row(f"{FILES} files printed in one call", "ms", one * 1000, many * 1000, "a call for each",
+                     ONE_CALL_BOUND)
 
 
 # ---- output ---------------------------------------------------------------------------------------------------------
 
 
 def print_table(build, runs, large):
-    print("| plot | size, MB | wall, s | user, s | peak memory, MB |\n|---|---:|---:|---:|---:|")
+    print("| plot | size, MB | to | wall, s | user, s | peak memory, MB |\n|---|---:|---|---:|---:|---:|")
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
         for plot_name, plot in plots(build, folder, large):
             size = plot.stat().st_size
-            costs = run(viewer_of(build), plot, folder, runs if size < LARGE else 1)
-            wall, user, peak = (median(costs, figure) for figure in ("wall", "user", "peak"))
-            print(f"| {plot_name} | {size / MB:.2f} | {wall:.3f} | {user:.3f} | {peak / MB:.0f} |", flush=True)
+            for form in FORMS:
+                costs = run(viewer_of(build), plot, folder, runs if size < LARGE else 1, form)
+                wall, user, peak = (median(costs, figure) for figure in ("wall", "user", "peak"))
+                print(f"| {plot_name} | {size / MB:.2f} | {form} | {wall:.3f} | {user:.3f} | {peak / MB:.0f} |",
+                      flush=True)
 
 
 def print_row(row):
@@ -162,6 +203,11 @@ def print_rows(build, runs, words):
         folder = pathlib.Path(name)
         if wanted(memory):
             print_row(memory_row(memory, build, folder))
+        if wanted("page PDF"):
+            for row in page_rows(build, folder, runs):
+                print_row(row)
+        if wanted("files printed in one call"):
+            print_row(many_files_row(build, folder))
         if not wanted(whole):
             return
         for plot_name, plot in plots(build, folder, False):
