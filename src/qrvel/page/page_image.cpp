@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "colours.h"
 #include "even_odd_fill.h"
 #include "pixel_area.h"
 #include "placement.h"
@@ -64,17 +65,21 @@ class PixelDrawer {
 
     void text(const PageText& text, uint32_t colour) {
         const double width = text.cellWidth * static_cast<double>(text.bytes.size());
-        const TextBox box{.x = pixel(origin_.x(), text.x),
-                          .y = pixel(origin_.y(), text.y),
+        const TextBox box{.x = pixel(origin_.x() + text.x * scale_),
+                          .y = pixel(origin_.y() + text.y * scale_),
                           .width = length(width),
                           .height = std::max(length(text.height), 1)};
         text_.draw(image_, area_, text.bytes, box, colour);
     }
 
-  private:
-    int32_t pixel(double origin, double units) const {
-        return static_cast<int32_t>(std::floor(origin + units * scale_));
+    void cover(const QRectF& margin, double pixelsPerMillimetre) {
+        const QRectF covered(margin.topLeft() * pixelsPerMillimetre, margin.size() * pixelsPerMillimetre);
+        fillBox(area_, pixel(covered.left()), pixel(covered.top()), pixel(covered.right()) - 1,
+                pixel(covered.bottom()) - 1, WHITE);
     }
+
+  private:
+    static int32_t pixel(double position) { return static_cast<int32_t>(std::floor(position)); }
     int32_t length(double units) const { return static_cast<int32_t>(std::lround(units * scale_)); }
     OUTPoint at(PagePoint point) const {
         // Nothing lies beyond the margins, so no number is below 0, and cutting is rounding down.
@@ -109,6 +114,11 @@ QImage drawImage(const Recording& recording, const Sheet& sheet, double pixelsPe
     image.fill(Qt::white);
     PixelDrawer drawer(image, placement, pixelsPerMillimetre);
     recording.drawOn(drawer);
+    if (recording.overflows()) {
+        for (const QRectF& margin : placement.margins) {
+            drawer.cover(margin, pixelsPerMillimetre);
+        }
+    }
     return image;
 }
 

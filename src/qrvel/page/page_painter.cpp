@@ -17,6 +17,8 @@ constexpr int POINTS_A_PATH = 4096;  // what programs that show the page take in
 // Text is laid out at this size and stretched, units of the painter.
 constexpr int LETTER_SIZE = 100;
 
+constexpr QPointF A_HAIR(0.01, 0.0);  // units
+
 class PainterDrawer {
   public:
     PainterDrawer(QPainter& painter, double thinnest)
@@ -37,7 +39,7 @@ class PainterDrawer {
                 path_.moveTo(to);
             } else {
                 if (path_.elementCount() == 0) path_.moveTo(from);
-                path_.lineTo(to);
+                addLine(from, to);
             }
             from = to;
         }
@@ -93,6 +95,12 @@ class PainterDrawer {
         return text;
     }
 
+    // A path takes no line of no length, and a dot is one.
+    void addLine(QPointF from, QPointF to) {
+        const bool begins = path_.elementAt(path_.elementCount() - 1).isMoveTo();
+        path_.lineTo(from == to && begins ? to + A_HAIR : to);
+    }
+
     void flush() {
         if (!path_.isEmpty()) painter_.drawPath(path_);
         path_.clear();
@@ -123,6 +131,12 @@ void paintPage(QPainter& painter, const Recording& recording, const Placement& p
     painter.setWorldTransform(QTransform(scale, 0.0, 0.0, -scale, origin.x(), height - origin.y()));
     PainterDrawer drawer(painter, THINNEST_LINE / placement.unit);
     recording.drawOn(drawer);
+    if (!recording.overflows()) return;
+    // Not clipped: not every device can.
+    painter.setWorldTransform(QTransform(unitsPerMillimetre, 0.0, 0.0, -unitsPerMillimetre, 0.0, height));
+    for (const QRectF& margin : placement.margins) {
+        painter.fillRect(margin, Qt::white);
+    }
 }
 
 }  // namespace qrvel

@@ -31,8 +31,9 @@ constexpr double MOST_SIDE = 5080.0;  // the largest page that every reader of P
 
 constexpr double MARGIN = 10.0;      // millimetres; all printers reach that far
 constexpr double MOST_MARGIN = 0.1;  // of the shorter side
-constexpr double UNIT = 0.025;       // millimetres: a plotter's unit
-constexpr int MOST_UNITS = 16384;    // a side; the viewer's products of coordinates have 32 bits
+constexpr double BLEED = 2.0;
+constexpr double UNIT = 0.025;     // millimetres: a plotter's unit
+constexpr int MOST_UNITS = 16384;  // a side; the viewer's products of coordinates have 32 bits
 
 bool equalsIgnoringCase(std::string_view a, std::string_view b) {
     const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
@@ -80,12 +81,14 @@ Sheet layOut(const Paper& paper, bool landscape) {
     Sheet sheet = {.width = paper.width,
                    .height = paper.height,
                    .margin = 0.0,
+                   .bleed = 0.0,
                    .unit = 0.0,
                    .areaWidth = 0,
                    .areaHeight = 0,
                    .fit = paper.fit};
     if (landscape && sheet.width < sheet.height) std::swap(sheet.width, sheet.height);
     sheet.margin = std::min(MARGIN, MOST_MARGIN * std::min(sheet.width, sheet.height));
+    sheet.bleed = std::min(BLEED, sheet.margin / 2.0);
     const double width = sheet.width - 2.0 * sheet.margin;
     const double height = sheet.height - 2.0 * sheet.margin;
     sheet.unit = std::max(UNIT, std::max(width, height) / MOST_UNITS);

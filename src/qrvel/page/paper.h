@@ -38,6 +38,7 @@ struct Sheet {
     double width;  // millimetres
     double height;
     double margin;  // millimetres, on each side
+    double bleed;   // millimetres that a drawing may reach into the margins: the half of a pen along their border
     double unit;    // millimetres: 0.025, or more where the longer side of the area would have over 16384 of them
     int areaWidth;  // units
     int areaHeight;

@@ -4,6 +4,7 @@
 #include <QPointF>
 #include <QRectF>
 #include <QSizeF>
+#include <array>
 
 #include "paper.h"
 
@@ -13,6 +14,8 @@ struct Placement {
     QSizeF paper;    // millimetres
     QPointF origin;  // of the sheet's coordinates: millimetres from the paper's lower left corner, y upward
     double unit;     // millimetres
+    // What is to stay white around the drawing: millimetres from the paper's lower left corner, y upward.
+    std::array<QRectF, 4> margins;
 };
 
 // drawn: what the drawing covers, units of the sheet; null for nothing. It is centred by half of its slack, so what

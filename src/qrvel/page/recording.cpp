@@ -11,12 +11,6 @@ namespace qrvel {
 
 namespace {
 
-constexpr double OUTSIDE = 2.0;  // millimetres around the area: for the half of a stroke along its border
-
-int outsideOf(const Sheet& sheet) {
-    return static_cast<int>(std::min(OUTSIDE, sheet.margin / 2.0) / sheet.unit);
-}
-
 // Takes off what lies beyond one border of the kept rectangle; false when nothing is left. Both distances are measured
 // from the border, positive inside.
 bool cutAtBorder(double fromInside, double toInside, double& begin, double& end) {
@@ -32,7 +26,7 @@ bool cutAtBorder(double fromInside, double toInside, double& begin, double& end)
 Recording::Recording(const Sheet& sheet)
     : areaWidth_(sheet.areaWidth),
       areaHeight_(sheet.areaHeight),
-      low_(-outsideOf(sheet)),
+      low_(-static_cast<int>(sheet.bleed / sheet.unit)),
       right_(sheet.areaWidth - low_),
       top_(sheet.areaHeight - low_) {
     clear();
@@ -43,6 +37,7 @@ void Recording::clear() {
     points_.clear();
     texts_.clear();
     characters_.clear();
+    overflows_ = false;
     constexpr int MOST = std::numeric_limits<int>::max();
     lowest_ = {.x = MOST, .y = MOST};
     highest_ = {.x = -MOST, .y = -MOST};
@@ -103,6 +98,7 @@ void Recording::line(OUTPoint from, OUTPoint to, int32_t width, uint32_t colour)
     if ((!isInside(from) || !isInside(to)) && !cut(from, to)) return;
     const bool opened = open(Kind::Stroke, width, colour);
     const bool goesOn = !opened && points_.back().x() == from.x && points_.back().y() == from.y;
+    if (opened && width / 2 > -low_) overflows_ = true;
     if (!goesOn) addPoint(from.x, from.y, true);
     addPoint(to.x, to.y, false);
     steps_.back().end = points_.size();
@@ -179,6 +175,8 @@ void Recording::addRun(const Text& run, std::string_view bytes, uint32_t colour)
     steps_.back().end = texts_.size();
     const auto low = static_cast<int>(std::floor(run.y));
     const double end = run.x + run.cellWidth * static_cast<double>(bytes.size());
+    const QRectF reach(QPointF(run.x, run.y - run.height), QPointF(end, run.y + 2.0 * run.height));
+    if (!kept().contains(reach.normalized())) overflows_ = true;
     include(static_cast<int>(std::floor(std::min(run.x, end))), low);
     include(static_cast<int>(std::ceil(std::max(run.x, end))), low + static_cast<int>(std::ceil(run.height)));
 }

@@ -56,6 +56,9 @@ class Recording {
     // Of all that was drawn in the area of the sheet; null when nothing was.
     QRectF bounds() const;
 
+    // Whether wide pens or letters may reach further into the margins than they should: they cannot be cut.
+    bool overflows() const { return overflows_; }
+
     // Any coordinates. width: of the stroke, units; 0 for a thin one. colour: 0xFFRRGGBB.
     void line(OUTPoint from, OUTPoint to, int32_t width, uint32_t colour);
     // Polygons one after the other in `points`, as one even-odd area.
@@ -105,6 +108,7 @@ class Recording {
     std::vector<PagePoint> points_;
     std::vector<Text> texts_;
     std::string characters_;
+    bool overflows_ = false;
     OUTPoint lowest_{};  // corners of what was drawn
     OUTPoint highest_{};
 };
