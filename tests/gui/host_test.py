@@ -111,6 +111,14 @@ def all_viewers():
     return [pid for pid in running if os.path.basename(words(pid, "cmdline")[0]) == os.fsencode(KELHPGL.name)]
 
 
+def is_over(pid):
+    """Not only without memory, but without sockets: gone, or waiting to be reaped."""
+    try:
+        return pathlib.Path(f"/proc/{pid}/stat").read_text().rsplit(")", 1)[1].split()[0] in "ZX"
+    except OSError:
+        return True
+
+
 def result(process, stdin=b""):
     out, err = process.communicate(stdin, timeout=PATIENCE)
     return process.returncode, out.decode(), err.decode()
@@ -185,8 +193,9 @@ def says_that_the_viewer_was_killed(desktop, plot):
         host = hosts.start()
         host.stdin.write(b"IN;" * 100_000)  # more than a pipe holds: it has connected, then
         host.stdin.flush()
-        os.kill(hosts.viewers()[0], signal.SIGKILL)
-        wait_for("the viewer's end", lambda: not hosts.viewers())
+        killed = hosts.viewers()[0]
+        os.kill(killed, signal.SIGKILL)
+        wait_for("the viewer's end", lambda: is_over(killed))
         expect((3, "-: not shown: the viewer has closed the connection\n", ""), result(host))
         expect((0, "thin.plt: shown\n", ""), hosts.send(plot.name))
         with hosts.viewer() as viewer:
