@@ -26,6 +26,7 @@ constexpr Row ROWS[] = {
     {OwnText::PrinterRefuses, "W_PRINTER_REFUSES", "the printer does not take it"},
     {OwnText::PageTooLarge,   "W_PAGE_TOO_LARGE",  "the page is too large"},
     {OwnText::WrittenAlready, "W_WRITTEN_ALREADY", "another drawing has been written there just now"},
+    {OwnText::NoPicture,      "W_NO_PICTURE",      "there is no picture"},
     {OwnText::NoHost,         "W_NO_HOST",         "The program that sent the drawing is not there any more, or does not take the page."},
     {OwnText::NoDestination,  "W_NO_DESTINATION",  "There is no such destination."},
     {OwnText::EmptyPage,      "W_EMPTY_PAGE",      "%1: the drawing is empty, the page is white"},

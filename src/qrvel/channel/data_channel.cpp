@@ -201,7 +201,10 @@ bool DataChannel::hasWork() const {
 
 void DataChannel::run() {
     gone_.clear();
-    if (givenUp_ && turn_ != nullptr && !notOut_) {
+    if (notOut_ && conversion() != nullptr && application()->messages.isEmpty()) {
+        conversion()->notPrinted();  // the viewer has got the notification, and found nothing to print
+        pictureIsOut();
+    } else if (givenUp_ && turn_ != nullptr && !notOut_) {
         carryOutGivingUp();
     } else if (turn_ == nullptr) {
         if (!line_.empty()) giveTurn();

@@ -63,10 +63,17 @@ bool Conversion::begin(const QByteArray& source) {
         showProgressLine(QString("%1/%2 %3").arg(begun_).arg(sources_).arg(QString::fromLocal8Bit(source)));
     choice_.fileName = outputName(pattern_, source);
     if (written_.insert(choice_.fileName).second) return true;
-    showNotice(
-        ownText(OwnText::CannotWrite).arg(QString::fromLocal8Bit(choice_.fileName), ownText(OwnText::WrittenAlready)));
-    fail();
+    sayWhy(OwnText::WrittenAlready);
     return false;
+}
+
+void Conversion::notPrinted() {
+    sayWhy(OwnText::NoPicture);
+}
+
+void Conversion::sayWhy(OwnText reason) {
+    showNotice(ownText(OwnText::CannotWrite).arg(QString::fromLocal8Bit(choice_.fileName), ownText(reason)));
+    fail();
 }
 
 void Conversion::end() {

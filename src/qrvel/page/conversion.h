@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <set>
 
+#include "own_texts.h"
 #include "print_choice.h"
 
 namespace qrvel {
@@ -19,8 +20,9 @@ class Conversion {
 
     // A source's picture comes next. False, with a line, when the file that it would go to has been written already.
     bool begin(const QByteArray& source);
-    // One source is done with, well or not.
+    // What went wrong with a source has been said; or nothing came of it, which is said here.
     void fail() { failed_ = true; }
+    void notPrinted();
     // No source is left.
     void end();
 
@@ -28,7 +30,7 @@ class Conversion {
     int32_t status() const { return failed_ || !ended_ ? 1 : 0; }
 
   private:
-    void showProgress(const QByteArray& source);
+    void sayWhy(OwnText reason);
 
     QByteArray pattern_;
     PrintChoice choice_;
