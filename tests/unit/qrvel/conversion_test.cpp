@@ -1,0 +1,77 @@
+// The names of the files that drawings are printed to.
+#include "conversion.h"
+
+#include "rows.h"
+
+namespace qrvel {
+namespace {
+
+struct NameRow : NamedRow {
+    const char* pattern;
+    const char* source;
+    const char* output;
+};
+
+// clang-format off
+constexpr NameRow NAME_ROWS[] = {
+    {"NoName",          "a.pdf",            "b.plt",            "a.pdf"},
+    {"Name",            "%n.pdf",           "b.plt",            "b.pdf"},
+    {"InAFolder",       "out/%n.svg",       "b.plt",            "out/b.svg"},
+    {"OfAFolder",       "out/%n.svg",       "/in/sub.d/b.plt",  "out/b.svg"},
+    {"NoEnding",        "%n.pdf",           "b",                "b.pdf"},
+    {"TwoEndings",      "%n.pdf",           "b.tar.plt",        "b.tar.pdf"},
+    {"EmptyEnding",     "%n.pdf",           "b.",               "b.pdf"},
+    {"EndingAlone",     "%n.pdf",           ".plt",             ".plt.pdf"},
+    {"Twice",           "%n/%n.pdf",        "b.plt",            "b/b.pdf"},
+    {"InTheMiddle",     "x%ny.png",         "b.plt",            "xby.png"},
+    {"PercentSign",     "100%%.pdf",        "b.plt",            "100%.pdf"},
+    {"PercentThenN",    "%%n.pdf",          "b.plt",            "%n.pdf"},
+    {"PercentThenName", "%%%n.pdf",         "b.plt",            "%b.pdf"},
+    {"OtherLetter",     "%d.pdf",           "b.plt",            "%d.pdf"},
+    {"CapitalLetter",   "%N.pdf",           "b.plt",            "%N.pdf"},
+    {"LastCharacter",   "a.pdf%",           "b.plt",            "a.pdf%"},
+    {"PatternInAName",  "%n.pdf",           "a%n%%.plt",        "a%n%%.pdf"},
+    {"StandardInput",   "%n.pdf",           "-",                "stdin.pdf"},
+    {"FileCalledDash",  "%n.pdf",           "./-",              "-.pdf"},
+    {"NoUtf8",          "%n.pdf",           "\xFF\xFE.plt",     "\xFF\xFE.pdf"},
+    {"Umlauts",         "%n.pdf",           "\xC3\xA4.plt",     "\xC3\xA4.pdf"},
+    {"Blanks",          "%n.pdf",           " a b .plt",        " a b .pdf"},
+};
+// clang-format on
+
+class OutputName : public testing::TestWithParam<NameRow> {};
+
+TEST_P(OutputName, ComesOfThePatternAndTheSource) {
+    EXPECT_EQ(outputName(GetParam().pattern, GetParam().source).toStdString(), GetParam().output);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, OutputName, testing::ValuesIn(NAME_ROWS), byRowName);
+
+struct PatternRow : NamedRow {
+    const char* pattern;
+    bool namesEach;
+};
+
+// clang-format off
+constexpr PatternRow PATTERN_ROWS[] = {
+    {"Nothing",         "",           false},
+    {"NoName",          "n.pdf",      false},
+    {"Name",            "%n.pdf",     true},
+    {"PercentThenN",    "%%n.pdf",    false},
+    {"PercentThenName", "%%%n.pdf",   true},
+    {"LastCharacters",  "a%n",        true},
+    {"CutOff",          "a%",         false},
+    {"OtherLetter",     "%N%d.pdf",   false},
+};
+// clang-format on
+
+class Pattern : public testing::TestWithParam<PatternRow> {};
+
+TEST_P(Pattern, NamesEachSource) {
+    EXPECT_EQ(namesEach(GetParam().pattern), GetParam().namesEach);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Pattern, testing::ValuesIn(PATTERN_ROWS), byRowName);
+
+}  // namespace
+}  // namespace qrvel
