@@ -8,6 +8,7 @@ import zlib
 import picture
 from comparison import differences
 from drawing import drawn
+from ink import Ink, unmatched
 from picture import Picture, read_png, write_png
 
 INK = {".": b"\xff\xff\xff", "#": b"\0\0\0", "b": b"\0\0\xff", "+": b"\x80\x80\x80"}
@@ -124,6 +125,37 @@ class Comparison(unittest.TestCase):
     def test_another_size_is_no_picture_of_it(self):
         with self.assertRaises(ValueError):
             differences(picture_of("..."), picture_of(".."))
+
+
+class TheSameInk(unittest.TestCase):
+    def unmatched(self, one, other, reach=1):
+        inks = [Ink(picture_of(*rows), (INK["#"], INK["b"])) for rows in (one, other)]
+        return unmatched(*inks, reach), unmatched(*reversed(inks), reach)
+
+    def test_beside_it_is_the_same(self):
+        self.assertEqual(self.unmatched(["#....", "..b.."], [".#...", "..b.."]), (0, 0))
+        self.assertEqual(self.unmatched(["#....", "....."], [".....", ".#..."]), (0, 0))
+
+    def test_farther_off_it_is_not(self):
+        self.assertEqual(self.unmatched(["#...."], ["..#.."]), (1, 1))
+        self.assertEqual(self.unmatched(["#...."], ["..#.."], reach=2), (0, 0))
+
+    def test_what_is_missing_or_too_much_is_found(self):
+        self.assertEqual(self.unmatched(["##..b"], ["##..."]), (1, 0))
+        self.assertEqual(self.unmatched(["....."], ["#.#.#"]), (0, 3))
+
+    def test_another_colour_is_found(self):
+        self.assertEqual(self.unmatched(["##..."], ["bb..."]), (2, 2))
+
+    def test_a_mixture_is_matched_but_asks_for_nothing(self):
+        self.assertEqual(self.unmatched(["+...."], ["....."]), (0, 0))
+
+    def test_bounds_and_area(self):
+        ink = Ink(picture_of(".....", ".#.b.", "..#.."), (INK["#"], INK["b"]))
+        self.assertEqual((ink.bounds(), ink.area()), ((1, 1, 3, 2), 3))
+
+    def test_pictures_of_other_sizes(self):
+        self.assertEqual(self.unmatched(["#....", ".....", "....#"], ["#....", "....."]), (1, 0))
 
 
 class PngFiles(unittest.TestCase):
