@@ -184,7 +184,7 @@ int receive(Client& viewer, const std::string& file) {
         say(file, "not received: " + viewer.problem());
         return status == Status::Failed ? EXIT_NOT_WRITTEN : EXIT_NO_VIEWER;
     }
-    if (const std::string problem = writeWhole(file, page.bytes); !problem.empty()) {
+    if (const std::string problem = kelfiles::writeWhole(file, page.bytes); !problem.empty()) {
         say(file, "cannot write: " + problem);
         return EXIT_NOT_WRITTEN;
     }
@@ -195,7 +195,7 @@ int receive(Client& viewer, const std::string& file) {
 
 // A page that is printed as soon as the first file is shown counts, too.
 int sendAndReceive(Client& viewer, const SendOptions& options) {
-    if (const std::string problem = obstacleTo(options.receive); !problem.empty()) {
+    if (const std::string problem = kelfiles::obstacleTo(options.receive); !problem.empty()) {
         say(options.receive, "cannot write: " + problem);
         return EXIT_NOT_WRITTEN;
     }

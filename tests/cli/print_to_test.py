@@ -296,7 +296,7 @@ class Paper(Printing):
 LONG = "x" * 251 + ".svg"  # as long as a name can be
 TOO_LONG = "x" * 252 + ".svg"
 FAR = "x/" * 2100 + "a.svg"
-NO_PAPER = "kelhpgl: no paper (A0 to A6, Letter, WxHmm, fit): "
+NO_PAPER = "kelhpgl: no paper (A0 to A6, Letter, Legal, Tabloid, WxHmm, fit): "
 NO_SIDE = "kelhpgl: no paper from 10 to 5080 mm: "
 NO_DPI = "kelhpgl: no resolution from 10 to 2400: "
 WHITE_PAGE = "kelhpgl: out.svg: the drawing is empty, the page is white\n"
@@ -307,7 +307,7 @@ WRONG = [
     (["--print-to", "", "square.plt"], (2, "kelhpgl: no name that ends with .pdf, .svg or .png: \n" + HINT)),
     (["--print-to", "out", "square.plt"], (2, "kelhpgl: no name that ends with .pdf, .svg or .png: out\n" + HINT)),
     (["--print-to", "out.ps", "square.plt"], (2, "kelhpgl: no name that ends with .pdf, .svg or .png: out.ps\n" + HINT)),
-    (["--print-to", "out.svg"], (2, "kelhpgl: no file to print: \n" + HINT)),
+    (["--print-to", "out.svg"], (2, "kelhpgl: no file to print: --print-to\n" + HINT)),
     (["--print-to", "out.svg", "square.plt", "square.plt"],
      (2, "kelhpgl: several files need a %n in the name: out.svg\n" + HINT)),
     (["--print-to", "%%n.svg", "square.plt", "-"], (2, "kelhpgl: several files need a %n in the name: %%n.svg\n" + HINT)),
@@ -324,7 +324,7 @@ WRONG = [
      (1, "kelhpgl: cannot write none/out.svg: No such file or directory\n")),
     (["--print-to", "square.plt/out.svg", "square.plt"],
      (1, "kelhpgl: cannot write square.plt/out.svg: Not a directory\n")),
-    (["--print-to", "folder.svg", "square.plt"], (1, "kelhpgl: cannot write folder.svg: Filename refers to a directory\n")),
+    (["--print-to", "folder.svg", "square.plt"], (1, "kelhpgl: cannot write folder.svg: Is a directory\n")),
     (["--print-to", TOO_LONG, "square.plt"], (1, f"kelhpgl: cannot write {TOO_LONG}: File name too long\n")),
     (["--print-to", FAR, "square.plt"], (1, f"kelhpgl: cannot write {FAR}: File name too long\n")),
     (["--print-to", "no\nfolder/a.svg", "square.plt"],

@@ -176,9 +176,11 @@ class Viewer:
         return self.search(f"^{re.escape(title)}$")
 
     def popups(self):
-        """The menus that show now: windows that the window manager leaves alone."""
+        """The menus that show now: windows that the window manager leaves alone. One in which nothing is drawn yet does
+        not take keys either."""
         return [window for window in self.search(".*")
-                if "Override Redirect State: yes" in self.desktop.ask("xwininfo", "-id", window.number)]
+                if "Override Redirect State: yes" in self.desktop.ask("xwininfo", "-id", window.number)
+                and not is_blank(window.picture())]
 
     def search(self, pattern):
         self.expect_alive()
@@ -254,6 +256,10 @@ def bars_around(shown):
     """Heights of what is above and below the drawing: at the window's left edge the paper is white, a bar is not."""
     white = [y for y in range(shown.height) if shown.pixel(0, y) == WHITE]
     return (white[0], shown.height - 1 - white[-1]) if white else None
+
+
+def is_blank(picture):
+    return picture is None or len({row for row in picture.rows}) == 1
 
 
 def between(shown, bars):

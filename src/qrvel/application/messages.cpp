@@ -117,7 +117,7 @@ void WIsendmsgs(WHandle app) {
     channel = findDataChannel();  // the viewer may have closed it, here and by its chunks
     if (channel != nullptr && found->state.quit == 0) channel->run();
     channel = findDataChannel();
-    if (found->messages.isEmpty() && (channel == nullptr || !channel->isTransmitting())) refreshPrintPreview();
+    if (found->messages.isEmpty() && (channel == nullptr || !channel->isShowing())) servePrintSetup();
     channel = findDataChannel();
     const bool more = !found->messages.isEmpty() || (channel != nullptr && channel->hasWork());
     found->state.messagesPending = more ? 1 : 0;

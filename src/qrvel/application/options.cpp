@@ -30,7 +30,7 @@ using Words = std::span<const char* const>;
 }
 
 void setPicture(Options& options, const char* value) {
-    options.picture = QString::fromLocal8Bit(value);
+    options.picture = value;
 }
 
 void setSize(Options& options, const char* value) {
@@ -44,6 +44,7 @@ void setSize(Options& options, const char* value) {
     }
     options.pictureWidth = width;
     options.pictureHeight = height;
+    options.sizeGiven = true;
 }
 
 [[noreturn]] void printHelp(Options& options, const char* value);
@@ -85,6 +86,7 @@ void setPaper(Options& options, const char* value) {
     const auto [paper, problem] = choosePaper(value);
     if (problem != nullptr) refuse(problem, value);
     options.paper = paper;
+    options.paperGiven = true;
 }
 
 void setLandscape(Options& options, const char* /*value*/) {
@@ -114,9 +116,9 @@ constexpr Option OPTIONS[] = {
     {"--channel-fd", "N",    "a host is at the other end of that descriptor",       setChannelDescriptor},
     {"--frames",  nullptr,   "a host is at standard input and output",              setFrames},
     {"--picture", "FILE",    "write the picture as PNG and end, without a window", setPicture},
-    {"--size",    "WxH",     "the size of that picture in pixels (500x500)",       setSize},
+    {"--size",    "WxH",     "the size of that picture, or of a .png page, in pixels (500x500)",       setSize},
     {"--print-to", "FILE",   "write each FILE as .pdf, .svg or .png and end, without a window; %n is its name", setPrintTo},
-    {"--page",    "SIZE",    "the paper: A0 to A6, Letter, WxHmm, fit (A4)",        setPaper},
+    {"--page",    "SIZE",    "the paper: A0 to A6, Letter, Legal, Tabloid, WxHmm, fit (A4)",        setPaper},
     {"--landscape", nullptr, "the paper lies on its longer side",                   setLandscape},
     {"--dpi",     "N",       "dots an inch of a .png (300)",                        setDpi},
     {"--help",    nullptr,   "this text",                                          printHelp},
@@ -190,13 +192,24 @@ bool standardInputHasData() {
            (S_ISFIFO(about.st_mode) || S_ISREG(about.st_mode) || S_ISSOCK(about.st_mode));
 }
 
+// Of a PNG, so large that it has the pixels that were asked for.
+void setPaperOfSize(Options& options) {
+    if (options.paperGiven) refuse("goes with one of --page and", "--size");
+    if (formatOf(options.printTo) != PageFormat::Png) refuse("goes with a PNG alone", "--size");
+    const double pixel = MILLIMETRES_AN_INCH / options.dpi;
+    const auto [paper, problem] = paperOf(options.pictureWidth * pixel, options.pictureHeight * pixel);
+    if (problem != nullptr) refuse(problem, "--size");
+    options.paper = paper;
+}
+
 // Only files can be printed, and each has one place to go to.
 void checkConversion(Options& options) {
     if (std::exchange(options.pipedIn, false)) options.sources += STANDARD_INPUT;
     const bool others = options.frames || options.channelDescriptor >= 0 || !options.channelName.isEmpty() ||
                         options.watch || !options.picture.isEmpty();
     if (others) refuse("goes with files alone", "--print-to");
-    if (options.sources.isEmpty()) refuse("no file to print", "");
+    if (options.sources.isEmpty()) refuse("no file to print", "--print-to");
+    if (options.sizeGiven) setPaperOfSize(options);
     if (options.sources.size() > 1 && !namesEach(options.printTo)) {
         refuse("several files need a %n in the name", options.printTo.constData());
     }

@@ -16,11 +16,13 @@ struct Options {
     QByteArray channelName;      // under which hosts find the viewer; empty: they do not
     int channelDescriptor = -1;  // a connection to a host that was handed over
     bool watch = false;          // files are read again when they change
-    QString picture;             // --picture: the PNG to write instead of showing a window; empty for none
+    QByteArray picture;          // --picture: the PNG to write instead of showing a window; empty for none
     int32_t pictureWidth = 500;  // pixels, as large as the window's first size
     int32_t pictureHeight = 500;
+    bool sizeGiven = false;
     QByteArray printTo;  // --print-to: the file, or a pattern for the names of several; empty for none
     Paper paper;         // of such files
+    bool paperGiven = false;
     bool landscape = false;
     int dpi = 300;
     uint32_t notifyId = 0;       // -I=

@@ -13,8 +13,8 @@ enum class OwnText {
     TooLong,          // %1 a key of the configuration
     NoDrawing,        // %1 a name
     CannotPrint,      // %1 a printer, %2 the reason
-    NoSuchPrinter, PrinterRefuses, PageTooLarge, WrittenAlready, NoPicture,  // reasons
-    NoHost, NoDestination,
+    NoSuchPrinter, PrinterRefuses, PageTooLarge, WrittenAlready, IsSource, NoPicture,  // reasons
+    NoHost, NoDestination, PageForHost,
     EmptyPage,        // %1 a name
     Drawing,          // what a screen reader calls the picture
     Back, Contents, Close, GiveUp,

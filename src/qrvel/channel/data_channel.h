@@ -49,6 +49,8 @@ class DataChannel : public Object {
     // ---- for the main loop ----
     // Whether the viewer has got a part of a transmission and not yet the end.
     bool isTransmitting() const { return delivery_ && delivery_->hasBegun(); }
+    // Whether a picture is on its way to the screen: the viewer has got at least a part of it.
+    bool isShowing() const { return isTransmitting() || notOut_; }
     // Whether the viewer will get the first part of one by the next run.
     bool isAboutToTransmit() const { return delivery_ && !delivery_->hasBegun() && !notOut_; }
     // Whether run has something to do.

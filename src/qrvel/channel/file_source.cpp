@@ -15,6 +15,7 @@ FileSource::FileSource(DataChannel& channel, QByteArray name, bool mayBeEmpty)
     : channel_(channel), name_(std::move(name)), mayBeEmpty_(mayBeEmpty) {}
 
 void FileSource::takeTurn() {
+    if (Conversion* running = conversion()) running->reading(name_);
     reader_ = std::make_unique<SourceReader>(name_, [this] { isRead(); });
 }
 
@@ -32,9 +33,9 @@ void FileSource::isRead() {
         showNotice(ownText(OwnText::NoDrawing).arg(QString::fromLocal8Bit(name_)));
         spool = std::make_unique<Spool>();  // an empty picture instead of what its bytes would draw by chance
     }
-    if (Conversion* running = conversion(); running != nullptr && !running->begin(name_)) {
-        channel_.leave(*this);
-    } else if (mayBeEmpty_ && spool->bytes().empty()) {
+    Conversion* running = conversion();
+    const bool nothing = mayBeEmpty_ && spool->bytes().empty();
+    if (nothing || (running != nullptr && !running->begin(name_))) {
         channel_.leave(*this);
     } else {
         channel_.transmit(std::make_unique<Transmission>(std::move(spool), Transmission::Form::Plain));

@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <utility>
 
 #include "data_channel.h"
 #include "notices.h"
+#include "own_texts.h"
 
 namespace qrvel {
 
@@ -243,6 +245,7 @@ void HostConnection::hangUp() {
     readNotifier_.setEnabled(false);
     writeNotifier_.setEnabled(false);
     clock_.stop();
+    forgetAnswers();
     channel_.leave(*this);
 }
 
@@ -265,7 +268,15 @@ void HostConnection::takePage(std::string_view format, std::string_view bytes) {
     for (; !bytes.empty(); bytes.remove_prefix(std::min(bytes.size(), PAGE_PIECE))) {
         addAnswer(FrameKind::PageData, bytes.substr(0, PAGE_PIECE));
     }
+    withPage_ = true;
     reply(FrameKind::PageEnd);
+}
+
+// A page that the host has not taken is lost, and the user is told.
+void HostConnection::forgetAnswers() {
+    answers_.clear();
+    written_ = 0;
+    if (std::exchange(withPage_, false)) showNotice(ownText(OwnText::NoHost));
 }
 
 void HostConnection::write() {
@@ -273,12 +284,15 @@ void HostConnection::write() {
         const std::size_t length = std::min(answers_.size() - written_, ATOMIC_WRITE);
         const ssize_t count = ::write(output_, answers_.data() + written_, length);
         if (count < 0 && isTemporary(errno)) break;
-        // After an error nobody listens any more.
-        written_ = count < 0 ? answers_.size() : written_ + static_cast<std::size_t>(count);
+        if (count < 0) {
+            forgetAnswers();  // nobody listens any more
+            break;
+        }
+        written_ += static_cast<std::size_t>(count);
     }
     if (written_ == answers_.size()) {
-        answers_.clear();
-        written_ = 0;
+        withPage_ = false;
+        forgetAnswers();
     }
     writeNotifier_.setEnabled(!answers_.empty() && !gone_);
     if (answers_.empty() && state_ == State::Silent && !gone_ && !readNotifier_.isEnabled()) goOn();

@@ -63,6 +63,7 @@ class HostConnection final : public Speaker {
     void addAnswer(kelhost::FrameKind kind, std::string_view bytes);
     void reply(kelhost::FrameKind kind, std::string_view bytes = {});
     void write();
+    void forgetAnswers();
 
     inline static int number_ = 0;
 
@@ -79,6 +80,7 @@ class HostConnection final : public Speaker {
     std::unique_ptr<Spool> spool_;
     qint64 collected_ = 0;
     std::string answers_;      // that the host has not taken yet,
+    bool withPage_ = false;    // there is a page among them
     std::size_t written_ = 0;  // but for so many bytes
     QTimer clock_;
     QElapsedTimer sinceBytes_;  // came; they may have come before its turn

@@ -1,23 +1,26 @@
 #include "picture_file.h"
 
-#include <QSaveFile>
+#include <QBuffer>
+#include <string>
 
 #include "application.h"
 #include "child.h"
 #include "data_channel.h"
 #include "notices.h"
 #include "own_texts.h"
+#include "whole_file.h"
 
 namespace qrvel {
 
 namespace {
 
-// The file appears under its name only when it is complete.
-bool save(const QImage& image, const QString& name, QString& reason) {
-    QSaveFile file(name);
-    const bool saved = file.open(QFile::WriteOnly) && image.save(&file, "PNG") && file.commit();
-    if (!saved) reason = file.errorString();
-    return saved;
+// Answers what went wrong, or nothing.
+std::string save(const QImage& image, const QByteArray& name) {
+    QBuffer content;
+    content.open(QBuffer::WriteOnly);
+    if (!image.save(&content, "PNG")) return "no PNG";
+    return kelfiles::writeWhole(name.toStdString(),
+                                {content.data().constData(), static_cast<std::size_t>(content.size())});
 }
 
 }  // namespace
@@ -27,9 +30,10 @@ void savePictureAfterPaint(const Child& child) {
     if (app->options.picture.isEmpty() || app->state.quit != 0) return;
     const DataChannel* channel = findDataChannel();
     if (channel == nullptr || !channel->hasDelivered() || !child.surface || !child.surface->isComplete()) return;
-    QString reason;
-    if (!save(child.surface->shown(), app->options.picture, reason)) {
-        showNotice(ownText(OwnText::CannotWrite).arg(app->options.picture, reason));
+    const std::string problem = save(child.surface->shown(), app->options.picture);
+    if (!problem.empty()) {
+        showNotice(ownText(OwnText::CannotWrite)
+                       .arg(QString::fromLocal8Bit(app->options.picture), QString::fromStdString(problem)));
         app->status = 1;
     }
     quitApplication();

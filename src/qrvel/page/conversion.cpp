@@ -1,6 +1,6 @@
 #include "conversion.h"
 
-#include <unistd.h>
+#include <sys/stat.h>
 
 #include "application.h"
 #include "notices.h"
@@ -55,15 +55,38 @@ Conversion::Conversion(const Options& options) : pattern_(options.printTo), sour
     choice_.paper = options.paper;
     choice_.landscape = options.landscape;
     choice_.dpi = options.dpi;
+    for (const QByteArray& source : options.sources) {
+        if (const auto id = idOf(source)) sourceIds_.insert(*id);
+    }
+}
+
+std::optional<Conversion::FileId> Conversion::idOf(const QByteArray& file) {
+    struct stat about = {};
+    if (stat(file.constData(), &about) != 0) return std::nullopt;
+    return FileId(about.st_dev, about.st_ino);
+}
+
+bool Conversion::isSource(const QByteArray& file) const {
+    const auto id = idOf(file);
+    return id && sourceIds_.contains(*id);
+}
+
+void Conversion::reading(const QByteArray& source) {
+    ++read_;
+    if (sources_ > 1) {
+        showProgressLine(QString("%1/%2 %3").arg(read_).arg(sources_).arg(QString::fromLocal8Bit(source)));
+    }
 }
 
 bool Conversion::begin(const QByteArray& source) {
-    ++begun_;
-    if (sources_ > 1)
-        showProgressLine(QString("%1/%2 %3").arg(begun_).arg(sources_).arg(QString::fromLocal8Bit(source)));
     choice_.fileName = outputName(pattern_, source);
-    if (written_.insert(choice_.fileName).second) return true;
-    sayWhy(OwnText::WrittenAlready);
+    if (written_.contains(choice_.fileName)) {
+        sayWhy(OwnText::WrittenAlready);
+    } else if (isSource(choice_.fileName)) {
+        sayWhy(OwnText::IsSource);
+    } else {
+        return true;
+    }
     return false;
 }
 
@@ -78,6 +101,7 @@ void Conversion::sayWhy(OwnText reason) {
 
 void Conversion::end() {
     ended_ = true;
+    showProgressLine({});
     quitApplication();
 }
 

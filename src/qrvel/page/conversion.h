@@ -2,7 +2,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <cstdint>
+#include <optional>
 #include <set>
+#include <utility>
 
 #include "own_texts.h"
 #include "print_choice.h"
@@ -18,9 +21,14 @@ class Conversion {
     // What is to be printed next; its file name is that of the source begun last.
     const PrintChoice& choice() const { return choice_; }
 
-    // A source's picture comes next. False, with a line, when the file that it would go to has been written already.
+    // A source is to be read.
+    void reading(const QByteArray& source);
+    // It has been, and its picture comes next. False, with a line, when the file that it would go to is one of the
+    // sources, or has been written already.
     bool begin(const QByteArray& source);
-    // What went wrong with a source has been said; or nothing came of it, which is said here.
+
+    // What became of the source: its file is written; nothing, which has been said; or nothing, which is said here.
+    void written() { written_.insert(choice_.fileName); }
     void fail() { failed_ = true; }
     void notPrinted();
     // No source is left.
@@ -30,12 +38,17 @@ class Conversion {
     int32_t status() const { return failed_ || !ended_ ? 1 : 0; }
 
   private:
+    using FileId = std::pair<uint64_t, uint64_t>;  // device and inode
+
+    static std::optional<FileId> idOf(const QByteArray& file);
+    bool isSource(const QByteArray& file) const;
     void sayWhy(OwnText reason);
 
     QByteArray pattern_;
     PrintChoice choice_;
     qsizetype sources_;
-    qsizetype begun_ = 0;
+    qsizetype read_ = 0;
+    std::set<FileId> sourceIds_;
     std::set<QByteArray> written_;
     bool failed_ = false;
     bool ended_ = false;

@@ -5,81 +5,108 @@
 #include <QBuffer>
 #include <QPrinter>
 #include <QPrinterInfo>
-#include <QSaveFile>
+#include <new>
 
 #include "data_channel.h"
 #include "own_texts.h"
 #include "page_format.h"
 #include "page_painter.h"
 #include "placement.h"
+#include "whole_file.h"
 
 namespace qrvel {
 
 namespace {
 
-// What a device says of the error that stopped the writing, if it was one.
-QString reasonOf(const QFileDevice& file) {
-    return file.error() == QFileDevice::NoError ? ownText(OwnText::PageTooLarge) : file.errorString();
+QString cannotWrite(const PageGoal& goal, const QString& reason) {
+    return ownText(OwnText::CannotWrite).arg(goal.shownName(), reason);
+}
+
+QString cannotPrint(const PageGoal& goal, const QString& reason) {
+    return ownText(OwnText::CannotPrint).arg(goal.shownName(), reason);
+}
+
+// The whole file in memory, so that what stands in the way of writing it is known at once, and where from. Empty when
+// the page is too large.
+QByteArray contentOf(const Page& page, const PageGoal& goal) {
+    QBuffer content;
+    content.open(QBuffer::WriteOnly);
+    const bool drawn = writePage(content, goal.format, goal.dpi, page.recording(), page.sheet());
+    return drawn ? content.data() : QByteArray();
+}
+
+std::string_view viewOf(const QByteArray& bytes) {
+    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
 }
 
 QString writeFile(const Page& page, const PageGoal& goal) {
-    QSaveFile file(goal.name);
-    const bool written = file.open(QFile::WriteOnly) &&
-                         writePage(file, goal.format, goal.dpi, page.recording(), page.sheet()) && file.commit();
-    return written ? QString() : ownText(OwnText::CannotWrite).arg(goal.name, reasonOf(file));
+    const std::string name = goal.name.toStdString();
+    std::string problem = kelfiles::obstacleTo(name);
+    if (problem.empty()) {
+        const QByteArray content = contentOf(page, goal);
+        if (content.isEmpty()) return cannotWrite(goal, ownText(OwnText::PageTooLarge));
+        problem = kelfiles::writeWhole(name, viewOf(content));
+    }
+    return problem.empty() ? QString() : cannotWrite(goal, QString::fromStdString(problem));
 }
 
 QString sendToHost(const Page& page, const PageGoal& goal) {
-    QBuffer buffer;
-    buffer.open(QBuffer::WriteOnly);
-    if (!writePage(buffer, goal.format, goal.dpi, page.recording(), page.sheet()))
-        return ownText(OwnText::PageTooLarge);
     DataChannel* channel = findDataChannel();
-    const bool sent =
-        channel != nullptr &&
-        channel->sendPage(endingOf(goal.format),
-                          std::string_view(buffer.data().constData(), static_cast<std::size_t>(buffer.data().size())));
-    return sent ? QString() : ownText(OwnText::NoHost);
+    if (channel == nullptr || !channel->takesPages()) return ownText(OwnText::NoHost);
+    const QByteArray content = contentOf(page, goal);
+    if (content.isEmpty()) return cannotWrite(goal, ownText(OwnText::PageTooLarge));
+    channel->sendPage(endingOf(goal.format), viewOf(content));
+    return {};
 }
 
 // A sheet lies in the printer as it came from the factory: upright.
 void setPaper(QPrinter& printer, const QSizeF& paper) {
     const bool landscape = paper.width() > paper.height();
     const QSizeF upright = landscape ? paper.transposed() : paper;
-    printer.setPageLayout(QPageLayout(QPageSize(upright, QPageSize::Millimeter),
+    printer.setPageLayout(QPageLayout(QPageSize(upright, QPageSize::Millimeter, {}, QPageSize::ExactMatch),
                                       landscape ? QPageLayout::Landscape : QPageLayout::Portrait, {}));
     printer.setFullPage(true);
 }
 
 QString print(const Page& page, const PageGoal& goal) {
-    const auto cannot = [&](const QString& reason) { return ownText(OwnText::CannotPrint).arg(goal.name, reason); };
-    const QPrinterInfo info = QPrinterInfo::printerInfo(goal.name);
-    if (info.isNull()) return cannot(ownText(OwnText::NoSuchPrinter));
+    const QPrinterInfo info = QPrinterInfo::printerInfo(goal.shownName());
+    if (info.isNull()) return cannotPrint(goal, ownText(OwnText::NoSuchPrinter));
     const Placement placement = place(page.recording().bounds(), page.sheet());
     QPrinter printer(info, QPrinter::HighResolution);
     printer.setDocName("KEL HPGL Display");
     printer.setColorMode(QPrinter::Color);  // a printer without colours knows best what to do with them
     setPaper(printer, placement.paper);
     QPainter painter;
-    if (!painter.begin(&printer)) return cannot(ownText(OwnText::PrinterRefuses));
+    if (!painter.begin(&printer)) return cannotPrint(goal, ownText(OwnText::PrinterRefuses));
     paintPage(painter, page.recording(), placement, printer.resolution() / MILLIMETRES_AN_INCH);
     painter.end();
     // The job was handed over with the painter's end, which does not say whether it was taken.
     return cupsLastError() < IPP_STATUS_ERROR_BAD_REQUEST ? QString()
-                                                          : cannot(QString::fromUtf8(cupsLastErrorString()));
+                                                          : cannotPrint(goal, QString::fromUtf8(cupsLastErrorString()));
 }
 
 }  // namespace
 
+QString PageGoal::shownName() const {
+    return destination == Destination::Host ? ownText(OwnText::PageForHost) : QString::fromLocal8Bit(name);
+}
+
 QString deliverPage(const Page& page, const PageGoal& goal) {
-    if (page.isTooLarge()) return ownText(OwnText::CannotWrite).arg(goal.name, ownText(OwnText::PageTooLarge));
-    switch (goal.destination) {
-        case Destination::Printer:
-            return print(page, goal);
-        case Destination::File:
-            return writeFile(page, goal);
-        case Destination::Host:
-            return sendToHost(page, goal);
+    const bool toPrinter = goal.destination == Destination::Printer;
+    if (!toPrinter && endingOf(goal.format) == nullptr) return ownText(OwnText::NoDestination);
+    try {
+        if (page.isTooLarge()) throw std::bad_alloc();
+        switch (goal.destination) {
+            case Destination::Printer:
+                return print(page, goal);
+            case Destination::File:
+                return writeFile(page, goal);
+            case Destination::Host:
+                return sendToHost(page, goal);
+        }
+    } catch (const std::bad_alloc&) {
+        const QString reason = ownText(OwnText::PageTooLarge);
+        return toPrinter ? cannotPrint(goal, reason) : cannotWrite(goal, reason);
     }
     return ownText(OwnText::NoDestination);
 }

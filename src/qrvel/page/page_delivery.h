@@ -1,6 +1,7 @@
 // A finished page goes where it belongs.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <utility>
 
@@ -13,8 +14,11 @@ namespace qrvel {
 struct PageGoal {
     Destination destination;
     PageFormat format;
-    QString name;  // of the printer or the file
+    QByteArray name;  // of the file, in the bytes of the file system; of the printer, UTF-8
     int dpi;
+
+    // For the user.
+    QString shownName() const;
 };
 
 struct PrintedPage {

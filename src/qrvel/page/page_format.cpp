@@ -28,7 +28,8 @@ bool writePdf(QIODevice& device, int /*dpi*/, const Recording& recording, const 
     QPdfWriter writer(&device);
     writer.setCreator(CREATOR);
     writer.setResolution(UNITS_AN_INCH);
-    writer.setPageLayout(QPageLayout(QPageSize(placement.paper, QPageSize::Millimeter), QPageLayout::Portrait, {}));
+    writer.setPageLayout(QPageLayout(QPageSize(placement.paper, QPageSize::Millimeter, {}, QPageSize::ExactMatch),
+                                     QPageLayout::Portrait, {}));
     QPainter painter;
     if (!painter.begin(&writer)) return false;
     paintPage(painter, recording, placement, UNITS_A_MILLIMETRE);

@@ -82,10 +82,12 @@ class PixelDrawer {
     static int32_t pixel(double position) { return static_cast<int32_t>(std::floor(position)); }
     int32_t length(double units) const { return static_cast<int32_t>(std::lround(units * scale_)); }
     OUTPoint at(PagePoint point) const {
-        // Nothing lies beyond the margins, so no number is below 0, and cutting is rounding down.
-        return {.x = static_cast<int32_t>(origin_.x() + point.x() * scale_),
-                .y = static_cast<int32_t>(origin_.y() + point.y() * scale_)};
+        // Cutting a number off is rounding down where it is not below 0.
+        return {.x = static_cast<int32_t>(origin_.x() + point.x() * scale_ + ABOVE_0) - ABOVE_0,
+                .y = static_cast<int32_t>(origin_.y() + point.y() * scale_ + ABOVE_0) - ABOVE_0};
     }
+
+    static constexpr int32_t ABOVE_0 = 65536;  // pixels; no point lies so far outside of the image
 
     QImage& image_;
     PixelArea area_;

@@ -16,17 +16,22 @@ namespace qrvel {
 namespace {
 
 // The name that was handed over, or the one that had no room there.
-QString nameOf(Destination destination, const void* name, const PrintChoice& choice) {
-    if (destination == Destination::Host || name == nullptr) return {};
+QByteArray nameOf(uint32_t destination, const void* name, const PrintChoice& choice) {
+    if (destination == static_cast<uint32_t>(Destination::Host) || name == nullptr) return {};
     const QByteArray handed(static_cast<const char*>(name));
-    return QString::fromLocal8Bit(handed == CHOSEN_FILE ? choice.fileName : handed);
+    return handed == CHOSEN_FILE ? choice.name() : handed;
+}
+
+// A number as one of the choices; none of them when it is too large.
+template <class Choice>
+Choice choiceOf(uint32_t number) {
+    return number <= UINT8_MAX ? static_cast<Choice>(number) : Choice{};
 }
 
 PageGoal goalOf(uint32_t destination, uint32_t format, const void* name, const PrintChoice& choice) {
-    const auto where = static_cast<Destination>(destination);
-    return {.destination = where,
-            .format = static_cast<PageFormat>(format),
-            .name = nameOf(where, name, choice),
+    return {.destination = choiceOf<Destination>(destination),
+            .format = choiceOf<PageFormat>(format),
+            .name = nameOf(destination, name, choice),
             .dpi = choice.dpi};
 }
 
@@ -34,10 +39,14 @@ void report(const PrintedPage& printed, const QString& problem) {
     if (!problem.isEmpty()) {
         showNotice(problem);
     } else if (printed.page.recording().isEmpty()) {
-        showNotice(ownText(OwnText::EmptyPage).arg(printed.goal.name));
+        showNotice(ownText(OwnText::EmptyPage).arg(printed.goal.shownName()));
     }
     if (Conversion* running = conversion()) {
-        if (!problem.isEmpty()) running->fail();
+        if (problem.isEmpty()) {
+            running->written();
+        } else {
+            running->fail();
+        }
         if (DataChannel* channel = findDataChannel()) channel->pictureIsOut();
     }
 }

@@ -72,9 +72,14 @@ PaperChoice choosePaper(std::string_view words) {
         if (equalsIgnoringCase(words, name)) return {.paper = paper, .problem = nullptr};
     }
     Paper paper;
-    if (!takeSize(words, paper)) return {.paper = {}, .problem = "no paper (A0 to A6, Letter, WxHmm, fit)"};
-    if (!isSide(paper.width) || !isSide(paper.height)) return {.paper = {}, .problem = "no paper from 10 to 5080 mm"};
-    return {.paper = paper, .problem = nullptr};
+    if (!takeSize(words, paper))
+        return {.paper = {}, .problem = "no paper (A0 to A6, Letter, Legal, Tabloid, WxHmm, fit)"};
+    return paperOf(paper.width, paper.height);
+}
+
+PaperChoice paperOf(double width, double height) {
+    if (!isSide(width) || !isSide(height)) return {.paper = {}, .problem = "no paper from 10 to 5080 mm"};
+    return {.paper = {.width = width, .height = height}, .problem = nullptr};
 }
 
 Sheet layOut(const Paper& paper, bool landscape) {

@@ -31,6 +31,8 @@ struct PaperChoice {
     const char* problem;
 };
 PaperChoice choosePaper(std::string_view words);
+// The same of a size in millimetres, 10 to 5080.
+PaperChoice paperOf(double width, double height);
 
 // A sheet as it lies before the viewer. What is inside of its margins, the area, is what a page offers to draw on. A
 // drawing's coordinates, and those of all that follows, are units from the area's lower left corner, y upward.

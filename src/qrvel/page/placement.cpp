@@ -15,17 +15,17 @@ std::array<QRectF, 4> marginsOf(const QSizeF& paper, double width) {
 
 }  // namespace
 
-Placement place(const QRectF& drawn, const Sheet& sheet) {
+Placement place(const std::optional<QRectF>& drawn, const Sheet& sheet) {
     const QPointF margin(sheet.margin, sheet.margin);
     const QRectF area(0.0, 0.0, sheet.areaWidth, sheet.areaHeight);
     Placement placed{.paper = {sheet.width, sheet.height}, .origin = margin, .unit = sheet.unit, .margins = {}};
-    if (drawn.isNull()) {
+    if (!drawn) {
         // There is nothing to be moved.
     } else if (sheet.fit) {
-        placed.paper = drawn.size() * sheet.unit + QSizeF(2.0 * sheet.margin, 2.0 * sheet.margin);
-        placed.origin = margin - drawn.topLeft() * sheet.unit;
+        placed.paper = drawn->size() * sheet.unit + QSizeF(2.0 * sheet.margin, 2.0 * sheet.margin);
+        placed.origin = margin - drawn->topLeft() * sheet.unit;
     } else {
-        placed.origin = margin + (area.center() - drawn.center()) * sheet.unit;
+        placed.origin = margin + (area.center() - drawn->center()) * sheet.unit;
     }
     placed.margins = marginsOf(placed.paper, sheet.margin - sheet.bleed);
     return placed;

@@ -5,6 +5,7 @@
 #include <QRectF>
 #include <QSizeF>
 #include <array>
+#include <optional>
 
 #include "paper.h"
 
@@ -18,8 +19,8 @@ struct Placement {
     std::array<QRectF, 4> margins;
 };
 
-// drawn: what the drawing covers, units of the sheet; null for nothing. It is centred by half of its slack, so what
-// fills the area stays where it is; a sheet that fits is cut to the drawing and the margins around it.
-Placement place(const QRectF& drawn, const Sheet& sheet);
+// drawn: what the drawing covers, units of the sheet; nothing when it is empty. It is centred by half of its slack, so
+// what fills the area stays where it is; a sheet that fits is cut to the drawing and the margins around it.
+Placement place(const std::optional<QRectF>& drawn, const Sheet& sheet);
 
 }  // namespace qrvel

@@ -24,6 +24,9 @@ struct PrintChoice {
     Paper paper;
     bool landscape = false;
     int dpi = 300;  // of a PNG
+
+    // Of what it goes to; of a printer, UTF-8.
+    QByteArray name() const { return destination == Destination::Printer ? printer.toUtf8() : fileName; }
 };
 
 }  // namespace qrvel

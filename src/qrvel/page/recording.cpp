@@ -26,9 +26,8 @@ bool cutAtBorder(double fromInside, double toInside, double& begin, double& end)
 Recording::Recording(const Sheet& sheet)
     : areaWidth_(sheet.areaWidth),
       areaHeight_(sheet.areaHeight),
-      low_(-static_cast<int>(sheet.bleed / sheet.unit)),
-      right_(sheet.areaWidth - low_),
-      top_(sheet.areaHeight - low_) {
+      bleed_(static_cast<int>(sheet.bleed / sheet.unit)),
+      thin_(reachOf(bleed_)) {
     clear();
 }
 
@@ -43,10 +42,10 @@ void Recording::clear() {
     highest_ = {.x = -MOST, .y = -MOST};
 }
 
-QRectF Recording::bounds() const {
+std::optional<QRectF> Recording::bounds() const {
     const QRectF drawn(QPointF(lowest_.x, lowest_.y), QPointF(highest_.x, highest_.y));
     const QRectF area(0.0, 0.0, areaWidth_, areaHeight_);
-    if (isEmpty()) return {};
+    if (isEmpty()) return std::nullopt;
     return QRectF(QPointF(std::clamp(drawn.left(), area.left(), area.right()),
                           std::clamp(drawn.top(), area.top(), area.bottom())),
                   QPointF(std::clamp(drawn.right(), area.left(), area.right()),
@@ -75,19 +74,20 @@ bool Recording::open(Kind kind, int32_t width, uint32_t colour) {
 
 // ---- strokes --------------------------------------------------------------------------------------------------------
 
-bool Recording::cut(OUTPoint& from, OUTPoint& to) const {
+bool Recording::cut(OUTPoint& from, OUTPoint& to, const Reach& reach) {
     const QPointF start(from.x, from.y);
     const QPointF stop(to.x, to.y);
     double begin = 0.0;
     double end = 1.0;
-    const bool left = cutAtBorder(start.x() - low_, stop.x() - low_, begin, end) &&
-                      cutAtBorder(right_ - start.x(), right_ - stop.x(), begin, end) &&
-                      cutAtBorder(start.y() - low_, stop.y() - low_, begin, end) &&
-                      cutAtBorder(top_ - start.y(), top_ - stop.y(), begin, end);
+    const bool left = cutAtBorder(start.x() - reach.low, stop.x() - reach.low, begin, end) &&
+                      cutAtBorder(reach.right - start.x(), reach.right - stop.x(), begin, end) &&
+                      cutAtBorder(start.y() - reach.low, stop.y() - reach.low, begin, end) &&
+                      cutAtBorder(reach.top - start.y(), reach.top - stop.y(), begin, end);
     if (!left) return false;
     const auto at = [&](double part) {
         const QPoint point = (start + part * (stop - start)).toPoint();
-        return OUTPoint{.x = std::clamp(point.x(), low_, right_), .y = std::clamp(point.y(), low_, top_)};
+        return OUTPoint{.x = std::clamp(point.x(), reach.low, reach.right),
+                        .y = std::clamp(point.y(), reach.low, reach.top)};
     };
     if (begin > 0.0) from = at(begin);
     if (end < 1.0) to = at(end);
@@ -95,10 +95,11 @@ bool Recording::cut(OUTPoint& from, OUTPoint& to) const {
 }
 
 void Recording::line(OUTPoint from, OUTPoint to, int32_t width, uint32_t colour) {
-    if ((!isInside(from) || !isInside(to)) && !cut(from, to)) return;
+    const Reach reach = width == 0 ? thin_ : reachOf(std::min(bleed_ + width / 2, PagePoint::MOST_OUTSIDE));
+    if ((!reach.holds(from) || !reach.holds(to)) && !cut(from, to, reach)) return;
     const bool opened = open(Kind::Stroke, width, colour);
     const bool goesOn = !opened && points_.back().x() == from.x && points_.back().y() == from.y;
-    if (opened && width / 2 > -low_) overflows_ = true;
+    if (opened && width / 2 > bleed_) overflows_ = true;
     if (!goesOn) addPoint(from.x, from.y, true);
     addPoint(to.x, to.y, false);
     steps_.back().end = points_.size();
@@ -116,7 +117,7 @@ void Recording::addCutPolygon(const QPolygonF& polygon) {
 }
 
 void Recording::addPolygon(std::span<const OUTPoint> points) {
-    if (!std::all_of(points.begin(), points.end(), [this](OUTPoint point) { return isInside(point); })) {
+    if (!std::all_of(points.begin(), points.end(), [this](OUTPoint point) { return thin_.holds(point); })) {
         QPolygonF polygon;
         for (const OUTPoint point : points) {
             polygon += QPointF(point.x, point.y);
@@ -148,6 +149,7 @@ void Recording::area(std::span<const OUTPoint> points, std::span<const int32_t> 
 }
 
 void Recording::rectangle(const QRectF& rectangle, uint32_t colour) {
+    if (rectangle.isEmpty()) return;
     const std::size_t before = points_.size();
     addCutPolygon(QPolygonF(rectangle));
     closeArea(before, colour);

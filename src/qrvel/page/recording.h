@@ -1,12 +1,13 @@
 // What is drawn on a page, kept in the order in which it was drawn: only when all of it is known can it be centred.
 //
-// Four bytes a point, so a plot of millions of lines is kept whole: what lies outside of the sheet is cut off on the
+// Four bytes a point, so a plot of millions of lines is kept whole: what cannot be seen on the sheet is cut off on the
 // way in, and the rest has coordinates of 15 bits. Lines that go on where the one before ended are joined.
 #pragma once
 
 #include <QPolygonF>
 #include <QRectF>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -20,7 +21,9 @@ namespace qrvel {
 // Units of a sheet; begins: a stroke or a polygon begins here.
 class PagePoint {
   public:
-    static constexpr int MOST_OUTSIDE = 80;  // units a point may lie to the left of the area, or below
+    // Units a point may lie outside of the area, which has at most 16384 a side. A pen of twice that width, with its
+    // middle further out, is not seen any more.
+    static constexpr int MOST_OUTSIDE = 8191;
 
     PagePoint(int x, int y, bool begins)
         : x_(static_cast<uint16_t>((x + MOST_OUTSIDE) | (begins ? BEGINS : 0))),
@@ -53,8 +56,8 @@ class Recording {
 
     void clear();
     bool isEmpty() const { return steps_.empty(); }
-    // Of all that was drawn in the area of the sheet; null when nothing was.
-    QRectF bounds() const;
+    // Of all that was drawn in the area of the sheet; nothing when nothing was.
+    std::optional<QRectF> bounds() const;
 
     // Whether wide pens or letters may reach further into the margins than they should: they cannot be cut.
     bool overflows() const { return overflows_; }
@@ -85,11 +88,21 @@ class Recording {
         std::size_t begin, length;  // in characters_
     };
 
-    bool isInside(OUTPoint point) const {
-        return point.x >= low_ && point.x <= right_ && point.y >= low_ && point.y <= top_;
+    // What a stroke may touch, whose middle may lie so far outside of the area.
+    struct Reach {
+        int low;  // from (low, low)
+        int right;
+        int top;  // to (right, top)
+
+        bool holds(OUTPoint point) const {
+            return point.x >= low && point.x <= right && point.y >= low && point.y <= top;
+        }
+    };
+    Reach reachOf(int outside) const {
+        return {.low = -outside, .right = areaWidth_ + outside, .top = areaHeight_ + outside};
     }
-    QRectF kept() const { return {QPointF(low_, low_), QPointF(right_, top_)}; }
-    bool cut(OUTPoint& from, OUTPoint& to) const;
+    QRectF kept() const { return QRectF(0.0, 0.0, areaWidth_, areaHeight_).adjusted(-bleed_, -bleed_, bleed_, bleed_); }
+    static bool cut(OUTPoint& from, OUTPoint& to, const Reach& reach);
     void addPolygon(std::span<const OUTPoint> points);
     void addCutPolygon(const QPolygonF& polygon);
     void closeArea(std::size_t before, uint32_t colour);
@@ -101,9 +114,8 @@ class Recording {
 
     int areaWidth_;
     int areaHeight_;
-    int low_;  // what is kept: from (low_, low_) to (right_, top_)
-    int right_;
-    int top_;
+    int bleed_;   // units around the area that are kept
+    Reach thin_;  // of thin strokes, and of areas
     std::vector<Step> steps_;
     std::vector<PagePoint> points_;
     std::vector<Text> texts_;

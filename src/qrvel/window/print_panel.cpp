@@ -282,7 +282,7 @@ QString PrintPanel::path() const {
     QString name = name_->text();
     if (name.trimmed().isEmpty()) return {};
     if (name.startsWith("~/")) name.remove(0, 2);
-    if (QFileInfo(name).suffix().isEmpty()) name += endingWithDot(format());
+    if (!name.endsWith('/') && formatOf(QFile::encodeName(name)) == PageFormat::None) name += endingWithDot(format());
     return QDir::cleanPath(QDir::home().absoluteFilePath(name));
 }
 

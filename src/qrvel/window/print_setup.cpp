@@ -37,10 +37,6 @@ uint32_t panelNumber(PageFormat format) {
     return format == PageFormat::None ? 0 : static_cast<uint32_t>(format) - PANEL_OFFSET;
 }
 
-QByteArray nameOf(const PrintChoice& choice) {
-    return choice.destination == Destination::Printer ? choice.printer.toUtf8() : choice.fileName;
-}
-
 // A name is never cut: the file of a cut one would be another file.
 int32_t copyName(const QByteArray& name, uint32_t* size, char* buffer) {
     if (size == nullptr || buffer == nullptr) return 0;
@@ -75,9 +71,16 @@ QByteArray suggestedName(const DataChannel* channel) {
     return QFile::encodeName(folder + '/' + ownText(OwnText::Drawing));
 }
 
+// Once, for the picture that is seen: the panel goes at once, and a picture that is coming in is waited for.
+void print(PrintSetup& setup) {
+    setup.panel->hide();
+    setup.printIsDue = true;
+    application()->messages.workIsDue();
+}
+
 PrintPanel* makePanel(PrintSetup& setup, QWidget* window) {
-    const auto* known = &setup;
-    auto* panel = new PrintPanel(window, {.printed = [known] { notify(*known, PRINT); },
+    auto* known = &setup;
+    auto* panel = new PrintPanel(window, {.printed = [known] { print(*known); },
                                           .cancelled = [known] { notify(*known, PRINT_CANCELLED); },
                                           .sheetChanged = printPreviewIsStale});
     // Whoever owns the set-up disconnects this before it takes the panel away itself.
@@ -96,6 +99,18 @@ void drawOn(Page& page, const Child& child) {
 
 double scaleToFit(const QSizeF& paper, QSize room) {
     return std::min(room.width() / paper.width(), room.height() / paper.height());
+}
+
+void refreshPreview(PrintSetup& setup) {
+    const auto* child = handles().findFirst<Child>([](const Child&) { return true; });
+    if (child == nullptr) return;
+    const PrintChoice choice = setup.panel->choice();
+    Page page(layOut(choice.paper, choice.landscape));
+    drawOn(page, *child);
+    const Placement placement = place(page.recording().bounds(), page.sheet());
+    const double scale = scaleToFit(placement.paper, setup.panel->previewSize());
+    const QImage fine = drawImage(page.recording(), page.sheet(), scale * FINER);
+    setup.panel->showPreview(fine.scaled(fine.size() / FINER, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
 }
 
 }  // namespace
@@ -123,20 +138,12 @@ void printPreviewIsStale() {
     application()->messages.workIsDue();
 }
 
-void refreshPrintPreview() {
+void servePrintSetup() {
     PrintSetup* setup = findPrintSetup();
-    if (setup == nullptr || setup->panel == nullptr || !std::exchange(setup->previewIsStale, false)) return;
-    const auto* child = handles().findFirst<Child>([](const Child&) { return true; });
-    if (child == nullptr) return;
-    const PrintChoice choice = setup->panel->choice();
-    Page page(layOut(choice.paper, choice.landscape));
-    drawOn(page, *child);
-    const Placement placement = place(page.recording().bounds(), page.sheet());
-    const double scale = scaleToFit(placement.paper, setup->panel->previewSize());
-    const QImage fine = drawImage(page.recording(), page.sheet(), scale * FINER);
-    setup->panel->showPreview(fine.scaled(fine.size() / FINER, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+    if (setup == nullptr || setup->panel == nullptr) return;
+    if (std::exchange(setup->printIsDue, false)) notify(*setup, PRINT);
+    if (std::exchange(setup->previewIsStale, false)) refreshPreview(*setup);
 }
-
 }  // namespace qrvel
 
 using namespace qrvel;
@@ -188,7 +195,7 @@ int32_t PSSETUPqueryValue(WHandle setup, uint32_t number, uint32_t* value, char*
         case PSSETUP_FORMAT:
             return setNumber(value, panelNumber(choice.format));
         case PSSETUP_NAME:
-            return copyName(nameOf(choice), value, buffer);
+            return copyName(choice.name(), value, buffer);
         default:
             traceLine("%s: there is no value %u\n", __func__, number);
             return 0;

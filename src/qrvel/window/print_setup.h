@@ -19,6 +19,7 @@ struct PrintSetup : Object {
     WHandle container = 0;
     QPointer<PrintPanel> panel;  // made when it is shown first; goes with the shell's window
     bool previewIsStale = false;
+    bool printIsDue = false;
 };
 
 // Its action messages.
@@ -30,12 +31,13 @@ inline constexpr uint32_t PRINT = 11;
 // What is chosen now.
 PrintChoice currentPrintChoice();
 
-// The view has changed; and showing in the panel what would be printed, if that has changed and somebody looks. The
-// second enters the viewer.
+// The view has changed.
 void printPreviewIsStale();
-void refreshPrintPreview();
+// When no picture is on its way to the screen: tells the viewer to print, if the user has said so, and shows in the
+// panel what would be printed, if that has changed and somebody looks. It enters the viewer.
+void servePrintSetup();
 
-// Stands for the name of the chosen file where that has no room. It names a folder, so no file is meant by it.
+// Stands for the chosen name where that has no room. It names a folder, so no file is meant by it, nor a printer.
 inline constexpr char CHOSEN_FILE[] = "/";
 
 }  // namespace qrvel

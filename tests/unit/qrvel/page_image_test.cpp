@@ -8,8 +8,14 @@
 namespace qrvel {
 namespace {
 
-constexpr Sheet SHEET = {
-    .width = 12.0, .height = 10.0, .margin = 2.0, .unit = 1.0, .areaWidth = 8, .areaHeight = 6, .fit = false};
+constexpr Sheet SHEET = {.width = 12.0,
+                         .height = 10.0,
+                         .margin = 2.0,
+                         .bleed = 1.0,
+                         .unit = 1.0,
+                         .areaWidth = 8,
+                         .areaHeight = 6,
+                         .fit = false};
 constexpr uint32_t INK = 0xFF0000FFU;
 constexpr uint32_t RED_INK = 0xFFFF0000U;
 

@@ -14,8 +14,14 @@
 namespace qrvel {
 namespace {
 
-constexpr Sheet SHEET = {
-    .width = 120.0, .height = 70.0, .margin = 10.0, .unit = 1.0, .areaWidth = 100, .areaHeight = 50, .fit = false};
+constexpr Sheet SHEET = {.width = 120.0,
+                         .height = 70.0,
+                         .margin = 10.0,
+                         .bleed = 2.0,
+                         .unit = 1.0,
+                         .areaWidth = 100,
+                         .areaHeight = 50,
+                         .fit = false};
 
 std::string pageText(const std::function<void(Page&)>& draw) {
     Page page(SHEET);
@@ -76,7 +82,7 @@ TEST(Page, FillsABoxOfAnySize) {
     EXPECT_EQ(bounds({.x = 10, .y = 10, .width = 5, .height = 7}), QRectF(10, 10, 5, 7));
     EXPECT_EQ(bounds({.x = -10, .y = -10, .width = 50, .height = 999}), QRectF(0, 0, 40, 50));
     EXPECT_EQ(bounds({.x = INT_MIN, .y = INT_MIN, .width = UINT_MAX, .height = UINT_MAX}), QRectF(0, 0, 100, 50));
-    EXPECT_TRUE(bounds({.x = INT_MAX, .y = INT_MAX, .width = UINT_MAX, .height = UINT_MAX}).isNull());
+    EXPECT_FALSE(bounds({.x = INT_MAX, .y = INT_MAX, .width = UINT_MAX, .height = UINT_MAX}).has_value());
 }
 
 // The viewer clears a window by a box over all of it, and then begins.
@@ -221,8 +227,8 @@ TEST(Delivery, ToNowhereSaysSo) {
     EXPECT_EQ(problem(1, "no such printer"), "cannot print on no such printer: there is no such printer");
     EXPECT_EQ(problem(2, "no such folder/x.pdf"), "cannot write no such folder/x.pdf: No such file or directory");
     EXPECT_EQ(problem(3, ""), "The program that sent the drawing is not there any more, or does not take the page.");
-    EXPECT_EQ(problem(0, "x"), "There is no such destination.");
-    EXPECT_EQ(problem(77, "x"), "There is no such destination.");
+    EXPECT_EQ(problem(0, "x"), "There is no such destination or format.");
+    EXPECT_EQ(problem(77, "x"), "There is no such destination or format.");
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 namespace qrvel {
 namespace {
 
-constexpr char UNKNOWN[] = "no paper (A0 to A6, Letter, WxHmm, fit)";
+constexpr char UNKNOWN[] = "no paper (A0 to A6, Letter, Legal, Tabloid, WxHmm, fit)";
 constexpr char BEYOND[] = "no paper from 10 to 5080 mm";
 
 // ---- names ----------------------------------------------------------------------------------------------------------

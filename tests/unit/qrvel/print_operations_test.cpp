@@ -273,10 +273,10 @@ struct BadGoal {
 constexpr BadGoal BAD_GOALS[] = {
     {1, 0, "no printer", "kelhpgl: cannot print on no printer: there is no such printer\n"},
     {2, 1, "none/a.pdf", "kelhpgl: cannot write none/a.pdf: No such file or directory\n"},
-    {2, 1, ".", "kelhpgl: cannot write .: Filename refers to a directory\n"},
-    {0, 1, "a.pdf", "kelhpgl: There is no such destination.\n"},
-    {4, 1, "a.pdf", "kelhpgl: There is no such destination.\n"},
-    {258, 1, "a.pdf", "kelhpgl: There is no such destination.\n"},
+    {2, 1, ".", "kelhpgl: cannot write .: Is a directory\n"},
+    {0, 1, "a.pdf", "kelhpgl: There is no such destination or format.\n"},
+    {4, 1, "a.pdf", "kelhpgl: There is no such destination or format.\n"},
+    {258, 1, "a.pdf", "kelhpgl: There is no such destination or format.\n"},
     {3, 1, nullptr, "kelhpgl: The program that sent the drawing is not there any more, or does not take the page.\n"},
 };
 

@@ -12,8 +12,14 @@ namespace qrvel {
 namespace {
 
 // One unit is a millimetre; what is kept reaches two beyond the area, from (-2, -2) to (102, 52).
-constexpr Sheet SHEET = {
-    .width = 120.0, .height = 70.0, .margin = 10.0, .unit = 1.0, .areaWidth = 100, .areaHeight = 50, .fit = false};
+constexpr Sheet SHEET = {.width = 120.0,
+                         .height = 70.0,
+                         .margin = 10.0,
+                         .bleed = 2.0,
+                         .unit = 1.0,
+                         .areaWidth = 100,
+                         .areaHeight = 50,
+                         .fit = false};
 constexpr uint32_t BLACK_INK = 0xFF000000U;
 constexpr uint32_t RED_INK = 0xFFFF0000U;
 
@@ -74,7 +80,11 @@ const LinesRow CUT_ROWS[] = {
     {"RightOfAll",         {{{103, 9}, {900, 20}}},                ""},
     {"AboveAll",           {{{-900, 53}, {900, 53}}},              ""},
     {"BelowAll",           {{{-900, -3}, {900, -3}}},              ""},
-    {"DotOutside",         {{{-3, 9}, {-3, 9}, 9}},                ""},
+    {"DotOutside",         {{{-7, 9}, {-7, 9}, 9}},                ""},
+    {"DotHalfOutside",     {{{-3, 9}, {-3, 9}, 9}},                "stroke 9 000000: -3,9 -3,9\n"},
+    {"WideFromOutside",    {{{-30, 9}, {-30, 20}, 80}},            "stroke 80 000000: -30,9 -30,20\n"},
+    {"WideTooFarOutside",  {{{-43, 9}, {-43, 20}, 80}},            ""},
+    {"WideThroughAll",     {{{-900, 9}, {900, 9}, 80}},            "stroke 80 000000: -42,9 142,9\n"},
     {"OutAndBackBegins",   {{{90, 20}, {110, 20}}, {{110, 20}, {110, 30}}, {{110, 30}, {90, 30}}},
                            "stroke 0 000000: 90,20 102,20 | 102,30 90,30\n"},
     {"OutAndBackSameWay",  {{{90, 20}, {110, 20}}, {{110, 20}, {90, 20}}}, "stroke 0 000000: 90,20 102,20 90,20\n"},
@@ -373,7 +383,7 @@ TEST(Texts, LargerThanTheSheetAreAreas) {
         recording.text({.x = 50, .y = 0}, width, 50, "HH", RED_INK);
         const std::string drawn = drawnText(recording);
         EXPECT_EQ(drawn.find("text"), std::string::npos) << width;
-        EXPECT_TRUE(drawn.empty() || QRectF(0, 0, 100, 50).contains(recording.bounds())) << width;
+        EXPECT_TRUE(drawn.empty() || QRectF(0, 0, 100, 50).contains(*recording.bounds())) << width;
     }
     Recording high(SHEET);
     high.text({.x = 40, .y = -20}, 20, INT_MAX, "H", RED_INK);
@@ -396,7 +406,7 @@ TEST(Texts, LargerThanTheSheetCoverWhatTheyCover) {
 
 TEST(Bounds, AreOfWhatWasDrawnInTheArea) {
     Recording recording(SHEET);
-    EXPECT_TRUE(recording.bounds().isNull());
+    EXPECT_FALSE(recording.bounds().has_value());
     EXPECT_TRUE(recording.isEmpty());
     recording.line({10, 20}, {30, 25}, 0, BLACK_INK);
     EXPECT_EQ(recording.bounds(), QRectF(10, 20, 20, 5));
@@ -415,7 +425,7 @@ TEST(Bounds, OfWhatIsOutsideAreNothing) {
     recording.rectangle(QRectF(500, 25, 30, 30), BLACK_INK);
     recording.text({500, 25}, 20, 5, "ab", BLACK_INK);
     EXPECT_TRUE(recording.isEmpty());
-    EXPECT_TRUE(recording.bounds().isNull());
+    EXPECT_FALSE(recording.bounds().has_value());
 }
 
 TEST(Bounds, OfWhatLiesBesideTheAreaStayInIt) {
@@ -431,7 +441,7 @@ TEST(Clearing, LeavesNothing) {
     recording.text({60, 30}, 20, 5, "ab", BLACK_INK);
     recording.clear();
     EXPECT_TRUE(recording.isEmpty());
-    EXPECT_TRUE(recording.bounds().isNull());
+    EXPECT_FALSE(recording.bounds().has_value());
     EXPECT_EQ(drawnText(recording), "");
     recording.line({30, 25}, {40, 25}, 0, BLACK_INK);
     EXPECT_EQ(drawnText(recording), "stroke 0 000000: 30,25 40,25\n");

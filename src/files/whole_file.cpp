@@ -11,6 +11,8 @@
 #include <cstring>
 #include <filesystem>
 
+namespace kelfiles {
+
 namespace {
 
 namespace fs = std::filesystem;
@@ -90,7 +92,7 @@ std::string obstacleTo(const std::string& file) {
 std::string writeWhole(const std::string& file, std::string_view bytes) {
     const SignalsWait signalsWait;
     const fs::path target = behindLinks(file);
-    std::string beside = folderOf(target) / ".hpglsend-XXXXXX";
+    std::string beside = folderOf(target) / ".kelhpgl-XXXXXX";
     const int descriptor = mkostemp(beside.data(), O_CLOEXEC);
     if (descriptor < 0) return std::strerror(errno);
     int error = fill(descriptor, bytes, permissionsFor(target));
@@ -99,3 +101,5 @@ std::string writeWhole(const std::string& file, std::string_view bytes) {
     unlink(beside.c_str());
     return std::strerror(error);
 }
+
+}  // namespace kelfiles
