@@ -252,6 +252,11 @@ class Paper(Printing):
             at = data.index(b"pHYs") + 4
             self.assertEqual(struct.unpack_from(">IIB", data, at), (round(dpi / INCH * 1000), round(dpi / INCH * 1000), 1))
 
+    def test_a_png_has_the_pixels_asked_for(self):
+        self.prints("--print-to", "out.png", "--size", "321x123", "square.plt")
+        picture = read_png(self.folder / "out.png")
+        self.assertEqual((picture.width, picture.height), (321, 123))
+
     def test_the_resolution_is_300_unless_told(self):
         self.prints("--print-to", "out.png", "--page", "25.4x25.4mm", "square.plt")
         self.assertEqual(read_png(self.folder / "out.png").width, 300)
@@ -320,6 +325,11 @@ WRONG = [
                             "100x100": NO_PAPER, "100": NO_PAPER, "": NO_PAPER, "A7": NO_PAPER, "fits": NO_PAPER}.items()],
     *[(["--print-to", "out.png", "--dpi", dpi, "square.plt"], (2, NO_DPI + dpi + "\n" + HINT))
       for dpi in ("0", "9", "-300", "2401", "text", "", "300dpi", "30.5", "99999999999")],
+    (["--print-to", "out.svg", "--size", "300x200", "square.plt"], (2, "kelhpgl: only a PNG has pixels: --size\n" + HINT)),
+    (["--print-to", "out.png", "--size", "300x200", "--page", "A4", "square.plt"],
+     (2, "kelhpgl: there is a paper already: --size\n" + HINT)),
+    (["--print-to", "link.svg", "square.plt"], (1, "kelhpgl: cannot write link.svg: it is one of the drawings\n")),
+    (["--print-to", "pipe.svg", "square.plt"], (1, "kelhpgl: cannot write pipe.svg: Not an ordinary file\n")),
     (["--print-to", "none/out.svg", "square.plt"],
      (1, "kelhpgl: cannot write none/out.svg: No such file or directory\n")),
     (["--print-to", "square.plt/out.svg", "square.plt"],
@@ -368,6 +378,8 @@ class Outcomes(Printing):
         folder = self.folder / f"run{number}"
         folder.mkdir()
         (folder / "folder.svg").mkdir()
+        (folder / "link.svg").symlink_to("square.plt")
+        os.mkfifo(folder / "pipe.svg")
         for name in ("square.plt", "with blanks.plt", "Größe.plt", "two\nlines.plt", "-dash.plt", "-", b"no\xfetext.plt"):
             (folder / os.fsdecode(name)).write_bytes(SQUARE)
         (folder / "empty.plt").write_bytes(b"")

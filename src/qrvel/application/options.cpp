@@ -194,8 +194,8 @@ bool standardInputHasData() {
 
 // Of a PNG, so large that it has the pixels that were asked for.
 void setPaperOfSize(Options& options) {
-    if (options.paperGiven) refuse("goes with one of --page and", "--size");
-    if (formatOf(options.printTo) != PageFormat::Png) refuse("goes with a PNG alone", "--size");
+    if (options.paperGiven) refuse("there is a paper already", "--size");
+    if (formatOf(options.printTo) != PageFormat::Png) refuse("only a PNG has pixels", "--size");
     const double pixel = MILLIMETRES_AN_INCH / options.dpi;
     const auto [paper, problem] = paperOf(options.pictureWidth * pixel, options.pictureHeight * pixel);
     if (problem != nullptr) refuse(problem, "--size");
