@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
 """Hosts: hpglsend, the one in docs/host-channel.md, and what that page says of the viewer; see suite.py."""
+import contextlib
 import importlib.machinery
 import os
 import pathlib
@@ -12,7 +13,7 @@ import sys
 import threading
 import types
 
-from suite import HPGLDUMP, KELHPGL, beside, expect_picture, run_all, wait_for
+from suite import HPGLDUMP, KELHPGL, TITLE, beside, expect_picture, run_all, wait_for
 from desktop import PATIENCE, Viewer
 
 HPGLSEND = HPGLDUMP.with_name("hpglsend")
@@ -57,6 +58,7 @@ class Hosts:
     def __init__(self, desktop, plot):
         self.desktop = desktop
         self.folder = plot.parent
+        self.desktop = desktop
         self.runtime = plot.parent / "runtime"
         self.environment = {**desktop.environment, "XDG_RUNTIME_DIR": str(self.runtime),
                             "PATH": f"{KELHPGL.parent}:{os.environ['PATH']}"}
@@ -69,6 +71,13 @@ class Hosts:
         for pid in self.viewers():
             os.kill(pid, signal.SIGKILL)
         wait_for("the viewers' end", lambda: not self.viewers())
+        self.wait_for_empty_desktop()
+
+    def wait_for_empty_desktop(self):
+        """A viewer that starts before the window manager has seen the end of a killed one may get the number of its
+        window, and the window manager then takes it for something else."""
+        with contextlib.suppress(AssertionError):
+            wait_for("the windows to go", lambda: not self.desktop.stacking(), 5.0)
 
     def viewers(self):
         return [pid for pid in all_viewers() if f"XDG_RUNTIME_DIR={self.runtime}".encode() in words(pid, "environ")]
@@ -196,6 +205,7 @@ def says_that_the_viewer_was_killed(desktop, plot):
         killed = hosts.viewers()[0]
         os.kill(killed, signal.SIGKILL)
         wait_for("the viewer's end", lambda: is_over(killed))
+        hosts.wait_for_empty_desktop()
         expect((3, "-: not shown: the viewer has closed the connection\n", ""), result(host))
         expect((0, "thin.plt: shown\n", ""), hosts.send(plot.name))
         with hosts.viewer() as viewer:
@@ -239,6 +249,27 @@ def receives_what_is_printed(desktop, plot):
             page = (plot.parent / "out.pdf").read_bytes()
             expect((0, f"thin.plt: shown\nout.pdf: received, pdf, {len(page)} bytes\n", ""), (code, out, err))
             assert page.startswith(b"%PDF") and page.endswith(b"%%EOF\n"), page
+
+
+def a_page_that_is_not_taken_is_said(desktop, plot):
+    """The host has closed its end of the viewer's standard output, and the viewer learns of it by the page."""
+    with desktop.viewer(KELHPGL, "--frames", stdin=subprocess.PIPE) as viewer:
+        picture = plot.read_bytes()
+        for kind, content in ((BEGIN, picture), (END, b"")):
+            viewer.process.stdin.write(struct.pack("<BI", kind, len(content)) + content)
+        viewer.process.stdin.flush()
+        expect_picture(viewer, plot)
+        viewer.process.stdout.read(10)  # both replies
+        viewer.process.stdout.close()
+        viewer.process.stdout = None
+        wait_for("the focus", viewer.window().is_active)
+        desktop.xdotool("key", "ctrl+p")
+        wait_for("the panel", viewer.window("Print").is_active)
+        desktop.xdotool("key", "alt+s", "alt+p")
+        wait_for("the panel to go", lambda: not viewer.windows("Print"))
+        wait_for("the box", lambda: [window for window in viewer.windows(TITLE) if window.is_box()])
+        said = viewer.end()
+    assert said.endswith("is not there any more, or does not take the page.\n"), said
 
 
 # ---- the page -------------------------------------------------------------------------------------------------------
@@ -437,4 +468,5 @@ run_all(starts_a_viewer_and_sends, sends_several_to_the_viewer_that_runs, finds_
         a_host_that_is_killed_leaves_the_picture, two_at_once_share_one_viewer, receives_what_is_printed,
         the_example_shows_its_pictures, pictures_of_a_socket_pair, replies_come_in_order, a_host_need_not_wait,
         nonsense_ends_the_connection, the_largest_frame_is_taken, frames_on_standard_streams,
+        a_page_that_is_not_taken_is_said,
         a_host_that_stalls_is_put_out_of_the_way, the_sixty_fifth_host_is_turned_away)

@@ -1,13 +1,15 @@
 #!/usr/bin/env python3
 """The print set-up, and the files that come of it; see suite.py."""
 import contextlib
+import os
 import subprocess
 import xml.etree.ElementTree
 
-from suite import KELHPGL, PLOT, expect_picture, run_all, wait_for, zoom
+from suite import KELHPGL, PLOT, beside, expect_picture, run_all, wait_for, zoom
 
 PANEL = "Print"  # the title of all its windows
 LABEL = "Gear wheel"
+BLUE = b"\x00\x00\xff"  # a pixel of pen 2
 DRAG = 100, 100, 380, 330
 NO_PRINTER = {"CUPS_SERVER": "/nowhere"}  # so that a file is offered first, whatever machine this is
 
@@ -143,6 +145,37 @@ def a_zoomed_view_is_printed_zoomed(desktop, plot):
     assert part != whole
 
 
+def a_pen_wider_than_the_view_is_printed(desktop, plot):
+    """Though its middle lies outside of what is printed."""
+    plot.write_text("IN;SP1;PU0,0;PD4000,0,4000,4000,0,4000,0,0;SP2;PW30;PU500,2000;PD3500,2000;")
+    with desktop.viewer(KELHPGL, plot, environment=NO_PRINTER) as viewer:
+        viewer.wait_for_picture(lambda picture: picture.pixel(250, 250) == BLUE)
+        viewer.drag(250, 240, 300, 260)
+        viewer.wait_for_picture(lambda picture: picture.pixel(5, 5) == picture.pixel(490, 400) == BLUE)
+        print_to(viewer, plot.with_name("part.pdf"))
+        page = drawn(written(plot.with_name("part.pdf")))
+        viewer.end()
+    assert page.count(BLUE) > len(page) // 6, page.count(BLUE)
+
+
+def print_waits_for_what_comes_in(desktop, plot):
+    """Never is a drawing printed that is not on the screen."""
+    first = beside(plot, "first.plt", "IN;SP1;PU0,0;PD100,0,100,300,0,0;")
+    pipe = plot.with_name("pipe")
+    os.mkfifo(pipe)
+    with desktop.viewer(KELHPGL, first, pipe, environment=NO_PRINTER) as viewer:
+        expect_picture(viewer, first)
+        panel = open_panel(viewer)
+        name_file(desktop, plot.with_name("once.pdf"))
+        pipe.write_text("SP5;SP4;PU0,0;" * 2_000_000 + plot.read_text())
+        wait_for("the panel's focus", panel.is_active)
+        desktop.xdotool("key", "Return")
+        expect_picture(viewer, plot)
+        written(plot.with_name("once.pdf"))
+        wait_for("the main window alone", lambda: desktop.stacking() == [int(viewer.window().number)])
+        assert "kelhpgl:" not in viewer.end()
+
+
 def choices_stay(desktop, plot):
     with opened(desktop, plot) as viewer:
         open_panel(viewer)
@@ -223,5 +256,6 @@ def a_file_is_chosen_in_its_dialog(desktop, plot):
 
 
 run_all(every_way_closes_it, a_file_is_written_beside_the_plot, the_name_chooses_the_format,
-        paper_and_resolution_are_chosen, a_zoomed_view_is_printed_zoomed, choices_stay, a_file_that_exists_is_asked_for,
-        what_cannot_be_written_does_not_close_it, too_many_pixels_do_not_close_it, a_file_is_chosen_in_its_dialog)
+        paper_and_resolution_are_chosen, a_zoomed_view_is_printed_zoomed, a_pen_wider_than_the_view_is_printed,
+        print_waits_for_what_comes_in, choices_stay, a_file_that_exists_is_asked_for, what_cannot_be_written_does_not_close_it,
+        too_many_pixels_do_not_close_it, a_file_is_chosen_in_its_dialog)

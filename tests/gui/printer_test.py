@@ -7,7 +7,7 @@ from suite import KELHPGL, beside, expect_picture, run_all, wait_for
 from print_server import PrintServer
 
 PRINT = "Print"
-RED = b"\xff\x00\x00" * 4  # of pen 2
+BLUE = b"\x00\x00\xff" * 4  # pixels of pen 2
 LABELS = "IN;SP2;PU100,100;PD3900,100,3900,2900,100,2900,100,100;PU500,500;SI0.5,0.8;LBWerkstatt\x03;"
 
 
@@ -57,7 +57,7 @@ def a_page_arrives_at_the_printer(desktop, plot):
         size = [line for line in pdf("pdfinfo", job).splitlines() if line.startswith("Page size")][0]
         assert "842 x 595" in size or "595 x 842" in size, size
         assert "Werkstatt" in pdf("pdftotext", job, "-")
-        assert RED in rendered(job)
+        assert BLUE in rendered(job)
 
 
 def a_printer_may_be_gone(desktop, plot):
