@@ -58,7 +58,6 @@ class Hosts:
     def __init__(self, desktop, plot):
         self.desktop = desktop
         self.folder = plot.parent
-        self.desktop = desktop
         self.runtime = plot.parent / "runtime"
         self.environment = {**desktop.environment, "XDG_RUNTIME_DIR": str(self.runtime),
                             "PATH": f"{KELHPGL.parent}:{os.environ['PATH']}"}
