@@ -9,6 +9,7 @@ labels, so their SVG files are always the same; --update writes them anew, and f
 import concurrent.futures
 import contextlib
 import errno
+import math
 import os
 import pathlib
 import pty
@@ -139,6 +140,10 @@ FACES = {
               b"SP2;" + b"".join(b"PU%d,2500;PD%d,2500;" % (x, x + 1) for x in range(0, 4000, 200)),
     "dots": COLOURS + b"PW2,1;PW3,4;SP1;" + b"".join(b"PU%d,%d;PD%d,%d;" % (x, x // 2, x, x // 2)
                                                      for x in range(0, 4001, 500)) + b"SP4;PU3000,500;PD3000,500;",
+    # One line of more points than a path of PDF or SVG takes.
+    "spiral": COLOURS + b"SP4;PU2300,2000;" + b"".join(
+        b"PD%d,%d;" % (2000 + (300 + i / 5) * math.cos(i / 50), 2000 + (300 + i / 5) * math.sin(i / 50))
+        for i in range(6000)),
     "labels": COLOURS + b"SP1;PU0,0;PD4000,0,4000,3000,0,3000,0,0;PU300,2000;SI0.5,0.7;LBEight KH\x03SP2;PU300,500;"
                         b"SI0.8,1.2;LBHIE\x03",
 }

@@ -38,7 +38,7 @@ class PainterDrawer {
             if (point.begins()) {
                 path_.moveTo(to);
             } else {
-                if (path_.elementCount() == 0) path_.moveTo(from);
+                if (path_.isEmpty()) path_.moveTo(from);
                 addLine(from, to);
             }
             from = to;
