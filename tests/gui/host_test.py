@@ -86,7 +86,8 @@ class Hosts:
                                 stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
 
     def send(self, *arguments, stdin=b""):
-        return result(self.start(*arguments), stdin)
+        """A loaded machine takes its time to start a viewer."""
+        return result(self.start("--wait", int(PATIENCE), *arguments), stdin)
 
     def viewer(self):
         return StartedViewer(self)
