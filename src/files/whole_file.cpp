@@ -90,6 +90,7 @@ std::string obstacleTo(const std::string& file) {
 }
 
 std::string writeWhole(const std::string& file, std::string_view bytes) {
+    if (std::string obstacle = obstacleTo(file); !obstacle.empty()) return obstacle;
     const SignalsWait signalsWait;
     const fs::path target = behindLinks(file);
     std::string beside = folderOf(target) / ".kelhpgl-XXXXXX";

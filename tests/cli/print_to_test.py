@@ -335,6 +335,7 @@ WRONG = [
      (2, "kelhpgl: there is a paper already: --size\n" + HINT)),
     (["--print-to", "link.svg", "square.plt"], (1, "kelhpgl: cannot write link.svg: it is one of the drawings\n")),
     (["--print-to", "pipe.svg", "square.plt"], (1, "kelhpgl: cannot write pipe.svg: Not an ordinary file\n")),
+    (["--picture", "pipe.svg", "square.plt"], (1, "kelhpgl: cannot write pipe.svg: Not an ordinary file\n")),
     (["--print-to", "none/out.svg", "square.plt"],
      (1, "kelhpgl: cannot write none/out.svg: No such file or directory\n")),
     (["--print-to", "square.plt/out.svg", "square.plt"],

@@ -19,7 +19,7 @@ QByteArray bareName(const QByteArray& source) {
     return dot > 0 ? name.first(dot) : name;
 }
 
-// Goes through a pattern: calls text(bytes) for what stands for itself, and name() for each %n.
+// Goes through a pattern: calls text(c) for each character that stands for itself, and name() for each %n.
 template <class Text, class Name>
 void readPattern(const QByteArray& pattern, Text text, Name name) {
     for (qsizetype i = 0; i < pattern.size(); ++i) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cmath>
+#include <utility>
 
 namespace qrvel {
 
@@ -31,9 +31,9 @@ constexpr double MOST_SIDE = 5080.0;  // the largest page that every reader of P
 
 constexpr double MARGIN = 10.0;      // millimetres; all printers reach that far
 constexpr double MOST_MARGIN = 0.1;  // of the shorter side
-constexpr double BLEED = 2.0;
-constexpr double UNIT = 0.025;     // millimetres: a plotter's unit
-constexpr int MOST_UNITS = 16384;  // a side; the viewer's products of coordinates have 32 bits
+constexpr double BLEED = 2.0;        // millimetres, or half of the margin
+constexpr double UNIT = 0.025;       // millimetres: a plotter's unit
+constexpr int MOST_UNITS = 16384;    // a side; the viewer's products of coordinates have 32 bits
 
 bool equalsIgnoringCase(std::string_view a, std::string_view b) {
     const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };

@@ -144,6 +144,7 @@ void servePrintSetup() {
     if (std::exchange(setup->printIsDue, false)) notify(*setup, PRINT);
     if (std::exchange(setup->previewIsStale, false)) refreshPreview(*setup);
 }
+
 }  // namespace qrvel
 
 using namespace qrvel;
