@@ -3,7 +3,7 @@
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 packages_to_build="cmake ninja-build g++ pkg-config qt6-base-dev qt6-svg-dev qt6-translations-l10n libgl-dev libxcb1-dev
-    libcups2-dev fonts-dejavu-core"
+    libcups2-dev zlib1g-dev fonts-dejavu-core hershey-fonts-data"
 packages_to_test="libgtest-dev clang-format clang-tidy python3 locales xvfb xauth xdotool wmctrl openbox imagemagick x11-utils
     cups-daemon cups-client poppler-utils librsvg2-bin gnuplot-nox plotutils"
 packages_to_fuzz="clang libclang-rt-14-dev libgtest-dev"

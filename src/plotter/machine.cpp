@@ -1,0 +1,196 @@
+#include "machine.h"
+
+#include "clipping.h"
+
+namespace plotter {
+
+namespace {
+
+constexpr Colour WHITE = {255, 255, 255};
+// Beyond it nothing is drawn: HP-GL/2's coordinates end at 2 to the 30th, and a frame may enlarge them a little.
+constexpr double FARTHEST = 0x1p31;
+
+bool isOnPaper(Point p) {
+    return std::abs(p.x) <= FARTHEST && std::abs(p.y) <= FARTHEST;  // false for what is not a number
+}
+
+}  // namespace
+
+Machine::Machine(const Traits& traits, Sheet& sheet, Report& report)
+    : traits_(traits), found_(traits), sheet_(sheet), report_(report) {
+    initialise();
+}
+
+void Machine::setDefaults() {
+    Coordinates& coordinates = state.coordinates;
+    coordinates.scaling = {};
+    coordinates.window.reset();
+    state.lineTypes = {};
+    state.fills = {};
+    state.characters = {};
+    state.polygon = {};
+    state.relative = false;
+    state.chordByDeviation = false;
+    state.tickPositive = state.tickNegative = 0.5;
+    state.pens.whiteCovers = false;
+}
+
+void Machine::initialise() {
+    liftPen();
+    setDefaults();
+    state.coordinates.rotation = 0;
+    setDefaultCorners(state.coordinates, traits_.hpgl2, traits_.large);
+    const int32_t selected = state.pens.selected;
+    state.pens = {};
+    state.pens.selected = selected;
+    state.position = state.carriage = {};
+    state.penDown = false;
+    state.lost = false;
+}
+
+void Machine::setFrame(const Frame& frame) {
+    Coordinates& coordinates = state.coordinates;
+    if (frame == coordinates.frame) return;
+    liftPen();
+    coordinates.frame = frame;
+    coordinates.window.reset();
+    setDefaultCorners(coordinates, true, false);
+    state.polygon = {};
+    state.position = state.carriage = coordinates.p1;
+    found_.hpgl2 = true;
+}
+
+void Machine::endPage(bool evenIfEmpty) {
+    liftPen();
+    state.polygon = {};
+    if (!pageMarked_ && !evenIfEmpty) return;
+    pageMarked_ = false;
+    sheet_.nextPage();
+}
+
+Traits Machine::found() const {
+    Traits found = found_;
+    found.penZeroDraws = found.penZeroDraws || (noPenDrew_ && !aPenDrew_);
+    return found;
+}
+
+bool Machine::penDraws() {
+    if (state.pens.selected != 0 || traits_.hpgl2 || traits_.penZeroDraws) {
+        aPenDrew_ = true;
+        return true;
+    }
+    noPenDrew_ = true;
+    return false;
+}
+
+Ink Machine::inkOf(int32_t pen) const {
+    const Pens& pens = state.pens;
+    const Frame& frame = state.coordinates.frame;
+    Ink ink;
+    ink.pen = pen == 0 && traits_.penZeroDraws ? 1 : pen;
+    ink.colour = pens.colourOf(ink.pen);
+    ink.width = pens.widthOf(pen) * std::min(frame.scaleX, frame.scaleY);
+    return ink;
+}
+
+void Machine::drawLine(std::span<const Point> points) {
+    if (points.empty()) return;
+    state.marked = true;
+    if (!penDraws()) return;
+    const Ink with = lineInk(state.fills, ink());
+    LineTypes& types = state.lineTypes;
+    if (types.choice.type == LineTypes::SOLID) {
+        emit(points, with);
+        return;
+    }
+    const bool dashed = dashLine(types, patternLength(*this), points,
+                                 [&](std::span<const Point> dash) { emit(dash, with); });
+    if (!dashed) report_.meetBound("dashes", offset_);
+}
+
+void Machine::drawOutline(std::span<const Point> points) {
+    const LineTypes::Residue kept = state.lineTypes.residue;
+    clearResidue(state.lineTypes);
+    drawLine(points);
+    state.lineTypes.residue = kept;
+}
+
+void Machine::drawSolid(std::span<const Point> points) {
+    if (points.empty()) return;
+    state.marked = true;
+    if (penDraws()) emit(points, lineInk(state.fills, ink()));
+}
+
+void Machine::drawArea(const Area& area, FillRule rule) {
+    state.marked = true;
+    if (!penDraws()) return;
+    fillArea(*this, area, rule, [this](const Area& piece, const Ink& ink) { emit(piece, ink); },
+             [this](std::span<const Point> line, const Ink& ink) { emit(line, ink); });
+}
+
+void Machine::lowerPen() {
+    if (!state.penDown) state.marked = false;
+    state.penDown = true;
+}
+
+void Machine::liftPen() {
+    if (state.penDown && !state.marked && !state.polygon.open && !state.lost) drawLine({&state.position, 1});
+    state.penDown = false;
+}
+
+// What would only hide paper that is white anyway is left out, unless the file asks for covering.
+bool Machine::isSeen(const Ink& ink) const {
+    return state.pens.whiteCovers || !(ink.colour == WHITE) || !traits_.hpgl2 || !(coloursChosen_ || ink.pen == 0);
+}
+
+void Machine::emit(std::span<const Point> points, const Ink& ink) {
+    if (!isSeen(ink)) return;
+    const std::optional<Box> clip = state.coordinates.clip();
+    if (!clip) {
+        emitOnPaper(points, ink);
+        return;
+    }
+    clipLine(points, *clip, [&](std::span<const Point> piece) { emitOnPaper(piece, ink); });
+}
+
+// A point that is too far away for any paper interrupts the line.
+void Machine::emitOnPaper(std::span<const Point> points, const Ink& ink) {
+    const Affine map = state.coordinates.toPaper();
+    onPaper_.clear();
+    for (const Point point : points) {
+        const Point at = map(point);
+        if (isOnPaper(at)) {
+            onPaper_.push_back(at);
+            continue;
+        }
+        if (!onPaper_.empty()) drawOnPaper(onPaper_, ink);
+        onPaper_.clear();
+    }
+    if (!onPaper_.empty()) drawOnPaper(onPaper_, ink);
+}
+
+void Machine::emit(const Area& area, const Ink& ink) {
+    if (!isSeen(ink)) return;
+    const Affine map = state.coordinates.toPaper();
+    const std::optional<Box> clip = state.coordinates.clip();
+    Area there = clip ? clipArea(area, *clip) : area;
+    for (Ring& ring : there) {
+        for (Point& point : ring) {
+            point = map(point);
+            if (!isOnPaper(point)) return;
+        }
+    }
+    if (!there.empty()) drawOnPaper(there, ink);
+}
+
+void Machine::drawOnPaper(std::span<const Point> points, const Ink& ink) {
+    pageMarked_ = true;
+    sheet_.line(points, ink);
+}
+
+void Machine::drawOnPaper(const Area& area, const Ink& ink) {
+    pageMarked_ = true;
+    sheet_.area(area, ink);
+}
+
+}  // namespace plotter

@@ -1,0 +1,141 @@
+// The plotter itself: its state, and what it can do to a sheet of paper. The instructions are procedures over it, listed
+// in manifest.h; each file of them owns the part of the state that is reset together.
+//
+// There are three kinds of coordinates, and every point's name or comment says which it is: user units (what SC makes of
+// them), plotter units (0.025 mm, after SC; the pen's position is kept in them), and paper (after RO and the picture
+// frame of a printer's page; what a Sheet gets).
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "characters.h"
+#include "coordinates.h"
+#include "fills.h"
+#include "ink.h"
+#include "line_types.h"
+#include "pens.h"
+#include "plane.h"
+#include "report.h"
+#include "sheet.h"
+
+namespace plotter {
+
+// What must be known of a file before its first instruction can be carried out, and is learnt from all of it.
+struct Traits {
+    bool hpgl2 = false;         // HP-GL/2, not the HP-GL of pen plotters
+    bool large = false;         // its drawing is larger than A4, or it says so
+    bool penZeroDraws = false;  // everything in it is drawn with no pen: let pen 1 draw that
+    double tolerance = 0;       // how far a curve may be from its chords, plotter units; 0: as fine as may be
+    friend bool operator==(const Traits&, const Traits&) = default;
+};
+
+// A polygon in the making, and the last one made.
+struct Polygon {
+    struct Vertex {
+        Point point;        // plotter units
+        bool down = false;  // the edge that ends here is drawn by EP
+    };
+    std::vector<std::vector<Vertex>> rings;
+    bool open = false;      // between PM0 and PM2
+    Point position;         // of the pen at PM0
+    bool penDown = false;   // there
+    bool fresh = false;     // nothing has followed PM0 or PM1 yet: a move with the pen up begins elsewhere
+};
+
+struct State {
+    Coordinates coordinates;
+    Pens pens;
+    LineTypes lineTypes;
+    Fills fills;
+    Characters characters;
+    Polygon polygon;
+
+    Point position;         // plotter units
+    bool penDown = false;
+    bool relative = false;  // PR
+    bool lost = false;      // a coordinate has left the range: nothing is drawn until the pen is found again
+    bool marked = false;    // something has been drawn since the pen came down: lifting it leaves no dot
+    Point carriage;         // where CR in a label returns to, plotter units
+    bool chordByDeviation = false;                    // CT1
+    double tickPositive = 0.5, tickNegative = 0.5;    // TL, per cent of P1 to P2
+};
+
+class Machine {
+  public:
+    Machine(const Traits& traits, Sheet& sheet, Report& report);
+
+    // ---- for the printer's language around it ----
+    // Where plotter units lie on the paper from now on. A changed frame resets P1, P2 and the window, drops the polygon
+    // and takes the pen to P1.
+    void setFrame(const Frame& frame);
+    // As after switching on; the page is kept.
+    void initialise();
+    // What IN leaves and DF resets as well: scaling, attributes, characters.
+    void setDefaults();
+    // The page is full. Nothing happens while nothing has been drawn on it, unless forced.
+    void endPage(bool evenIfEmpty = false);
+
+    // ---- for the instructions: with the current pen; points are plotter units ----
+    // Lines that take the current line type. One point is a dot.
+    void drawLine(std::span<const Point> points);
+    // The same with a pattern that begins anew, and leaves the one under way as it was.
+    void drawOutline(std::span<const Point> points);
+    // Lines that are always solid: characters, ticks, symbols.
+    void drawSolid(std::span<const Point> points);
+    // With the current fill type.
+    void drawArea(const Area& area, FillRule rule);
+    // The pen comes down, if it was up: lifting it without having drawn leaves a dot.
+    void lowerPen();
+    void liftPen();
+
+    // In these inks and paper coordinates, for pictures between the instructions; clipped by nothing.
+    void drawOnPaper(std::span<const Point> points, const Ink& ink);
+    void drawOnPaper(const Area& area, const Ink& ink);
+
+    // Of the selected pen, and of another.
+    Ink ink() const { return inkOf(state.pens.selected); }
+    Ink inkOf(int32_t pen) const;
+    bool pageIsMarked() const { return pageMarked_; }
+    // How far a curve may be from its chords, plotter units.
+    double tolerance() const { return traits_.tolerance; }
+
+    const Traits& traits() const { return traits_; }
+    Report& report() { return report_; }
+    std::size_t offset() const { return offset_; }  // of the instruction under way
+    void setOffset(std::size_t offset) { offset_ = offset; }
+
+    // What the survey asks afterwards.
+    Traits found() const;
+    bool coloursChosen() const { return coloursChosen_; }
+    bool sizeAsked() const { return sizeAsked_; }
+    void noteHpgl2() { found_.hpgl2 = true; }
+    void noteColours() { coloursChosen_ = true; }
+    void noteSizeAsked() { sizeAsked_ = true; }  // traits().large has been of consequence
+
+    State state;
+
+  private:
+    // Whether the selected pen leaves ink.
+    bool penDraws();
+    bool isSeen(const Ink& ink) const;
+    void emit(std::span<const Point> points, const Ink& ink);
+    void emit(const Area& area, const Ink& ink);
+    void emitOnPaper(std::span<const Point> points, const Ink& ink);
+
+    Traits traits_;
+    Traits found_;
+    bool coloursChosen_ = false;
+    bool sizeAsked_ = false;
+    Sheet& sheet_;
+    Report& report_;
+    std::size_t offset_ = 0;
+    bool pageMarked_ = false;
+    bool aPenDrew_ = false;
+    bool noPenDrew_ = false;  // strokes were lost for want of a pen
+    Line onPaper_;  // room that is kept between calls
+};
+
+}  // namespace plotter

@@ -1,0 +1,144 @@
+#include "instructions.h"
+
+namespace plotter {
+
+namespace {
+
+// PS below is the paper switch of a pen plotter: 0 to 3 large, others small.
+constexpr double LEAST_PLOT_SIZE = 128;
+constexpr double LAST_LARGE_CODE = 3;
+
+// The pen, the polygon and the label margin stay at their places on the paper while the map to it changes.
+template <class Change>
+void keepOnPaper(Machine& machine, const Change& change) {
+    State& state = machine.state;
+    const Affine before = state.coordinates.toPaper();
+    change();
+    const Affine back = inverse(state.coordinates.toPaper());
+    const auto moved = [&](Point p) { return back(before(p)); };
+    state.position = moved(state.position);
+    state.carriage = state.position;
+    for (auto& ring : state.polygon.rings) {
+        for (Polygon::Vertex& vertex : ring) {
+            vertex.point = moved(vertex.point);
+        }
+    }
+}
+
+// A window from the origin on that is what P1 and P2 span says how large the sheet is. The edges of a sheet cut nothing
+// off: who has drawn beyond them wants to see it.
+bool isSheet(const Box& window, const Coordinates& coordinates) {
+    Box corners;
+    corners.add(coordinates.p1);
+    corners.add(coordinates.p2);
+    return window.low == Point{0, 0} && window == corners;
+}
+
+}  // namespace
+
+void initialise(Machine& machine, const Instruction& /*instruction*/) {
+    machine.initialise();
+}
+
+void setDefaults(Machine& machine, const Instruction& /*instruction*/) {
+    machine.setDefaults();
+}
+
+void inputCorners(Machine& machine, const Instruction& instruction) {
+    Coordinates& coordinates = machine.state.coordinates;
+    const auto& n = instruction.numbers;
+    if (n.size() == 1 || n.size() == 3) return;
+    clearResidue(machine.state.lineTypes);
+    if (n.empty()) {
+        setDefaultCorners(coordinates, machine.traits().hpgl2, machine.traits().large);
+        return;
+    }
+    const Point old = coordinates.p1;
+    coordinates.p1 = {n[0], n[1]};
+    coordinates.p2 = n.size() < 4 ? coordinates.p2 + (coordinates.p1 - old) : Point{n[2], n[3]};
+    if (coordinates.p1.x == coordinates.p2.x) coordinates.p2.x += 1;
+    if (coordinates.p1.y == coordinates.p2.y) coordinates.p2.y += 1;
+}
+
+void inputRelative(Machine& machine, const Instruction& instruction) {
+    Coordinates& coordinates = machine.state.coordinates;
+    const auto& n = instruction.numbers;
+    if (n.size() == 1 || n.size() == 3) return;
+    const Point room = coordinates.room(machine.traits().large);
+    const auto share = [&](double x, double y) { return Point{room.x * x / 100, room.y * y / 100}; };
+    const Point old = coordinates.p1;
+    clearResidue(machine.state.lineTypes);
+    if (n.empty()) {
+        coordinates.p1 = {};
+        coordinates.p2 = room;
+        return;
+    }
+    coordinates.p1 = share(n[0], n[1]);
+    coordinates.p2 = n.size() < 4 ? coordinates.p2 + (coordinates.p1 - old) : share(n[2], n[3]);
+    if (coordinates.p1.x == coordinates.p2.x) coordinates.p2.x += 1;
+    if (coordinates.p1.y == coordinates.p2.y) coordinates.p2.y += 1;
+}
+
+void inputWindow(Machine& machine, const Instruction& instruction) {
+    Coordinates& coordinates = machine.state.coordinates;
+    const auto& n = instruction.numbers;
+    clearResidue(machine.state.lineTypes);
+    if (n.empty()) coordinates.window.reset();
+    if (n.size() < 4) return;
+    const Affine toUnits = coordinates.toUnits();
+    Box window;
+    window.add(toUnits({n[0], n[1]}));
+    window.add(toUnits({n[2], n[3]}));
+    coordinates.window.reset();
+    if (!isSheet(window, coordinates)) coordinates.window = window;
+}
+
+void scale(Machine& machine, const Instruction& instruction) {
+    const auto& n = instruction.numbers;
+    Scaling& scaling = machine.state.coordinates.scaling;
+    machine.state.carriage = machine.state.position;
+    clearResidue(machine.state.lineTypes);
+    if (n.empty()) {
+        scaling = {};
+        return;
+    }
+    if (n.size() < 4 || n.size() == 6) return;
+    const int32_t kind = toInteger(instruction.number(4, 0));
+    if (kind < 0 || kind > 2) return;
+    const bool factors = kind == 2;
+    const bool flat = factors ? n[1] == 0 || n[3] == 0 : n[0] == n[1] || n[2] == n[3];
+    if (flat) return;
+    constexpr Scaling::Type types[] = {Scaling::Type::Anisotropic, Scaling::Type::Isotropic, Scaling::Type::PointFactor};
+    const double left = std::clamp(instruction.number(5, 50), 0.0, 100.0);
+    const double bottom = std::clamp(instruction.number(6, 50), 0.0, 100.0);
+    scaling = {types[kind], n[0], n[1], n[2], n[3], left, bottom};
+}
+
+void rotate(Machine& machine, const Instruction& instruction) {
+    const int32_t degrees = toInteger(instruction.number(0, 0));
+    if (degrees % 90 != 0 || degrees < 0 || degrees > 270) return;
+    clearResidue(machine.state.lineTypes);
+    keepOnPaper(machine, [&] { machine.state.coordinates.rotation = degrees / 90; });
+}
+
+void plotSize(Machine& machine, const Instruction& instruction) {
+    Coordinates& coordinates = machine.state.coordinates;
+    if (coordinates.frame.size || machine.pageIsMarked()) return;
+    const double size = instruction.number(0, 0);
+    if (size < 0) return;
+    coordinates.sheet.reset();
+    coordinates.switchedLarge.reset();
+    if (size >= LEAST_PLOT_SIZE) {
+        coordinates.sheet = Point{size, std::max(instruction.number(1, size), 1.0)};
+        coordinates.rotation = 0;
+    } else if (instruction.has(1)) {
+        coordinates.switchedLarge = size <= LAST_LARGE_CODE;
+    }
+    setDefaultCorners(coordinates, machine.traits().hpgl2, machine.traits().large);
+}
+
+void advancePage(Machine& machine, const Instruction& /*instruction*/) {
+    machine.endPage();
+}
+
+}  // namespace plotter

@@ -1,0 +1,200 @@
+#include "plain_writer.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "areas.h"
+#include "survey_sheet.h"
+
+namespace plotter {
+
+namespace {
+
+// What the viewer takes: 255 parameters in a command, 2000 points in a sub-polygon with the closing one, 256 of them.
+constexpr int32_t PAIRS_IN_A_COMMAND = 127;
+constexpr std::size_t POINTS_IN_A_RING = 1990;
+constexpr std::size_t RINGS_IN_AN_AREA = 250;
+constexpr int32_t WIDEST = 32000;  // output units, of the viewer's 16 bits
+constexpr std::size_t PIECE = 65536;
+
+bool isWithinLimits(const Area& area) {
+    return area.size() <= RINGS_IN_AN_AREA &&
+           std::ranges::all_of(area, [](const Ring& ring) { return ring.size() <= POINTS_IN_A_RING; });
+}
+
+// Half away from zero.
+int32_t rounded(double value) {
+    return static_cast<int32_t>(value < 0 ? value - 0.5 : value + 0.5);
+}
+
+}  // namespace
+
+PlainWriter::PlainWriter(const Page& page, const Sink& sink) : page_(page), sink_(sink) {
+    buffer_.reserve(PIECE + 1024);
+}
+
+void PlainWriter::begin() {
+    text("IN;\n");
+    for (const Palette::Pen& pen : page_.palette->pens()) {
+        if (!pen.ownColour) continue;
+        text("PC");
+        for (const int32_t value : {pen.number, int32_t{pen.colour.red}, int32_t{pen.colour.green}}) {
+            number(value);
+            text(",");
+        }
+        number(pen.colour.blue);
+        text(";\n");
+    }
+}
+
+bool PlainWriter::end() {
+    closeChain();
+    flush();
+    return !stopped_;
+}
+
+void PlainWriter::nextPage() {
+    closeChain();
+    if (current_ + 1 < MOST_PAGES) ++current_;
+}
+
+// ---- text -----------------------------------------------------------------------------------------------------------
+
+void PlainWriter::flush() {
+    if (!stopped_ && !buffer_.empty()) stopped_ = !sink_(buffer_);
+    buffer_.clear();
+}
+
+void PlainWriter::text(std::string_view text) {
+    buffer_.append(text);
+    if (buffer_.size() >= PIECE) flush();
+}
+
+void PlainWriter::number(int32_t number) {
+    char digits[12];
+    const auto [end, error] = std::to_chars(digits, digits + sizeof digits, number);
+    (void)error;  // the digits of 32 bits fit
+    buffer_.append(digits, end);
+}
+
+void PlainWriter::pair(Place place) {
+    number(place.x);
+    buffer_.push_back(',');
+    number(place.y);
+}
+
+// ---- pen ------------------------------------------------------------------------------------------------------------
+
+PlainWriter::Place PlainWriter::placeOf(Point paper) const {
+    return {rounded(paper.x * page_.factor), rounded(paper.y * page_.factor)};
+}
+
+void PlainWriter::takePen(const Ink& ink) {
+    if (pen_ != 0 && ink == ink_) return;
+    ink_ = ink;
+    const int32_t pen = page_.palette->penOf(keyOf(ink, page_.coloursChosen));
+    if (pen != pen_) {
+        closeChain();
+        text("SP");
+        number(pen);
+        text(";");
+        pen_ = pen;
+    }
+    const int32_t width = std::min(rounded(std::min(ink.width * page_.factor, double{WIDEST})), WIDEST);
+    int32_t& last = widths_[pen];
+    if (width == last) return;
+    last = width;
+    closeChain();
+    // A command says millimetres, of 40 units, and the viewer cuts off what is left: a fifth of a unit more is none less.
+    char digits[32];
+    const auto [end, error] =
+        std::to_chars(digits, digits + sizeof digits, width == 0 ? 0.0 : width / 40.0 + 0.005, std::chars_format::fixed, 3);
+    (void)error;
+    text("PW");
+    buffer_.append(digits, end);
+    text(",");
+    number(pen);
+    text(";\n");
+}
+
+void PlainWriter::closeChain() {
+    if (pairs_ == 0) return;
+    pairs_ = 0;
+    text(";\n");
+}
+
+void PlainWriter::moveTo(Place place) {
+    if (placed_ && pairs_ != 0 && place == place_) return;
+    closeChain();
+    buffer_.append("PU");
+    pair(place);
+    text(";");
+    place_ = place;
+    placed_ = true;
+}
+
+void PlainWriter::drawTo(Place place) {
+    if (pairs_ == PAIRS_IN_A_COMMAND) {
+        pairs_ = 0;
+        buffer_.append(";\n");
+    }
+    buffer_.append(pairs_ == 0 ? "PD" : ",");
+    pair(place);
+    text("");
+    ++pairs_;
+    place_ = place;
+}
+
+void PlainWriter::line(std::span<const Point> points, const Ink& ink) {
+    if (!isWritten() || points.empty()) return;
+    takePen(ink);
+    const Place first = placeOf(points.front());
+    moveTo(first);
+    bool drawn = false;
+    for (const Point point : points.subspan(1)) {
+        const Place place = placeOf(point);
+        if (place == place_) continue;
+        drawTo(place);
+        drawn = true;
+    }
+    if (!drawn) drawTo(first);
+}
+
+// ---- areas ----------------------------------------------------------------------------------------------------------
+
+void PlainWriter::area(const Area& rings, const Ink& ink) {
+    if (!isWritten()) return;
+    takePen(ink);
+    closeChain();
+    if (isWithinLimits(rings)) {
+        fill(rings);
+    } else {
+        cutArea(rings, {POINTS_IN_A_RING, RINGS_IN_AN_AREA, 1 / page_.factor}, [this](const Area& piece) { fill(piece); });
+    }
+}
+
+// An area that rounding leaves nothing of is still seen, as a line.
+void PlainWriter::fill(const Area& rings) {
+    bool open = false;
+    for (const Ring& ring : rings) {
+        if (ring.empty()) continue;
+        if (open) text("PM1;");
+        const Place first = placeOf(ring.front());
+        buffer_.append("PU");
+        pair(first);
+        text(open ? ";" : ";PM0;");
+        place_ = first;
+        placed_ = open = true;
+        for (const Point point : std::span(ring).subspan(1)) {
+            const Place place = placeOf(point);
+            if (place != place_) drawTo(place);
+        }
+        if (pairs_ == 0) drawTo(first);
+        pairs_ = 0;
+        text(";");
+    }
+    if (open) text("PM2;FP;\n");
+    placed_ = false;
+}
+
+}  // namespace plotter

@@ -1,0 +1,68 @@
+// The sheet of the second pass: one page as plain text, whole numbers in absolute coordinates.
+#pragma once
+
+#include <string>
+
+#include "palette.h"
+#include "plotter.h"
+#include "sheet.h"
+
+namespace plotter {
+
+class PlainWriter final : public Sheet {
+  public:
+    struct Page {
+        std::size_t index = 0;  // counted from 0
+        double factor = 1;      // output units a plotter unit
+        const Palette* palette = nullptr;
+        bool coloursChosen = false;
+    };
+
+    PlainWriter(const Page& page, const Sink& sink);
+
+    void begin();
+    // All that is left goes out. False when the sink has said stop.
+    bool end();
+    // Whether nothing more of the page will come: it is behind, or the sink has said stop.
+    bool isDone() const { return stopped_ || current_ > page_.index; }
+
+    void line(std::span<const Point> points, const Ink& ink) override;
+    void area(const Area& rings, const Ink& ink) override;
+    void nextPage() override;
+
+  private:
+    // Output units.
+    struct Place {
+        int32_t x = 0;
+        int32_t y = 0;
+        friend bool operator==(const Place&, const Place&) = default;
+    };
+
+    bool isWritten() const { return current_ == page_.index && !stopped_; }
+    Place placeOf(Point paper) const;
+    void takePen(const Ink& ink);
+    void moveTo(Place place);
+    void drawTo(Place place);
+    void closeChain();
+    void fill(const Area& rings);
+
+    void text(std::string_view text);
+    void number(int32_t number);
+    void pair(Place place);
+    void flush();
+
+    Page page_;
+    const Sink& sink_;
+    std::size_t current_ = 0;
+    bool stopped_ = false;
+    std::string buffer_;
+
+    Ink ink_;             // that was taken last
+    int32_t pen_ = 0;     // of the output; 0: none yet
+    std::map<int32_t, int32_t> widths_;  // by pen, output units
+    Place place_;         // of the pen
+    bool placed_ = false;
+    int32_t pairs_ = 0;   // of the PD under way; 0: none
+};
+
+}  // namespace plotter

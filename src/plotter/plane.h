@@ -1,0 +1,62 @@
+// Points and areas of the plane that the plotter draws on. A number is a plotter unit (0.025 mm) unless its name says
+// otherwise; x to the right, y up.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace plotter {
+
+struct Point {
+    double x = 0;
+    double y = 0;
+    friend bool operator==(const Point&, const Point&) = default;
+};
+
+inline Point operator+(Point a, Point b) {
+    return {a.x + b.x, a.y + b.y};
+}
+inline Point operator-(Point a, Point b) {
+    return {a.x - b.x, a.y - b.y};
+}
+inline Point operator*(Point a, double factor) {
+    return {a.x * factor, a.y * factor};
+}
+inline double length(Point a) {
+    return std::hypot(a.x, a.y);
+}
+
+// The smallest rectangle around what was added; nothing was while it is empty.
+struct Box {
+    Point low = {std::numeric_limits<double>::infinity(), std::numeric_limits<double>::infinity()};
+    Point high = {-std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()};
+
+    bool empty() const { return low.x > high.x || low.y > high.y; }
+    double width() const { return empty() ? 0 : high.x - low.x; }
+    double height() const { return empty() ? 0 : high.y - low.y; }
+    bool holds(Point p) const { return p.x >= low.x && p.x <= high.x && p.y >= low.y && p.y <= high.y; }
+    void add(Point p) {
+        low = {std::min(low.x, p.x), std::min(low.y, p.y)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y)};
+    }
+    friend bool operator==(const Box&, const Box&) = default;
+};
+
+// (x, y) goes to (xx x + xy y + dx, yx x + yy y + dy).
+struct Affine {
+    double xx = 1, xy = 0, dx = 0;
+    double yx = 0, yy = 1, dy = 0;
+
+    Point operator()(Point p) const { return {xx * p.x + xy * p.y + dx, yx * p.x + yy * p.y + dy}; }
+    friend bool operator==(const Affine&, const Affine&) = default;
+};
+
+using Line = std::vector<Point>;   // points joined in turn; a single one is a dot
+using Ring = std::vector<Point>;   // closed: the last point is joined to the first, whether or not they are the same
+using Area = std::vector<Ring>;    // what its rings enclose, by the rule that goes with it
+
+enum class FillRule { EvenOdd, Winding };
+
+}  // namespace plotter

@@ -1,0 +1,202 @@
+#include "polygons.h"
+
+#include "curves.h"
+#include "instructions.h"
+#include "vectors.h"
+
+namespace plotter {
+
+namespace {
+
+// Closes the ring under way: an edge that EP draws where the pen is down.
+void closeRing(State& state) {
+    auto& rings = state.polygon.rings;
+    if (rings.empty() || rings.back().empty()) return;
+    auto& ring = rings.back();
+    if (ring.front().point != ring.back().point) ring.push_back({ring.front().point, state.penDown});
+}
+
+void beginPolygon(Machine& machine) {
+    State& state = machine.state;
+    state.polygon = {};
+    state.polygon.rings.push_back({{state.position, false}});
+    state.polygon.open = state.polygon.fresh = true;
+    state.polygon.position = state.position;
+    state.polygon.penDown = state.penDown;
+}
+
+void nextRing(State& state) {
+    closeRing(state);
+    auto& rings = state.polygon.rings;
+    if (!rings.empty() && rings.back().size() < 2) rings.pop_back();
+    rings.emplace_back();
+    state.polygon.fresh = true;
+}
+
+void endPolygon(State& state) {
+    closeRing(state);
+    auto& rings = state.polygon.rings;
+    if (!rings.empty() && rings.back().size() < 2) rings.pop_back();
+    state.polygon.open = false;
+    state.position = state.polygon.position;
+    state.penDown = state.polygon.penDown;
+}
+
+// A figure of its own that the polygon buffer holds from now on, with all edges drawn.
+void keepFigure(State& state, const Line& outline) {
+    state.polygon = {};
+    state.polygon.rings.emplace_back();
+    for (const Point point : outline) {
+        state.polygon.rings.back().push_back({point, true});
+    }
+}
+
+void edgeFigure(Machine& machine, const Line& outline) {
+    keepFigure(machine.state, outline);
+    machine.drawOutline(outline);
+}
+
+void fillFigure(Machine& machine, const Line& outline) {
+    keepFigure(machine.state, outline);
+    machine.drawArea({outline}, FillRule::EvenOdd);
+}
+
+Line rectangle(const State& state, Point corner, bool relative) {
+    const Affine map = state.coordinates.toUnits();
+    const Point from = inverse(map)(state.position);
+    const Point to = relative ? from + corner : corner;
+    return {state.position, map({to.x, from.y}), map(to), map({from.x, to.y}), state.position};
+}
+
+using FigureDrawing = void (*)(Machine&, const Line&);
+
+void drawRectangle(Machine& machine, const Instruction& instruction, bool relative, FigureDrawing draw) {
+    if (!instruction.has(2)) return;
+    draw(machine, rectangle(machine.state, {instruction.numbers[0], instruction.numbers[1]}, relative));
+}
+
+void drawWedge(Machine& machine, const Instruction& instruction, FigureDrawing draw) {
+    if (!instruction.has(3)) return;
+    const State& state = machine.state;
+    const double radius = std::abs(instruction.numbers[0]);
+    const double start = instruction.numbers[1] + (instruction.numbers[0] < 0 ? 180 : 0);
+    const double sweep = std::clamp(instruction.numbers[2], -360.0, 360.0);
+    const Affine map = state.coordinates.toUnits();
+    const Point centre = inverse(map)(state.position);
+    Line outline;
+    const bool wholeTurn = std::abs(sweep) >= 360;
+    if (!wholeTurn) outline.push_back(state.position);
+    appendArc(map, centre, radius, start, 0, 1, outline);
+    appendArc(map, centre, radius, start, sweep, chordsOf(machine, instruction, 3, radius, sweep), outline);
+    if (!wholeTurn) outline.push_back(state.position);
+    draw(machine, outline);
+}
+
+// Edges whose pen was up separate the lines that are drawn.
+void drawEdges(Machine& machine, const std::vector<Polygon::Vertex>& ring) {
+    Line line;
+    const auto flush = [&] {
+        if (line.size() > 1) machine.drawOutline(line);
+        line.clear();
+    };
+    for (const Polygon::Vertex& vertex : ring) {
+        if (!vertex.down) flush();
+        line.push_back(vertex.point);
+    }
+    flush();
+}
+
+}  // namespace
+
+Area areaOf(const Polygon& polygon) {
+    Area area;
+    for (const auto& vertices : polygon.rings) {
+        if (vertices.size() < 3) continue;
+        Ring& ring = area.emplace_back();
+        ring.reserve(vertices.size());
+        for (const Polygon::Vertex& vertex : vertices) {
+            ring.push_back(vertex.point);
+        }
+    }
+    return area;
+}
+
+void polygonMode(Machine& machine, const Instruction& instruction) {
+    State& state = machine.state;
+    switch (toInteger(instruction.number(0, 0))) {
+        case 0:
+            if (!state.polygon.open) beginPolygon(machine);
+            break;
+        case 1:
+            if (state.polygon.open) nextRing(state);
+            break;
+        case 2:
+            if (state.polygon.open) endPolygon(state);
+            break;
+        default:
+            break;
+    }
+}
+
+void edgePolygon(Machine& machine, const Instruction& /*instruction*/) {
+    for (const auto& ring : machine.state.polygon.rings) {
+        drawEdges(machine, ring);
+    }
+}
+
+void fillPolygon(Machine& machine, const Instruction& instruction) {
+    const int32_t method = toInteger(instruction.number(0, 0));
+    if (method != 0 && method != 1) {
+        machine.state.polygon = {};
+        return;
+    }
+    const Area area = areaOf(machine.state.polygon);
+    if (!area.empty()) machine.drawArea(area, method == 1 ? FillRule::Winding : FillRule::EvenOdd);
+}
+
+void edgeRectangleAbsolute(Machine& machine, const Instruction& instruction) {
+    drawRectangle(machine, instruction, false, edgeFigure);
+}
+
+void edgeRectangleRelative(Machine& machine, const Instruction& instruction) {
+    drawRectangle(machine, instruction, true, edgeFigure);
+}
+
+void fillRectangleAbsolute(Machine& machine, const Instruction& instruction) {
+    drawRectangle(machine, instruction, false, fillFigure);
+}
+
+void fillRectangleRelative(Machine& machine, const Instruction& instruction) {
+    drawRectangle(machine, instruction, true, fillFigure);
+}
+
+void edgeWedge(Machine& machine, const Instruction& instruction) {
+    drawWedge(machine, instruction, edgeFigure);
+}
+
+void fillWedge(Machine& machine, const Instruction& instruction) {
+    drawWedge(machine, instruction, fillFigure);
+}
+
+// In a polygon it is a ring of its own, whatever the pen does.
+void circle(Machine& machine, const Instruction& instruction) {
+    if (!instruction.has(1)) return;
+    State& state = machine.state;
+    const double radius = instruction.numbers[0];
+    const Affine map = state.coordinates.toUnits();
+    const Point centre = inverse(map)(state.position);
+    Line outline;
+    appendArc(map, centre, radius, 0, 0, 1, outline);
+    if (radius != 0) appendArc(map, centre, radius, 0, 360, chordsOf(machine, instruction, 1, radius, 360), outline);
+    if (!state.polygon.open) {
+        machine.drawOutline(outline);
+        return;
+    }
+    nextRing(state);
+    for (const Point point : outline) {
+        state.polygon.rings.back().push_back({point, true});
+    }
+    nextRing(state);
+}
+
+}  // namespace plotter

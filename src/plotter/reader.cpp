@@ -1,0 +1,417 @@
+#include "reader.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+
+namespace plotter {
+
+namespace {
+
+constexpr char ESCAPE = 27;
+
+// How many numbers are handed over at once: whole pairs and whole groups of six, so that memory does not grow with an
+// instruction.
+constexpr std::size_t NUMBERS_AT_ONCE = 6000;
+
+enum class Kind : uint8_t { Other, Blank, Digit, Sign, Point, Letter, End, Escape };
+
+constexpr std::array<Kind, 256> KINDS = [] {
+    std::array<Kind, 256> kinds = {};
+    for (const int blank : {0, 9, 10, 11, 12, 13, 32, 127, int{','}}) {
+        kinds[static_cast<std::size_t>(blank)] = Kind::Blank;
+    }
+    for (std::size_t c = '0'; c <= '9'; ++c) {
+        kinds[c] = Kind::Digit;
+    }
+    for (std::size_t c = 'A'; c <= 'Z'; ++c) {
+        kinds[c] = kinds[c + 32] = Kind::Letter;
+    }
+    kinds['+'] = kinds['-'] = Kind::Sign;
+    kinds['.'] = Kind::Point;
+    kinds[';'] = Kind::End;
+    kinds[ESCAPE] = Kind::Escape;
+    // A line that adds a parity bit: what is left without it is meant.
+    for (std::size_t c = 128; c < 256; ++c) {
+        const Kind kind = kinds[c - 128];
+        if (kind != Kind::Escape) kinds[c] = kind;
+    }
+    return kinds;
+}();
+
+Kind kindOf(uint8_t byte) {
+    return KINDS[byte];
+}
+
+char capital(uint8_t letter) {
+    return static_cast<char>(letter & 0x5F);
+}
+
+bool isDigit(uint8_t byte) {
+    return kindOf(byte) == Kind::Digit;
+}
+
+int digitOf(uint8_t byte) {
+    return (byte & 0x7F) - '0';
+}
+
+constexpr double POWERS[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
+constexpr int MOST_EXPONENT = 18;
+
+double scaled(double value, int exponent) {
+    if (exponent < 0) return value / POWERS[std::min(-exponent, MOST_EXPONENT)];
+    return value * POWERS[std::min(exponent, MOST_EXPONENT)];
+}
+
+}  // namespace
+
+int32_t toInteger(double number) {
+    if (!(std::abs(number) < 0x1p31)) return number > 0 ? INT32_MAX : number < 0 ? INT32_MIN : 0;
+    return static_cast<int32_t>(number < 0 ? std::max(number - 0.5, -0x1p31) : std::min(number + 0.5, 0x1p31 - 1));
+}
+
+Reader::Reader(std::string_view bytes, Report& report) : bytes_(bytes), report_(report) {}
+
+// The first such byte from there on; the file's end where there is none.
+std::size_t Reader::find(char wanted, std::size_t from) {
+    Sought& sought = sought_[static_cast<uint8_t>(wanted)];
+    if (from < sought.from || from > sought.at) {
+        sought = {from, std::min(bytes_.find(wanted, from), bytes_.size())};
+    }
+    return sought.at;
+}
+
+bool Reader::atLineStart() const {
+    return at_ == 0 || bytes_[at_ - 1] == '\n' || bytes_[at_ - 1] == '\r';
+}
+
+void Reader::skipTo(char end) {
+    while (at_ < bytes_.size() && bytes_[at_] != end && bytes_[at_] != ESCAPE) {
+        ++at_;
+    }
+}
+
+// ---- names ----------------------------------------------------------------------------------------------------------
+
+// The row of the name whose first letter stands there, white space between its letters; behind: what follows it.
+const ManifestRow* Reader::nameAt(std::size_t at, std::size_t* behind) const {
+    if (at >= bytes_.size() || kindOf(byte(at)) != Kind::Letter) return nullptr;
+    std::size_t second = at + 1;
+    while (second < bytes_.size() && bytes_[second] != ',' && kindOf(byte(second)) == Kind::Blank) {
+        ++second;
+    }
+    if (second >= bytes_.size() || kindOf(byte(second)) != Kind::Letter) return nullptr;
+    if (behind != nullptr) *behind = second + 1;
+    return findInstruction(capital(byte(at)), capital(byte(second)));
+}
+
+bool Reader::startsKnownName(std::size_t at) const {
+    return nameAt(at, nullptr) != nullptr;
+}
+
+// Numbers behind an unknown name are nobody's; letters that begin no known name neither, up to the terminator.
+void Reader::passOverUnknown(char first, char second, std::size_t start) {
+    report_.passOver(std::string_view(std::array<char, 2>{first, second}.data(), 2), start);
+    while (at_ < bytes_.size()) {
+        const Kind kind = kindOf(byte(at_));
+        if (kind == Kind::End || kind == Kind::Escape) return;
+        if (kind == Kind::Letter) {
+            if (!startsKnownName(at_)) skipTo(';');
+            return;
+        }
+        ++at_;
+    }
+}
+
+const ManifestRow* Reader::readName() {
+    while (at_ < bytes_.size()) {
+        const uint8_t here = byte(at_);
+        if (here == ESCAPE) return nullptr;
+        if (here == '#' && atLineStart()) {
+            skipTo('\n');
+        } else if (here == '!') {
+            skipTo(';');  // a cutter's own instruction, whatever its letters are
+        } else if (kindOf(here) == Kind::Letter) {
+            const std::size_t start = at_;
+            std::size_t behind = at_ + 1;
+            const ManifestRow* row = nameAt(at_, &behind);
+            at_ = behind;
+            if (row != nullptr) {
+                instruction_ = {};
+                instruction_.offset = start;
+                std::memcpy(instruction_.name, row->name, sizeof row->name);
+                return row;
+            }
+            if (behind > start + 1) passOverUnknown(capital(here), capital(byte(behind - 1)), start);
+        } else {
+            ++at_;
+        }
+    }
+    return nullptr;
+}
+
+const ManifestRow* Reader::next(char terminator) {
+    while (true) {
+        brokenOff_.reset();
+        if (going_ != nullptr) {
+            const ManifestRow* row = going_;
+            going_ = nullptr;
+            if (readPairs(*row) && !numbers_.empty()) return row;
+        }
+        const ManifestRow* row = readName();
+        if (row == nullptr) return nullptr;
+        if (read(*row, terminator)) return row;
+    }
+}
+
+// False: the instruction is damaged, and dropped.
+bool Reader::read(const ManifestRow& row, char terminator) {
+    switch (row.form) {
+        case Form::Numbers:
+            if (!readNumbers(NUMBERS_AT_ONCE)) return false;
+            instruction_.numbers = numbers_;
+            return true;
+        case Form::Pairs:
+        case Form::Curve:
+            return readPairs(row);
+        case Form::Encoded:
+            readEncoded();
+            return true;
+        case Form::Label:
+            readLabel(terminator);
+            return true;
+        case Form::Terminator:
+            readTerminator();
+            return true;
+        case Form::Character:
+            readCharacter();
+            return true;
+        case Form::Quoted:
+            readQuoted();
+            return true;
+        case Form::Comment:
+            readComment();
+            return true;
+    }
+    return true;
+}
+
+// ---- numbers --------------------------------------------------------------------------------------------------------
+
+// at_ stands on a sign, a digit or a point that begin one.
+double Reader::readNumber() {
+    const std::size_t end = bytes_.size();
+    std::size_t at = at_;
+    bool negative = false;
+    if (kindOf(byte(at)) == Kind::Sign) {
+        negative = (bytes_[at] & 0x7F) == '-';
+        ++at;
+    }
+    uint64_t digits = 0;
+    int exponent = 0;
+    constexpr uint64_t full = 100'000'000'000'000'000;  // one more digit still fits
+    for (; at < end && isDigit(byte(at)); ++at) {
+        if (digits < full) {
+            digits = digits * 10 + static_cast<uint64_t>(digitOf(byte(at)));
+        } else {
+            ++exponent;
+        }
+    }
+    if (at < end && kindOf(byte(at)) == Kind::Point) {
+        for (++at; at < end && isDigit(byte(at)); ++at) {
+            if (digits >= full) continue;
+            digits = digits * 10 + static_cast<uint64_t>(digitOf(byte(at)));
+            --exponent;
+        }
+    }
+    // No name has a digit or a sign as its second letter, so an exponent cannot be mistaken.
+    if (at + 1 < end && (bytes_[at] & 0x5F) == 'E' && at > at_) {
+        const bool sign = kindOf(byte(at + 1)) == Kind::Sign;
+        const std::size_t first = at + (sign ? 2 : 1);
+        if (first < end && isDigit(byte(first))) {
+            int given = 0;
+            for (at = first; at < end && isDigit(byte(at)); ++at) {
+                given = std::min(given * 10 + digitOf(byte(at)), 1000);
+            }
+            exponent += sign && (bytes_[first - 1] & 0x7F) == '-' ? -given : given;
+        }
+    }
+    at_ = at;
+    double value = static_cast<double>(digits);
+    if (exponent != 0) value = scaled(value, exponent);
+    return negative ? -value : value;
+}
+
+// Up to the terminator, the next name, an ESC or the end; at most that many in numbers_. False: a letter that begins no
+// name stands between them, and what was read is damaged.
+bool Reader::readNumbers(std::size_t most) {
+    numbers_.clear();
+    while (at_ < bytes_.size()) {
+        switch (kindOf(byte(at_))) {
+            case Kind::Digit:
+            case Kind::Sign:
+            case Kind::Point:
+                if (numbers_.size() == most) return true;
+                numbers_.push_back(readNumber());
+                break;
+            case Kind::End:
+                ++at_;
+                return true;
+            case Kind::Escape:
+                return true;
+            case Kind::Letter: {
+                std::size_t behind = 0;
+                if (nameAt(at_, &behind) != nullptr || behind != 0) return true;
+                report_.passOver(std::string(instruction_.name) + " (damaged)", instruction_.offset);
+                skipTo(';');
+                return false;
+            }
+            case Kind::Blank:
+                ++at_;
+                break;
+            case Kind::Other:
+                if (bytes_[at_] == '!' || (bytes_[at_] == '#' && atLineStart())) return true;
+                ++at_;
+                break;
+        }
+    }
+    return true;
+}
+
+bool Reader::readPairs(const ManifestRow& row) {
+    if (!readNumbers(NUMBERS_AT_ONCE)) return false;
+    instruction_.numbers = numbers_;
+    if (numbers_.size() == NUMBERS_AT_ONCE) going_ = &row;
+    return true;
+}
+
+// ---- strings --------------------------------------------------------------------------------------------------------
+
+bool Reader::looksLikeInstruction(std::size_t at) const {
+    std::size_t behind = 0;
+    if (nameAt(at, &behind) == nullptr) return false;
+    return behind >= bytes_.size() || kindOf(byte(behind)) != Kind::Letter || startsKnownName(behind);
+}
+
+// Encoded data are letters too, but hold no digits: where a line ended between two pairs and a name with a number
+// follows, the terminator was forgotten.
+void Reader::readEncoded() {
+    const std::size_t start = at_;
+    const std::size_t escape = find(ESCAPE, at_);
+    std::size_t end = std::min(find(';', at_), escape);
+    bool terminated = end < escape;
+    const std::string_view data = bytes_.substr(start, end - start);
+    for (std::size_t line = data.find('\n'); line != std::string_view::npos; line = data.find('\n', line + 1)) {
+        std::size_t behind = 0;
+        const std::size_t name = start + line + 1;
+        if (nameAt(name, &behind) == nullptr || behind != name + 2 || behind >= bytes_.size()) continue;
+        const uint8_t next = byte(behind);
+        if (next == '-' || (next >= '0' && next <= '9' && next != '7')) {
+            end = name;
+            terminated = false;
+            break;
+        }
+    }
+    instruction_.text = bytes_.substr(start, end - start);
+    instruction_.endsEarly = !terminated;
+    if (!terminated && end == bytes_.size()) brokenOff_ = Ending::InEncodedLine;
+    at_ = end + (terminated ? 1 : 0);
+}
+
+// Where a label ends whose terminator does not come in all the rest of the file: before a line that begins with an
+// instruction.
+std::size_t Reader::endOfBrokenLabel() const {
+    for (std::size_t line = bytes_.find('\n', at_); line != std::string_view::npos; line = bytes_.find('\n', line + 1)) {
+        std::size_t next = line + 1;
+        while (next < bytes_.size() && (bytes_[next] == '\n' || bytes_[next] == '\r')) {
+            ++next;
+        }
+        if (!looksLikeInstruction(next)) continue;
+        std::size_t end = line;
+        while (end > at_ && (bytes_[end - 1] == '\r' || bytes_[end - 1] == ';')) {
+            --end;
+        }
+        return end;
+    }
+    return bytes_.size();
+}
+
+std::size_t Reader::endOfLabel(char terminator) {
+    const std::size_t end = find(terminator, at_);
+    return end < bytes_.size() ? end : endOfBrokenLabel();
+}
+
+void Reader::readLabel(char terminator) {
+    const std::size_t start = at_;
+    std::size_t end = endOfLabel(terminator);
+    // Writers that forget the terminator leave the language in mid-label.
+    for (std::size_t escape = find(ESCAPE, start); escape < end; escape = find(ESCAPE, escape + 1)) {
+        const char next = escape + 1 < bytes_.size() ? bytes_[escape + 1] : '\0';
+        if (next == '%' || next == 'E' || next == '.') end = escape;
+    }
+    const bool terminated = end < bytes_.size() && bytes_[end] == terminator;
+    instruction_.text = bytes_.substr(start, end - start);
+    instruction_.endsEarly = !terminated;
+    if (!terminated && end == bytes_.size()) brokenOff_ = Ending::InLabel;
+    at_ = end + (terminated ? 1 : 0);
+}
+
+// DTc, DTc,0 or DT alone: the text is "c" or "c,0" or nothing.
+void Reader::readTerminator() {
+    const std::size_t start = at_;
+    if (at_ >= bytes_.size() || bytes_[at_] == ';') return;
+    ++at_;
+    if (at_ + 1 < bytes_.size() && bytes_[at_] == ',' && (bytes_[at_ + 1] == '0' || bytes_[at_ + 1] == '1')) at_ += 2;
+    instruction_.text = bytes_.substr(start, at_ - start);
+}
+
+void Reader::readCharacter() {
+    while (at_ < bytes_.size() && bytes_[at_] == ' ') {
+        ++at_;
+    }
+    if (at_ >= bytes_.size() || bytes_[at_] == ';' || bytes_[at_] == ESCAPE) return;
+    instruction_.text = bytes_.substr(at_, 1);
+    ++at_;
+}
+
+// Numbers, and text in quotes between them.
+void Reader::readQuoted() {
+    numbers_.clear();
+    while (at_ < bytes_.size()) {
+        const Kind kind = kindOf(byte(at_));
+        if (bytes_[at_] == '"') {
+            const std::size_t end = bytes_.find('"', at_ + 1);
+            if (end == std::string_view::npos) {
+                skipTo(';');
+                break;
+            }
+            instruction_.text = bytes_.substr(at_ + 1, end - at_ - 1);
+            at_ = end + 1;
+        } else if (kind == Kind::Digit || kind == Kind::Sign || kind == Kind::Point) {
+            const double number = readNumber();
+            if (numbers_.size() < NUMBERS_AT_ONCE) numbers_.push_back(number);
+        } else if (kind == Kind::End || kind == Kind::Escape || kind == Kind::Letter) {
+            break;
+        } else {
+            ++at_;
+        }
+    }
+    instruction_.numbers = numbers_;
+}
+
+// In quotes, or up to the terminator.
+void Reader::readComment() {
+    while (at_ < bytes_.size() && bytes_[at_] == ' ') {
+        ++at_;
+    }
+    const std::size_t start = at_;
+    const std::size_t quote = at_ < bytes_.size() && bytes_[at_] == '"' ? bytes_.find('"', at_ + 1) : std::string_view::npos;
+    if (quote != std::string_view::npos) {
+        at_ = quote + 1;
+    } else {
+        skipTo(';');
+    }
+    instruction_.text = bytes_.substr(start, at_ - start);
+}
+
+}  // namespace plotter

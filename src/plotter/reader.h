@@ -1,0 +1,73 @@
+// The plotter language's words: names, numbers and strings out of a file's bytes, however sloppily they are written.
+// It never fails: what cannot be read is passed over, and the report says where.
+#pragma once
+
+#include <array>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "instruction.h"
+#include "manifest.h"
+#include "report.h"
+
+namespace plotter {
+
+class Reader {
+  public:
+    // The bytes must live as long as the reader.
+    Reader(std::string_view bytes, Report& report);
+
+    // The next instruction from that place on, or null at an ESC or the end; at() then stands there. instruction() is
+    // valid until the next call. terminator: what ends a label.
+    const ManifestRow* next(char terminator);
+    const Instruction& instruction() const { return instruction_; }
+
+    std::size_t at() const { return at_; }
+    void goTo(std::size_t at) { at_ = at; }
+    bool isOver() const { return at_ >= bytes_.size(); }
+    // How the file ends when it ends inside the instruction read last.
+    std::optional<Ending> brokenOff() const { return brokenOff_; }
+
+  private:
+    // Where a byte comes next, from where on that is known: strings end far away in a hostile file, again and again.
+    struct Sought {
+        std::size_t from = 1;
+        std::size_t at = 0;
+    };
+
+    const ManifestRow* readName();
+    const ManifestRow* nameAt(std::size_t at, std::size_t* behind) const;
+    bool startsKnownName(std::size_t at) const;
+    void passOverUnknown(char first, char second, std::size_t start);
+    void skipTo(char end);
+    bool atLineStart() const;
+
+    bool read(const ManifestRow& row, char terminator);
+    bool readNumbers(std::size_t most);
+    bool readPairs(const ManifestRow& row);
+    double readNumber();
+    void readEncoded();
+    void readLabel(char terminator);
+    void readTerminator();
+    void readCharacter();
+    void readQuoted();
+    void readComment();
+    std::size_t find(char wanted, std::size_t from);
+    std::size_t endOfLabel(char terminator);
+    std::size_t endOfBrokenLabel() const;
+    bool looksLikeInstruction(std::size_t at) const;
+
+    uint8_t byte(std::size_t at) const { return static_cast<uint8_t>(bytes_[at]); }
+
+    std::string_view bytes_;
+    Report& report_;
+    std::size_t at_ = 0;
+    Instruction instruction_;
+    const ManifestRow* going_ = nullptr;  // an instruction that is handed over in pieces
+    std::vector<double> numbers_;
+    std::array<Sought, 256> sought_ = {};
+    std::optional<Ending> brokenOff_;
+};
+
+}  // namespace plotter

@@ -1,0 +1,114 @@
+#include "file_bytes.h"
+#include "plain_writer.h"
+#include "plot_run.h"
+#include "plotter.h"
+#include "survey_sheet.h"
+
+namespace plotter {
+
+// What the second pass needs of the first.
+struct Findings {
+    PreparedBytes prepared;  // bytes and owner; bytes of the file itself are not kept
+    Traits traits;
+    bool coloursChosen = false;
+    std::vector<Palette> palettes;  // one a page
+};
+
+namespace {
+
+// The viewer's coordinates: far from where its 32-bit products wrap, and fine enough for any zoom.
+constexpr double LONGEST_SIDE = 131'000;
+constexpr double FARTHEST = 0x1p30;
+constexpr int MOST_DOUBLINGS = 12;
+
+// A4 in plotter units, with a little to spare: what is larger was drawn on larger paper.
+constexpr double A4_LONG = 11'900;
+constexpr double A4_SHORT = 8'420;
+
+double factorFor(const Box& extents) {
+    if (extents.empty()) return 1;
+    const double side = std::max(extents.width(), extents.height());
+    const double reach = std::max({std::abs(extents.low.x), std::abs(extents.low.y), std::abs(extents.high.x),
+                                   std::abs(extents.high.y)});
+    double factor = std::ldexp(1.0, MOST_DOUBLINGS);
+    const double least = std::ldexp(1.0, -MOST_DOUBLINGS);
+    while (factor > least && (side * factor > LONGEST_SIDE || reach * factor > FARTHEST)) {
+        factor /= 2;
+    }
+    return factor;
+}
+
+bool isLarge(const std::vector<SurveySheet::Page>& pages) {
+    return std::ranges::any_of(pages, [](const SurveySheet::Page& page) {
+        const double width = page.extents.width();
+        const double height = page.extents.height();
+        return std::max(width, height) > A4_LONG || std::min(width, height) > A4_SHORT;
+    });
+}
+
+Traits guess(std::string_view bytes) {
+    Traits traits;
+    traits.hpgl2 = bytes.find("\x1b%") != std::string_view::npos;
+    return traits;
+}
+
+// The last page is there only where something was drawn on it.
+void dropTrailingPage(std::vector<SurveySheet::Page>& pages) {
+    if (pages.size() > 1 && !pages.back().draws) pages.pop_back();
+}
+
+}  // namespace
+
+Survey survey(std::string_view file, const Watch& watch) {
+    Survey result;
+    auto findings = std::make_shared<Findings>();
+    findings->prepared = prepareBytes(file);
+    const std::string_view bytes = findings->prepared.bytes;
+
+    Traits traits = guess(bytes);
+    constexpr int mostRuns = 4;  // each trait is found wrong once at most
+    for (int run = 0; run < mostRuns; ++run) {
+        SurveySheet sheet;
+        Report report;
+        RunResult ran = runPlotter(bytes, traits, sheet, report, watch);
+        if (!ran.whole) return result;
+        findings->coloursChosen = ran.coloursChosen;
+        result.report = report;
+        std::vector<SurveySheet::Page> pages = sheet.takePages();
+        dropTrailingPage(pages);
+        ran.found.large = ran.found.large || (ran.sizeAsked && isLarge(pages));
+        findings->traits = traits;
+        findings->palettes.clear();
+        result.pages.clear();
+        for (const SurveySheet::Page& page : pages) {
+            result.pages.push_back({page.draws, page.extents, factorFor(page.extents)});
+            findings->palettes.emplace_back(ran.coloursChosen ? page.ownColours : page.viewerColours);
+        }
+        if (ran.found == traits) break;
+        traits = ran.found;
+    }
+    result.whole = true;
+    if (!findings->prepared.remark.empty()) result.report.meetBound(findings->prepared.remark, 0);
+    result.findings = std::move(findings);
+    return result;
+}
+
+bool write(std::string_view file, const Survey& survey, std::size_t page, const Sink& sink, const Watch& watch) {
+    if (!survey.whole || page >= survey.pages.size()) return false;
+    const Findings& findings = *survey.findings;
+    const std::string_view bytes = findings.prepared.owned ? findings.prepared.bytes : prepareBytes(file).bytes;
+    const double factor = survey.pages[page].factor;
+    PlainWriter writer({page, factor, &findings.palettes[page], findings.coloursChosen}, sink);
+    Traits traits = findings.traits;
+    traits.tolerance = 0.25 / factor;
+    Report report;
+    bool stopped = false;
+    writer.begin();
+    runPlotter(bytes, traits, writer, report, [&](std::size_t done) {
+        stopped = !watch(done);
+        return !stopped && !writer.isDone();
+    });
+    return writer.end() && !stopped;
+}
+
+}  // namespace plotter
