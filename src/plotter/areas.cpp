@@ -26,6 +26,11 @@ Box boxOf(const Area& area) {
     return box;
 }
 
+std::size_t pointsOf(const Area& area) {
+    return std::accumulate(area.begin(), area.end(), std::size_t{0},
+                           [](std::size_t sum, const Ring& ring) { return sum + ring.size(); });
+}
+
 // ---- the winding rule ----
 
 struct Edge {
@@ -230,18 +235,13 @@ bool hasOneMeaning(const Area& area) {
 constexpr int MOST_HALVINGS = 40;
 // Points that halving may go through, for each of the area. A plain outline of a million goes through each ten times; a
 // scribble crosses the cuts more often than it has points, and every one of them makes more.
-constexpr std::size_t MOST_LOOKS_AT_A_POINT = 32;
+constexpr std::size_t MOST_LOOKS_AT_A_POINT = 20;
 constexpr std::size_t MOST_LOOKS_ANYWAY = 100'000;
 
 struct Part {
     Area area;
     int halvings = 0;
 };
-
-std::size_t pointsOf(const Area& area) {
-    return std::accumulate(area.begin(), area.end(), std::size_t{0},
-                           [](std::size_t sum, const Ring& ring) { return sum + ring.size(); });
-}
 
 bool fits(const Area& area, const AreaLimits& limits) {
     return area.size() <= limits.rings &&
@@ -326,6 +326,7 @@ Area withoutNonsense(const Area& area) {
 
 Flattened flattenWinding(const Area& area, std::size_t mostSteps) {
     if (hasOneMeaning(area)) return {area};
+    if (pointsOf(area) > mostSteps) return {area, 0, false};
     const Area clean = withoutNonsense(area);
     const Box box = boxOf(clean);
     WindingSweep sweep(edgesOf(clean), std::max(box.width(), box.height()) * SAME, mostSteps);

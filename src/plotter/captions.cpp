@@ -14,9 +14,9 @@ namespace {
 
 constexpr double UNITS_PER_INCH = 1016;
 constexpr double UNITS_PER_POINT = UNITS_PER_INCH / 72;
-constexpr double CAPITAL_HEIGHT = 21;     // of the glyphs
+constexpr double CAPITAL_HEIGHT = 21;  // of the glyphs
 constexpr double CAPITAL_WIDTH = 14;
-constexpr double CAPITAL_TO_EM = 0.7;     // of a printer's typefaces
+constexpr double CAPITAL_TO_EM = 0.7;  // of a printer's typefaces
 constexpr double CELL_TO_WIDTH = 1.5;
 constexpr double SLANT = 0.2;
 
@@ -48,6 +48,24 @@ Extent widthOf(const Glyph& glyph) {
     return box.empty() ? Extent{} : Extent{box.low.x, box.high.x};
 }
 
+// How a glyph is set: its scale across, where its x of 0 comes to lie, and the way to the next.
+struct Fit {
+    double wide, left, advance;
+};
+
+Fit fitWidth(char32_t character, const Glyph& glyph, const CaptionFont& font) {
+    const double advance = textWidth(faceOf(font), character, glyph) / 1000 * font.height * UNITS_PER_POINT;
+    const double wide = advance / std::max(glyph.right - glyph.left, 1.0);
+    return {wide, -glyph.left * wide, advance};
+}
+
+Fit fitCell(const Glyph& glyph, double cell) {
+    const Extent body = widthOf(glyph);
+    const double room = cell / CELL_TO_WIDTH;
+    const double wide = room / std::max(CAPITAL_WIDTH, body.high - body.low);
+    return {wide, (room - (body.low + body.high) * wide) / 2, cell};
+}
+
 }  // namespace
 
 double CaptionFont::advance() const {
@@ -68,19 +86,8 @@ CaptionStrokes strokesOf(char32_t character, const CaptionFont& font, double cel
     strokes.isKnown = known != nullptr;
     const Glyph& glyph = known != nullptr ? *known : unknownGlyph();
     const double tall = pointsOf(font) * UNITS_PER_POINT * CAPITAL_TO_EM / CAPITAL_HEIGHT;
-    double wide = tall;
-    double left = 0;
-    if (font.proportional) {
-        strokes.advance = textWidth(faceOf(font), character, glyph) / 1000 * font.height * UNITS_PER_POINT;
-        wide = strokes.advance / std::max(glyph.right - glyph.left, 1.0);
-        left = -glyph.left * wide;
-    } else {
-        const Extent body = widthOf(glyph);
-        const double room = cell / CELL_TO_WIDTH;
-        wide = room / std::max(CAPITAL_WIDTH, body.high - body.low);
-        left = (room - (body.low + body.high) * wide) / 2;
-        strokes.advance = cell;
-    }
+    const auto [wide, left, advance] = font.proportional ? fitWidth(character, glyph, font) : fitCell(glyph, cell);
+    strokes.advance = advance;
     const double slant = font.italic ? SLANT : 0;
     for (const Line& stroke : glyph.strokes) {
         Line& line = strokes.lines.emplace_back();

@@ -11,10 +11,10 @@
 namespace plotter {
 
 struct CaptionFont {
-    int symbolSet = 277;         // 32 times the number, plus the letter less 64: 277 is 8U
+    int symbolSet = 277;  // 32 times the number, plus the letter less 64: 277 is 8U
     bool proportional = false;
-    double pitch = 10;           // characters an inch, of a fixed one
-    double height = 12;          // points
+    double pitch = 10;   // characters an inch, of a fixed one
+    double height = 12;  // points
     bool italic = false;
     int typeface = 3;
 
@@ -31,9 +31,9 @@ struct CaptionCharacter {
 CaptionCharacter nextCharacter(std::string_view text, int symbolSet);
 
 struct CaptionStrokes {
-    std::vector<Line> lines;   // plotter units from the character's origin on the baseline; y upwards
-    double advance = 0;        // to the next one's origin
-    bool isKnown = true;       // false: a box stands for it
+    std::vector<Line> lines;  // plotter units from the character's origin on the baseline; y upwards
+    double advance = 0;       // to the next one's origin
+    bool isKnown = true;      // false: a box stands for it
 };
 // cell: how far apart fixed characters are.
 CaptionStrokes strokesOf(char32_t character, const CaptionFont& font, double cell);

@@ -4,7 +4,7 @@ namespace plotter {
 
 namespace {
 
-constexpr double CENTIMETRE = 400;   // plotter units
+constexpr double CENTIMETRE = 400;  // plotter units
 // Larger numbers are of no use to anybody, and smaller than that all products of two are numbers still.
 constexpr double LARGEST = 0x1p30;
 

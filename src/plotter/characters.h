@@ -20,10 +20,10 @@ struct Typeface {
 
     SymbolSet symbols;
     std::optional<bool> proportional;
-    std::optional<double> pitch;    // characters an inch, of a fixed font
-    std::optional<double> height;   // points
-    int32_t posture = 0;            // 1: italic
-    int32_t weight = 0;             // -7 to 7, or 9999
+    std::optional<double> pitch;   // characters an inch, of a fixed font
+    std::optional<double> height;  // points
+    int32_t posture = 0;           // 1: italic
+    int32_t weight = 0;            // -7 to 7, or 9999
     int32_t number = STICK;
 };
 
@@ -31,13 +31,13 @@ struct Typeface {
 struct CharacterSize {
     enum class Kind { OfFont, Absolute, Relative };
     Kind kind = Kind::OfFont;
-    double width = 0;    // of a capital; Absolute: plotter units, Relative: per cent of P1 to P2
+    double width = 0;  // of a capital; Absolute: plotter units, Relative: per cent of P1 to P2
     double height = 0;
 };
 
 // DI, DR and DU.
 struct TextDirection {
-    bool relative = false;   // run and rise are shares of P1 to P2
+    bool relative = false;  // run and rise are shares of P1 to P2
     double run = 1;
     double rise = 0;
 };
@@ -45,7 +45,7 @@ struct TextDirection {
 struct LabelTerminator {
     static constexpr char ETX = '\3';
     char byte = ETX;
-    bool drawn = false;      // DTc,0
+    bool drawn = false;  // DTc,0
 };
 
 // How bytes beyond ASCII are read where the set does not say it: CM.
@@ -59,25 +59,25 @@ inline constexpr std::size_t USER_POINTS = 4'000'000;
 struct Characters {
     Typeface standard;
     Typeface alternate;
-    bool alternateSelected = false;   // SA, and SO in a label
+    bool alternateSelected = false;  // SA, and SO in a label
     CharacterMode mode = CharacterMode::Hp7;
 
     CharacterSize size;
     TextDirection direction;
-    double slant = 0;        // SL: tangent
-    double extraSpace = 0;   // ES: shares of an advance and of a line feed
+    double slant = 0;       // SL: tangent
+    double extraSpace = 0;  // ES: shares of an advance and of a line feed
     double extraLine = 0;
-    int origin = 1;          // LO
-    int path = 0;            // DV, quarter turns clockwise of the way from one character to the next
+    int origin = 1;  // LO
+    int path = 0;    // DV, quarter turns clockwise of the way from one character to the next
     bool feedReversed = false;
 
     LabelTerminator terminator;
-    bool transparent = false;   // TD: control codes are characters
-    bool wide = false;          // LM: two bytes a character
-    char symbol = 0;            // SM; 0: none
-    std::string buffer;         // BL
+    bool transparent = false;  // TD: control codes are characters
+    bool wide = false;         // LM: two bytes a character
+    char symbol = 0;           // SM; 0: none
+    std::string buffer;        // BL
 
-    std::map<uint8_t, std::vector<Line>> userCharacters;   // DL, on its own grid
+    std::map<uint8_t, std::vector<Line>> userCharacters;  // DL, on its own grid
     Budget replayed = Budget(REPLAYED_CHARACTERS);
     Budget userPoints = Budget(USER_POINTS);
 };

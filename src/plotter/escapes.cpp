@@ -48,7 +48,7 @@ std::size_t readValue(std::string_view bytes, std::size_t at, EscapeField& field
     }
     skipBlanks();
     double value = 0;
-    double place = 0;   // of the next digit behind the point; 0 in front of it
+    double place = 0;  // of the next digit behind the point; 0 in front of it
     for (; at < bytes.size() && (isDigit(bytes[at]) || (bytes[at] == '.' && place == 0)); ++at) {
         if (bytes[at] == '.') {
             place = 0.1;
@@ -146,7 +146,8 @@ std::size_t skipEscape(std::string_view bytes, std::size_t offset) {
 }
 
 std::size_t skipDeviceControl(std::string_view bytes, std::size_t offset) {
-    if (offset + 1 >= bytes.size() || bytes[offset] != '.' || DEVICE_LETTERS.find(bytes[offset + 1]) == std::string_view::npos) {
+    if (offset + 1 >= bytes.size() || bytes[offset] != '.' ||
+        DEVICE_LETTERS.find(bytes[offset + 1]) == std::string_view::npos) {
         return offset;
     }
     std::size_t at = offset + 2;

@@ -17,20 +17,20 @@ namespace plotter {
 inline constexpr char ESCAPE = '\x1b';
 
 struct EscapeField {
-    double value = 0;          // 0 when none was given
-    bool isSigned = false;     // + or - was written: relative, for a cursor
-    char letter = 0;           // its last letter, as a capital
-    std::string_view data;     // the bytes it carries
-    bool isCut = false;        // the file ends inside of them
+    double value = 0;       // 0 when none was given
+    bool isSigned = false;  // + or - was written: relative, for a cursor
+    char letter = 0;        // its last letter, as a capital
+    std::string_view data;  // the bytes it carries
+    bool isCut = false;     // the file ends inside of them
 };
 
 class EscapeReader {
   public:
     enum class Kind {
-        Alone,           // nothing that belongs to it follows: one byte
-        TwoCharacters,   // `family` is the second one
+        Alone,          // nothing that belongs to it follows: one byte
+        TwoCharacters,  // `family` is the second one
         Fields,
-        DeviceControl,   // `family` is its letter, 0 when there is none
+        DeviceControl,  // `family` is its letter, 0 when there is none
     };
 
     // At an ESC of these bytes.
@@ -38,7 +38,7 @@ class EscapeReader {
 
     Kind kind() const { return kind_; }
     char family() const { return family_; }
-    char group() const { return group_; }   // 0 when there is none, as in ESC%0B
+    char group() const { return group_; }  // 0 when there is none, as in ESC%0B
     bool is(char family, char group) const { return kind_ == Kind::Fields && family_ == family && group_ == group; }
 
     // The next field. False, with `field` unchanged, when there is no further one: a byte that cannot stand in a

@@ -210,7 +210,8 @@ void forPieces(std::string_view bytes, Piece piece) {
         } else if (!isLetter(at) || !isLetter(at + 1)) {
             ++at;
         } else {
-            const std::array<char, 2> name = {static_cast<char>(bytes[at] & 0x5f), static_cast<char>(bytes[at + 1] & 0x5f)};
+            const std::array<char, 2> name = {static_cast<char>(bytes[at] & 0x5f),
+                                              static_cast<char>(bytes[at + 1] & 0x5f)};
             const std::string_view word(name.data(), name.size());
             at += 2;
             if (word == "PE") {

@@ -23,7 +23,7 @@ class Machine;
 inline constexpr std::size_t MOST_HATCH_LINES = 20'000;
 inline constexpr std::size_t MOST_HATCH_PIECES = 2'000'000;
 // Steps in one drawing that the winding rule may take; a step as in areas.h.
-inline constexpr std::size_t MOST_WINDING_STEPS_IN_ALL = 40'000'000;
+inline constexpr std::size_t MOST_WINDING_STEPS_IN_ALL = 8'000'000;
 // Pens of one raster pattern that are told apart; what others draw counts for the last of them.
 inline constexpr std::size_t MOST_RASTER_PENS = 16;
 

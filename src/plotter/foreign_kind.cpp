@@ -1,5 +1,5 @@
-// What a file is that no plotter draws. Conservative: a plot that is refused is lost, a picture that is taken for a plot
-// is only a strange drawing.
+// What a file is that no plotter draws. Conservative: a plot that is refused is lost, a picture that is taken for a
+// plot is only a strange drawing.
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -10,7 +10,7 @@ namespace plotter {
 
 namespace {
 
-constexpr std::size_t HEAD = 4096;   // bytes in which a file says what it is
+constexpr std::size_t HEAD = 4096;  // bytes in which a file says what it is
 
 struct Magic {
     std::string_view start;

@@ -200,7 +200,8 @@ class Font {
 
     void takeHighMarks() {
         for (const MarkRow& row : markTable()) {
-            Glyph glyph = {.left = glyphs_.at(row.mark).left, .right = glyphs_.at(row.mark).right, .strokes = {}, .ink = {}};
+            Glyph glyph = {
+                .left = glyphs_.at(row.mark).left, .right = glyphs_.at(row.mark).right, .strokes = {}, .ink = {}};
             append(glyph, glyphs_.at(row.mark), 1, {0, row.rise});
             glyphs_[HIGH_MARKS + (row.mark - COMBINING_MARKS)] = std::move(glyph);
         }
@@ -246,10 +247,8 @@ const Glyph* findGlyph(char32_t character) {
 }
 
 const Glyph& unknownGlyph() {
-    static const Glyph BOX = {.left = -9,
-                              .right = 9,
-                              .strokes = {{{-6, 0}, {-6, 21}, {6, 21}, {6, 0}, {-6, 0}}},
-                              .ink = {{-6, 0}, {6, 21}}};
+    static const Glyph BOX = {
+        .left = -9, .right = 9, .strokes = {{{-6, 0}, {-6, 21}, {6, 21}, {6, 0}, {-6, 0}}}, .ink = {{-6, 0}, {6, 21}}};
     return BOX;
 }
 

@@ -7,8 +7,8 @@ namespace plotter {
 
 namespace {
 
-constexpr double ADVANCE = 1.5;   // of widths of a capital
-constexpr double LINE_FEED = 2;   // of heights
+constexpr double ADVANCE = 1.5;  // of widths of a capital
+constexpr double LINE_FEED = 2;  // of heights
 // A text typeface's em: capitals are 0.7 of it high, and an average one is two thirds as wide as high.
 constexpr double CAPITALS_TO_EM = 1 / 0.7;
 constexpr double AVERAGE_WIDTH = 0.667;
@@ -25,7 +25,7 @@ constexpr char32_t FORMS = 0x2500;
 constexpr char32_t FORMS_END = 0x25A0;
 constexpr char32_t MARKS_END = 0x0370;
 constexpr char32_t HIGH_MARKS_END = HIGH_MARKS + (MARKS_END - COMBINING_MARKS);
-constexpr int TAB_SPACES = 5;   // of a printer
+constexpr int TAB_SPACES = 5;  // of a printer
 // A symbol whose middle is not further from a capital's than this is put on its point exactly.
 constexpr double NEARLY_MIDDLE = 4;
 
@@ -48,18 +48,18 @@ struct Cell {
     const std::vector<Line>* strokes = nullptr;
     Point scale = {};
     Point shift = {};
-    double advance = 0;   // without ES
-    double width = 0;     // that is seen
-    bool over = false;    // goes over the one before
+    double advance = 0;  // without ES
+    double width = 0;    // that is seen
+    bool over = false;   // goes over the one before
     bool user = false;
 };
 
 struct Token {
     enum class Kind { Character, Control, Nothing };
     Kind kind = Kind::Nothing;
-    char32_t character = 0;   // Control: the code. Character: 0 is a blank
+    char32_t character = 0;  // Control: the code. Character: 0 is a blank
     char32_t code = 0;
-    bool isCode = true;       // code has been looked up in a set, and is not Unicode
+    bool isCode = true;  // code has been looked up in a set, and is not Unicode
 };
 
 bool isMark(char32_t character) {
@@ -90,8 +90,8 @@ Cell fixedCell(const Face& face, char32_t character, const Glyph& glyph) {
     Cell cell = {.strokes = &glyph.strokes, .advance = ADVANCE * face.width, .width = face.width};
     const double body = glyph.ink.width();
     const bool meetsOthers = character >= FORMS && character < FORMS_END;
-    const double scale = meetsOthers || isMark(character) ? face.width / GLYPH_BODY
-                                                          : face.width / std::max(GLYPH_BODY, body);
+    const double scale =
+        meetsOthers || isMark(character) ? face.width / GLYPH_BODY : face.width / std::max(GLYPH_BODY, body);
     cell.scale = {scale, face.height / GLYPH_CAPITAL};
     const bool fromMiddle = meetsOthers || isMark(character) || glyph.ink.empty();
     cell.shift.x = fromMiddle ? face.width / 2 : (face.width - body * scale) / 2 - glyph.ink.low.x * scale;
@@ -107,8 +107,7 @@ Cell ownCell(const Face& face, char32_t character, const Glyph& glyph) {
 }
 
 Cell cellOf(const Face& face, char32_t character, const Glyph& glyph) {
-    return face.spacing == Face::Spacing::Fixed ? fixedCell(face, character, glyph)
-                                                : ownCell(face, character, glyph);
+    return face.spacing == Face::Spacing::Fixed ? fixedCell(face, character, glyph) : ownCell(face, character, glyph);
 }
 
 class LabelWriter {
@@ -122,13 +121,13 @@ class LabelWriter {
   private:
     // Where a line has come to. Reading a line twice, to measure and to draw, begins with the same one twice.
     struct Walk {
-        std::size_t at = 0;       // in the text
+        std::size_t at = 0;  // in the text
         bool alternate = false;
-        Point cursor = {};        // from the line's start, upright plotter units
-        Point lastStep = {};      // what brought it there; none: nothing has been drawn
+        Point cursor = {};    // from the line's start, upright plotter units
+        Point lastStep = {};  // what brought it there; none: nothing has been drawn
         Cell lastCell = {};
         bool lastTall = false;
-        Box box = {};               // of what has been drawn, likewise
+        Box box = {};  // of what has been drawn, likewise
     };
 
     const Face& face(bool alternate) const { return lettering_.faces[alternate ? 1 : 0]; }
@@ -288,7 +287,8 @@ void LabelWriter::control(Walk& walk, uint8_t code) const {
             walk.cursor = walk.cursor - back;
             break;
         case TAB:
-            walk.cursor = walk.cursor + (lettering_.printer ? stepOf(now, spaceAdvance(now)) * TAB_SPACES : back * -0.5);
+            walk.cursor =
+                walk.cursor + (lettering_.printer ? stepOf(now, spaceAdvance(now)) * TAB_SPACES : back * -0.5);
             break;
         case SHIFT_OUT:
             walk.alternate = true;
@@ -326,7 +326,7 @@ bool leavesLineAsItIs(int origin) {
 }
 
 Point LabelWriter::originShift(const Box& box) const {
-    const int place = (lettering_.origin - 1) % 10;   // 0 to 8
+    const int place = (lettering_.origin - 1) % 10;  // 0 to 8
     const int column = place / 3;
     const int row = place % 3;
     const Face& now = face(pen_.alternate);
@@ -424,10 +424,11 @@ Point Lettering::feed(const Face& face) const {
 void layStrokes(const Lettering& lettering, const Face& face, std::span<const Line> strokes, Point scale, Point shift,
                 Point at, LabelOutput& output) {
     Line drawn;
-    for (const double displaced : {0.0, HEAVY * face.width}) {
-        if (displaced != 0 && !face.bold) break;
+    for (int copy = 0; copy < (face.bold ? 2 : 1); ++copy) {
+        const double displaced = copy * HEAVY * face.width;
         for (const Line& stroke : strokes) {
             drawn.clear();
+            drawn.reserve(stroke.size());
             for (const Point p : stroke) {
                 const double y = p.y * scale.y + shift.y;
                 const double x = p.x * scale.x + shift.x + displaced + y * face.slant;

@@ -24,16 +24,16 @@ struct Face {
     Spacing spacing = Spacing::Fixed;
     double width = 0;
     double height = 0;
-    double slant = 0;    // tangent, SL and the typeface's own together
+    double slant = 0;  // tangent, SL and the typeface's own together
     bool bold = false;
 };
 
 // Everything that a label's look depends on.
 struct Lettering {
-    Face faces[2];              // the standard and the alternate one
-    bool mirroredX = false;     // negative width: everything runs to the left
+    Face faces[2];           // the standard and the alternate one
+    bool mirroredX = false;  // negative width: everything runs to the left
     bool mirroredY = false;
-    double cosine = 1;          // of the direction
+    double cosine = 1;  // of the direction
     double sine = 0;
     double extraSpace = 0;
     double extraLine = 0;
@@ -42,8 +42,8 @@ struct Lettering {
     bool feedReversed = false;
     bool transparent = false;
     bool wide = false;
-    bool printer = false;       // control codes as printers have them
-    bool hpgl2 = false;         // the grid of downloaded characters
+    bool printer = false;  // control codes as printers have them
+    bool hpgl2 = false;    // the grid of downloaded characters
     CharacterMode mode = CharacterMode::Hp7;
     const std::map<uint8_t, std::vector<Line>>* userCharacters = nullptr;
 
@@ -57,8 +57,8 @@ struct Lettering {
 // Where a label begins, and where it leaves off; plotter units.
 struct LabelPen {
     Point position;
-    Point carriage;           // where CR returns to
-    bool alternate = false;   // the alternate font is on
+    Point carriage;          // where CR returns to
+    bool alternate = false;  // the alternate font is on
 };
 
 class LabelOutput {

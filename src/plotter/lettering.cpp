@@ -20,7 +20,7 @@ constexpr Point DEFAULT_HPGL2_SIZE = {0.188, 0.269};
 // Of the stick font.
 constexpr double DEFAULT_PITCH = 9;
 constexpr double DEFAULT_POINTS = 11.5;
-constexpr double ADVANCE = 1.5;          // of widths
+constexpr double ADVANCE = 1.5;            // of widths
 constexpr double STICK_CAPITAL = 2.0 / 3;  // of the font's height
 // Of text typefaces: capitals, and an average letter's width, of the em and of a capital's height; a typewriter's
 // characters are 0.6 em wide each.

@@ -50,7 +50,10 @@ class Dash {
     explicit Dash(const LineTaker& taker) : taker_(taker) {}
 
     // A dot that is on the paper already, where the first dash may be one.
-    void skipDot(Point p) { skipped_ = p; }
+    void skipDot(Point p) {
+        skips_ = true;
+        skipped_ = p;
+    }
     // The pen is down here; it may be already.
     void begin(Point p) {
         if (points_.empty()) points_.push_back(p);
@@ -66,15 +69,16 @@ class Dash {
     void turn() { straight_ = false; }
     void end() {
         if (points_.empty()) return;
-        if (points_.size() > 1 || points_.front() != skipped_) taker_(points_);
-        skipped_.reset();
+        if (points_.size() > 1 || !skips_ || points_.front() != skipped_) taker_(points_);
+        skips_ = false;
         points_.clear();
         straight_ = false;
     }
 
   private:
     LineTaker taker_;
-    std::optional<Point> skipped_;
+    bool skips_ = false;
+    Point skipped_;
     Line points_;
     bool straight_ = false;  // what comes lies on the line between the last two
 };

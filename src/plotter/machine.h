@@ -99,6 +99,8 @@ class Machine {
     Ink ink() const { return inkOf(state.pens.selected); }
     Ink inkOf(int32_t pen) const;
     bool pageIsMarked() const { return pageMarked_; }
+    // For one Path at a time.
+    Line& roomForPath() { return path_; }
     // How far a curve may be from its chords, plotter units.
     double tolerance() const { return traits_.tolerance; }
 
@@ -135,7 +137,7 @@ class Machine {
     bool pageMarked_ = false;
     bool aPenDrew_ = false;
     bool noPenDrew_ = false;  // strokes were lost for want of a pen
-    Line onPaper_;  // room that is kept between calls
+    Line onPaper_, path_;  // room that is kept between calls
 };
 
 }  // namespace plotter

@@ -83,9 +83,9 @@ void addNumbers(Output& output, const std::string& record) {
 void addGlyph(Output& output, char32_t character, const std::string& record) {
     const std::size_t first = output.numbers;
     addNumbers(output, record);
-    output.glyphs += "{" + std::to_string(static_cast<uint32_t>(character)) + "," +
-                     std::to_string(record[0] - ORIGIN) + "," + std::to_string(record[1] - ORIGIN) + "," +
-                     std::to_string(first) + "," + std::to_string(output.numbers - first) + "},\n";
+    output.glyphs += "{" + std::to_string(static_cast<uint32_t>(character)) + "," + std::to_string(record[0] - ORIGIN) +
+                     "," + std::to_string(record[1] - ORIGIN) + "," + std::to_string(first) + "," +
+                     std::to_string(output.numbers - first) + "},\n";
 }
 
 using Glyphs = std::map<char32_t, std::string>;
@@ -110,8 +110,10 @@ bool writeAll(const char* path, const Glyphs& glyphs) {
     }
     std::ofstream file(path, std::ios::binary);
     file << "// Written by make_glyphs.\n#include \"font_data.h\"\n\nnamespace plotter {\n\nnamespace {\n\n"
-         << "constexpr FontGlyph GLYPHS[] = {\n" << output.glyphs << "};\n\n"
-         << "constexpr int8_t COORDINATES[] = {\n" << output.coordinates << "};\n\n}  // namespace\n\n"
+         << "constexpr FontGlyph GLYPHS[] = {\n"
+         << output.glyphs << "};\n\n"
+         << "constexpr int8_t COORDINATES[] = {\n"
+         << output.coordinates << "};\n\n}  // namespace\n\n"
          << "std::span<const FontGlyph> fontGlyphs() {\n    return GLYPHS;\n}\n\n"
          << "std::span<const int8_t> fontCoordinates() {\n    return COORDINATES;\n}\n\n}  // namespace plotter\n";
     return static_cast<bool>(file.flush());

@@ -1,6 +1,7 @@
 #include <array>
 #include <cstdint>
 
+#include "digits.h"
 #include "plotter.h"
 
 // The viewer's dialect and a plotter's are the same here: absolute moves in whole numbers, pens that are chosen before
@@ -13,7 +14,7 @@ namespace {
 constexpr std::size_t MOST_PARAMETERS = 255;      // of a command, in the viewer
 constexpr int64_t MOST_COORDINATE = 1 << 30;
 constexpr int64_t LONGEST_SIDE = 131'071;         // beyond, the viewer's products wrap on the finest page
-constexpr int MOST_DIGITS = 10;
+constexpr std::size_t MOST_DIGITS = 10;
 constexpr int32_t MOST_PEN = 63;
 constexpr std::size_t POINTS_IN_A_RING = 1998;
 constexpr std::size_t RINGS_IN_AN_AREA = 256;
@@ -80,17 +81,25 @@ class PlainScan {
         }
     }
 
-    // A whole number where a sign or digit stands.
-    bool readNumber(int64_t& number) {
-        const bool negative = *at_ == '-';
-        if (negative) ++at_;
-        int64_t value = 0;
-        int digits = 0;
-        for (; at_ != end_ && *at_ >= '0' && *at_ <= '9'; ++at_, ++digits) {
-            if (digits == MOST_DIGITS) return false;
-            value = value * 10 + (*at_ - '0');
+    // A whole number where a sign or digit stands; `at` goes behind it.
+    static bool readNumber(const char*& at, const char* end, int64_t& number) {
+        const bool negative = *at == '-';
+        if (negative) ++at;
+        uint64_t value = 0;
+        std::size_t digits = 0;
+        if (end - at >= static_cast<std::ptrdiff_t>(DIGITS_AT_ONCE)) {
+            digits = readEightDigits(at, value);
+            at += digits;
+            if (digits < DIGITS_AT_ONCE) {
+                number = negative ? -static_cast<int64_t>(value) : static_cast<int64_t>(value);
+                return digits > 0;
+            }
         }
-        number = negative ? -value : value;
+        for (; at != end && *at >= '0' && *at <= '9'; ++at, ++digits) {
+            if (digits == MOST_DIGITS) return false;
+            value = value * 10 + static_cast<uint64_t>(*at - '0');
+        }
+        number = negative ? -static_cast<int64_t>(value) : static_cast<int64_t>(value);
         return digits > 0;
     }
 
@@ -100,48 +109,52 @@ class PlainScan {
     // The few numbers of an instruction that has no coordinates.
     bool readNumbers() {
         for (count_ = 0; at_ != end_ && begins(*at_);) {
-            if (count_ == numbers_.size() || !readNumber(numbers_[count_++])) return false;
+            if (count_ == numbers_.size() || !readNumber(at_, end_, numbers_[count_++])) return false;
             if (at_ != end_ && *at_ == ',') ++at_;
         }
         return ends();
     }
 
     bool readPoints() {
-        points_ = 0;
         begun_ = true;
-        if (at_ != end_ && *at_ == ' ') ++at_;
-        while (at_ != end_ && begins(*at_)) {
+        const char* at = at_;
+        const char* const end = end_;
+        std::size_t points = 0;
+        if (at != end && *at == ' ') ++at;
+        while (at != end && begins(*at)) {
             int64_t x = 0;
             int64_t y = 0;
-            if (!readNumber(x) || at_ == end_ || (*at_ != ',' && *at_ != ' ')) return false;
-            ++at_;
-            if (at_ == end_ || !begins(*at_) || !readNumber(y)) return false;
-            if (at_ != end_ && (*at_ == ',' || *at_ == ' ')) ++at_;
+            if (!readNumber(at, end, x) || at == end || (*at != ',' && *at != ' ')) return false;
+            ++at;
+            if (at == end || !begins(*at) || !readNumber(at, end, y)) return false;
+            if (at != end && (*at == ',' || *at == ' ')) ++at;
             if (!takePoint(x, y)) return false;
-            ++points_;
+            ++points;
         }
-        return 2 * points_ <= MOST_PARAMETERS && ends();
+        at_ = at;
+        points_ = points;
+        return 2 * points <= MOST_PARAMETERS && ends();
     }
 
     bool takePoint(int64_t x, int64_t y) {
         if (x > MOST_COORDINATE || x < -MOST_COORDINATE || y > MOST_COORDINATE || y < -MOST_COORDINATE) return false;
-        if (inPolygon_) {
-            // The first point behind PM1 is reached with the pen up, all others with the pen down.
-            if (down_ != (ringPoints_ != 0)) return false;
-            if (++ringPoints_ > POINTS_IN_A_RING) return false;
-        } else if (down_) {
-            if (!mayDraw() || !placed_) return false;
-            mayBeDot_ = false;
-        }
+        if (inPolygon_ && !takeVertex()) return false;
         if (down_) {
-            widen(x_, y_);
+            if (!inPolygon_ && !drawn_ && !mayDraw()) return false;
+            if (!placed_) return false;
+            mayBeDot_ = false;
+            if (fresh_) widen(x_, y_);
             widen(x, y);
         }
+        fresh_ = !down_;
         x_ = x;
         y_ = y;
         placed_ = true;
         return true;
     }
+
+    // The first point behind PM1 is reached with the pen up, all others with the pen down.
+    bool takeVertex() { return down_ == (ringPoints_ != 0) && ++ringPoints_ <= POINTS_IN_A_RING; }
 
     void widen(int64_t x, int64_t y) {
         if (x < lowX_) lowX_ = x;
@@ -152,8 +165,9 @@ class PlainScan {
 
     bool isNarrow() const { return highX_ - lowX_ <= LONGEST_SIDE && highY_ - lowY_ <= LONGEST_SIDE; }
 
+    // Whether the pen has ink whose colour both agree on.
     bool mayDraw() {
-        drawn_ = true;
+        drawn_ = anythingDrawn_ = true;
         return pen_ != 0 && (!coloursSaid_ || coloured_[static_cast<std::size_t>(pen_)]);
     }
 
@@ -163,6 +177,7 @@ class PlainScan {
         const int64_t pen = count_ == 1 ? numbers_[0] : 0;
         if (pen < 0 || pen > MOST_PEN) return false;
         pen_ = static_cast<int32_t>(pen);
+        drawn_ = false;
         return true;
     }
 
@@ -181,7 +196,7 @@ class PlainScan {
 
     bool readColour() {
         begun_ = true;
-        if (!readNumbers() || count_ != 4 || drawn_ || numbers_[0] < 1 || numbers_[0] > MOST_PEN) return false;
+        if (!readNumbers() || count_ != 4 || anythingDrawn_ || numbers_[0] < 1 || numbers_[0] > MOST_PEN) return false;
         for (std::size_t i = 1; i < 4; ++i) {
             if (numbers_[i] < 0 || numbers_[i] > 255) return false;
         }
@@ -223,7 +238,9 @@ class PlainScan {
     bool down_ = false;
     bool placed_ = false;         // the pen's position has been said
     bool mayBeDot_ = false;       // the pen has come down and not drawn yet
-    bool drawn_ = false;
+    bool drawn_ = false;          // with the pen that is selected
+    bool anythingDrawn_ = false;
+    bool fresh_ = true;           // no line ends at the pen's position
     int32_t pen_ = 0;
     bool coloursSaid_ = false;
     std::array<bool, MOST_PEN + 1> coloured_ = {};

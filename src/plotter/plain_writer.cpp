@@ -16,6 +16,8 @@ constexpr std::size_t POINTS_IN_A_RING = 1990;
 constexpr std::size_t RINGS_IN_AN_AREA = 250;
 constexpr int32_t WIDEST = 32000;  // output units, of the viewer's 16 bits
 constexpr std::size_t PIECE = 65536;
+constexpr std::size_t ROOM = 256;       // longer than all that is written between two looks at what is left
+constexpr std::size_t MOST_DIGITS = 12;  // of 32 bits, with the sign
 
 bool isWithinLimits(const Area& area) {
     return area.size() <= RINGS_IN_AN_AREA &&
@@ -29,9 +31,8 @@ int32_t rounded(double value) {
 
 }  // namespace
 
-PlainWriter::PlainWriter(const Page& page, const Sink& sink) : page_(page), sink_(sink) {
-    buffer_.reserve(PIECE + 1024);
-}
+PlainWriter::PlainWriter(const Page& page, const Sink& sink)
+    : page_(page), sink_(sink), buffer_(PIECE + ROOM), next_(buffer_.data()) {}
 
 void PlainWriter::begin() {
     text("IN;\n");
@@ -61,25 +62,29 @@ void PlainWriter::nextPage() {
 // ---- text -----------------------------------------------------------------------------------------------------------
 
 void PlainWriter::flush() {
-    if (!stopped_ && !buffer_.empty()) stopped_ = !sink_(buffer_);
-    buffer_.clear();
+    const auto size = static_cast<std::size_t>(next_ - buffer_.data());
+    if (!stopped_ && size != 0) stopped_ = !sink_({buffer_.data(), size});
+    next_ = buffer_.data();
+}
+
+// Asked once a point: what comes of one is shorter than the room.
+void PlainWriter::makeRoom() {
+    if (next_ >= buffer_.data() + PIECE) flush();
 }
 
 void PlainWriter::text(std::string_view text) {
-    buffer_.append(text);
-    if (buffer_.size() >= PIECE) flush();
+    makeRoom();
+    next_ = std::ranges::copy(text, next_).out;
 }
 
 void PlainWriter::number(int32_t number) {
-    char digits[12];
-    const auto [end, error] = std::to_chars(digits, digits + sizeof digits, number);
-    (void)error;  // the digits of 32 bits fit
-    buffer_.append(digits, end);
+    next_ = std::to_chars(next_, next_ + MOST_DIGITS, number).ptr;
 }
 
 void PlainWriter::pair(Place place) {
+    makeRoom();
     number(place.x);
-    buffer_.push_back(',');
+    character(',');
     number(place.y);
 }
 
@@ -106,12 +111,8 @@ void PlainWriter::takePen(const Ink& ink) {
     last = width;
     closeChain();
     // A command says millimetres, of 40 units, and the viewer cuts off what is left: a fifth of a unit more is none less.
-    char digits[32];
-    const auto [end, error] =
-        std::to_chars(digits, digits + sizeof digits, width == 0 ? 0.0 : width / 40.0 + 0.005, std::chars_format::fixed, 3);
-    (void)error;
     text("PW");
-    buffer_.append(digits, end);
+    next_ = std::to_chars(next_, next_ + ROOM / 2, width == 0 ? 0.0 : width / 40.0 + 0.005, std::chars_format::fixed, 3).ptr;
     text(",");
     number(pen);
     text(";\n");
@@ -126,9 +127,9 @@ void PlainWriter::closeChain() {
 void PlainWriter::moveTo(Place place) {
     if (placed_ && pairs_ != 0 && place == place_) return;
     closeChain();
-    buffer_.append("PU");
+    text("PU");
     pair(place);
-    text(";");
+    character(';');
     place_ = place;
     placed_ = true;
 }
@@ -136,11 +137,14 @@ void PlainWriter::moveTo(Place place) {
 void PlainWriter::drawTo(Place place) {
     if (pairs_ == PAIRS_IN_A_COMMAND) {
         pairs_ = 0;
-        buffer_.append(";\n");
+        text(";\n");
     }
-    buffer_.append(pairs_ == 0 ? "PD" : ",");
+    if (pairs_ == 0) {
+        text("PD");
+    } else {
+        character(',');
+    }
     pair(place);
-    text("");
     ++pairs_;
     place_ = place;
 }
@@ -180,7 +184,7 @@ void PlainWriter::fill(const Area& rings) {
         if (ring.empty()) continue;
         if (open) text("PM1;");
         const Place first = placeOf(ring.front());
-        buffer_.append("PU");
+        text("PU");
         pair(first);
         text(open ? ";" : ";PM0;");
         place_ = first;

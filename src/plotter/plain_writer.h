@@ -1,7 +1,9 @@
 // The sheet of the second pass: one page as plain text, whole numbers in absolute coordinates.
 #pragma once
 
-#include <string>
+#include <map>
+#include <string_view>
+#include <vector>
 
 #include "palette.h"
 #include "plotter.h"
@@ -49,13 +51,16 @@ class PlainWriter final : public Sheet {
     void text(std::string_view text);
     void number(int32_t number);
     void pair(Place place);
+    void character(char character) { *next_++ = character; }
+    void makeRoom();
     void flush();
 
     Page page_;
     const Sink& sink_;
     std::size_t current_ = 0;
     bool stopped_ = false;
-    std::string buffer_;
+    std::vector<char> buffer_;  // a piece, and room for what is written without asking
+    char* next_;
 
     Ink ink_;             // that was taken last
     int32_t pen_ = 0;     // of the output; 0: none yet

@@ -227,7 +227,8 @@ std::size_t Printer::step(std::string_view bytes, std::size_t offset) {
         return recordMacro(bytes, offset);
     }
     if (charAt(bytes, offset) == ESCAPE) {
-        const std::size_t end = language_ == Language::Plotter ? stepInPlotter(bytes, offset) : stepEscape(bytes, offset);
+        const std::size_t end =
+            language_ == Language::Plotter ? stepInPlotter(bytes, offset) : stepEscape(bytes, offset);
         if (language_ == Language::Printer && !entersPlotter_ && depth_ == 0 && looksLikePlot(bytes, end)) {
             enterPlotter(0);
         }
@@ -327,9 +328,8 @@ void Printer::carryOut(const EscapeReader& reader, const EscapeField& field) {
         return;
     }
     isEngraver_ = isEngraver_ || reader.is('&', 'y') || reader.is('&', 'z');
-    const Row* const row = std::ranges::find_if(ROWS, [&](const Row& known) {
-        return known.letter == field.letter && reader.is(known.family, known.group);
-    });
+    const Row* const row = std::ranges::find_if(
+        ROWS, [&](const Row& known) { return known.letter == field.letter && reader.is(known.family, known.group); });
     if (row == std::end(ROWS)) {
         return;
     }
@@ -427,7 +427,8 @@ void Printer::runMacro(int id, bool givesBack) {
     }
     const std::string_view macro = at->second;
     if (depth_ >= MOST_MACRO_DEPTH || macro.size() > macroBytesLeft_) {
-        machine_.report().meetBound(depth_ >= MOST_MACRO_DEPTH ? "macros in macros" : "bytes of macros", machine_.offset());
+        machine_.report().meetBound(depth_ >= MOST_MACRO_DEPTH ? "macros in macros" : "bytes of macros",
+                                    machine_.offset());
         return;
     }
     macroBytesLeft_ -= macro.size();

@@ -5,7 +5,8 @@
 // instructions and calls step where an escape stands; while it is Printer, it calls step again and again. Positions of
 // the cursor, the raster and the captions are kept here, everything else in the machine.
 //
-// Only what a plot needs of a printer is carried out: pages, the cursor, picture frames, raster, rules, captions, macros.
+// Only what a plot needs of a printer is carried out: pages, the cursor, picture frames, raster, rules, captions,
+// macros.
 #pragma once
 
 #include <array>
@@ -26,7 +27,8 @@ namespace plotter {
 
 enum class Language { Printer, Plotter };
 
-// Macros call each other to this depth, as printers do, and run over so many bytes in all: a form on some hundred pages.
+// Macros call each other to this depth, as printers do, and run over so many bytes in all: a form on some hundred
+// pages.
 inline constexpr int MOST_MACRO_DEPTH = 3;
 inline constexpr std::size_t MOST_MACRO_BYTES = std::size_t{4} << 20;
 // Characters of captions on a page: one of the smallest print has a fifth of it.
@@ -71,7 +73,7 @@ class Printer {
   private:
     struct Row {
         char family, group, letter;
-        bool keepsRaster;   // may stand between the rows of a raster
+        bool keepsRaster;  // may stand between the rows of a raster
         void (*action)(Printer& printer, const EscapeField& field);
     };
     static const Row ROWS[];
@@ -90,25 +92,25 @@ class Printer {
         double unitsPerInch = 300;           // of ESC*p
         double lineSpacing = UNITS_PER_INCH / 6;
         double columnWidth = UNITS_PER_INCH / 10;
-        int lineEnds = 0;                    // ESC&k#G
+        int lineEnds = 0;  // ESC&k#G
         bool skipsPerforation = true;
 
         bool underlines = false;
-        std::array<CaptionFont, 2> fonts;    // primary and secondary
+        std::array<CaptionFont, 2> fonts;  // primary and secondary
         std::size_t font = 0;
-        int32_t foreground = 1;              // pen of captions and rules
-        Point rule;                          // its width and height
-        double pattern = 0;                  // ESC*c#G
+        int32_t foreground = 1;  // pen of captions and rules
+        Point rule;              // its width and height
+        double pattern = 0;      // ESC*c#G
 
-        double resolution = 75;              // of raster, dots an inch
-        Point source;                        // pixels; 0: unsaid
-        Point destination;                   // 0: unsaid
-        bool alongPaper = false;             // ESC*r3F
-        bool fromCursor = false;             // the last raster began there
+        double resolution = 75;   // of raster, dots an inch
+        Point source;             // pixels; 0: unsaid
+        Point destination;        // 0: unsaid
+        bool alongPaper = false;  // ESC*r3F
+        bool fromCursor = false;  // the last raster began there
         int compression = 0;
         PixelFormat pixels;
-        std::array<double, 3> largest = {255, 255, 255};   // of the primaries of a palette entry
-        std::array<double, 3> primaries = {};               // of the next one
+        std::array<double, 3> largest = {255, 255, 255};  // of the primaries of a palette entry
+        std::array<double, 3> primaries = {};             // of the next one
         std::vector<Colour> palette = {{255, 255, 255}, {0, 0, 0}};
     };
     struct Saved {
@@ -148,7 +150,7 @@ class Printer {
     void setDefaultMargins();
     void endPage();
 
-    double lines(double count) const;         // plotter units of so many
+    double lines(double count) const;  // plotter units of so many
     double columns(double count) const;
     double cursorUnits(double count) const;
     // Where text runs in another direction, it and the cursor see the page turned.
@@ -194,22 +196,22 @@ class Printer {
     Machine& machine_;
     Runner runner_;
     Language language_ = Language::Plotter;
-    Language home_ = Language::Plotter;   // after a reset
+    Language home_ = Language::Plotter;  // after a reset
     Job job_;
     bool isPrinterPage_ = false;
     bool choosesPage_ = false;
     bool sawEnvelope_ = false;
     bool colourPrinter_ = false;
-    bool entersPlotter_ = false;          // the file says somewhere where its plots begin
-    bool isEngraver_ = false;             // its raster is for a laser, in coordinates of its own
+    bool entersPlotter_ = false;  // the file says somewhere where its plots begin
+    bool isEngraver_ = false;     // its raster is for a laser, in coordinates of its own
 
     Settings settings_;
-    std::vector<Point> cursors_;          // pushed
-    std::vector<Saved> palettes_;         // pushed
-    std::size_t captionCharacters_ = 0;   // on this page
+    std::vector<Point> cursors_;         // pushed
+    std::vector<Saved> palettes_;        // pushed
+    std::size_t captionCharacters_ = 0;  // on this page
 
     Raster raster_;
-    Affine rasterToLogical_;              // pixels to the logical page
+    Affine rasterToLogical_;  // pixels to the logical page
 
     std::map<int, std::string_view> macros_;
     int macro_ = 0;

@@ -18,7 +18,7 @@ constexpr char CARRIAGE_RETURN = 0x0d;
 constexpr char SHIFT_OUT = 0x0e;
 constexpr char SHIFT_IN = 0x0f;
 
-constexpr double UNDERLINE = 0.1;   // below the baseline, in heights of the font
+constexpr double UNDERLINE = 0.1;  // below the baseline, in heights of the font
 
 // From text, y upwards, to the logical page, y downwards.
 Point turned(Point p, int direction) {
@@ -151,6 +151,10 @@ void Printer::drawCharacter(char32_t character) {
     if (character < U' ' || character == DELETE) {
         return;
     }
+    if (captionCharacters_ >= MOST_CAPTION_CHARACTERS) {
+        machine_.report().meetBound("text of a page", machine_.offset());
+        return;
+    }
     const CaptionFont& font = settings_.fonts[settings_.font];
     CaptionStrokes strokes = strokesOf(character, font, settings_.columnWidth);
     const Point cursor = turnedCursor();
@@ -165,11 +169,8 @@ void Printer::drawCharacter(char32_t character) {
         strokes.lines.push_back({{0, below}, {strokes.advance, below}});
     }
     if (isOnPage && !strokes.lines.empty()) {
-        if (++captionCharacters_ > MOST_CAPTION_CHARACTERS) {
-            machine_.report().meetBound("text of a page", machine_.offset());
-        } else {
-            drawLines(strokes.lines);
-        }
+        ++captionCharacters_;
+        drawLines(strokes.lines);
     }
     setTurnedCursor({cursor.x + strokes.advance, cursor.y});
 }
@@ -198,7 +199,7 @@ Ink Printer::captionInk() const {
 // A rule reaches to the right and downwards; it follows the direction of text.
 void Printer::fillRule(double how) {
     constexpr double SOLID = 0, SHADED = 2;
-    constexpr double HATCHED = 0.5;   // as dark as the patterns are, about
+    constexpr double HATCHED = 0.5;  // as dark as the patterns are, about
     const Point size = {std::max(settings_.rule.x, 0.0), std::max(settings_.rule.y, 0.0)};
     const double shade = how == SOLID ? 1 : how == SHADED ? std::clamp(settings_.pattern / 100, 0.0, 1.0) : HATCHED;
     constexpr double WHITE = 1;

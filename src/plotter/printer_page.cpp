@@ -8,7 +8,7 @@ namespace plotter {
 namespace {
 
 constexpr double DOT = UNITS_PER_INCH / 300;
-constexpr double DEFAULT_MARGIN = UNITS_PER_INCH / 2;   // of a frame, above and below
+constexpr double DEFAULT_MARGIN = UNITS_PER_INCH / 2;  // of a frame, above and below
 
 // clang-format off
 constexpr std::array PAPERS = {
@@ -53,9 +53,8 @@ const PaperSize* findPaper(double code) {
 }
 
 const PaperSize* findPaper(std::string_view name) {
-    const auto* const found = std::ranges::find_if(PAPERS, [&](const PaperSize& paper) {
-        return std::ranges::equal(paper.name, name, {}, {}, toCapital);
-    });
+    const auto* const found = std::ranges::find_if(
+        PAPERS, [&](const PaperSize& paper) { return std::ranges::equal(paper.name, name, {}, {}, toCapital); });
     return found != PAPERS.end() ? &*found : nullptr;
 }
 

@@ -15,10 +15,10 @@ namespace plotter {
 inline constexpr double UNITS_PER_INCH = 1016;
 
 struct PaperSize {
-    int code;                // of ESC&l#A
-    std::string_view name;   // in job control
-    double width, height;    // upright, dots of 300 to the inch
-    bool isMetric;           // such papers have narrower side margins
+    int code;               // of ESC&l#A
+    std::string_view name;  // in job control
+    double width, height;   // upright, dots of 300 to the inch
+    bool isMetric;          // such papers have narrower side margins
 };
 
 // Null: not known.
@@ -39,23 +39,23 @@ class PrinterPage {
     // 0: as long as the paper.
     void setLength(double length) { length_ = length; }
 
-    Point paper() const;     // width and height as it is read
-    Point logical() const;   // width and length of the logical page
+    Point paper() const;    // width and height as it is read
+    Point logical() const;  // width and length of the logical page
     Point toPaper(Point logical) const;
     Point fromPaper(Point paper) const;
 
   private:
-    double width_ = 0, height_ = 0;    // upright
-    double uprightMargin_ = 0, landscapeMargin_ = 0;   // at each side of the logical page
+    double width_ = 0, height_ = 0;                   // upright
+    double uprightMargin_ = 0, landscapeMargin_ = 0;  // at each side of the logical page
     bool landscape_ = false;
     double length_ = 0;
 };
 
 // As given by ESC*c; unsaid: by the page.
 struct PictureFrame {
-    std::optional<Point> anchor;       // logical page: its upper left
-    double width = 0, height = 0;      // 0: unsaid
-    double plotWidth = 0, plotHeight = 0;   // of the plot that is fitted into it; 0: unsaid
+    std::optional<Point> anchor;           // logical page: its upper left
+    double width = 0, height = 0;          // 0: unsaid
+    double plotWidth = 0, plotHeight = 0;  // of the plot that is fitted into it; 0: unsaid
 
     Frame onPaper(const PrinterPage& page) const;
 };

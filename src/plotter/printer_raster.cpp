@@ -74,7 +74,7 @@ Affine Printer::rasterMap(Point origin, bool scaled) const {
     const double high = pixel(s.destination.y, s.source.y);
     int turns = s.direction;
     if (s.alongPaper) {
-        turns = s.page.isLandscape() ? 3 : 0;   // the upright sheet's top is on the right when it lies
+        turns = s.page.isLandscape() ? 3 : 0;  // the upright sheet's top is on the right when it lies
     }
     switch (turns) {
         case 1:
@@ -204,7 +204,7 @@ void Printer::configureImage(std::string_view data) {
     colourPrinter_ = true;
     const std::vector<Colour> palette = pixels.subtractive ? subtractivePalette(indexBits) : additivePalette(indexBits);
     if (isDirect) {
-        settings_.palette = palette;   // for no pixel, and the pens go on with their own colours
+        settings_.palette = palette;  // for no pixel, and the pens go on with their own colours
     } else {
         setPalette(palette);
     }

@@ -9,8 +9,8 @@ namespace plotter {
 namespace {
 
 constexpr uint32_t WHITE = 0xffffff;
-constexpr std::size_t EXACT_COLOURS = 4096;     // of a picture; with more they are rounded
-constexpr std::size_t RINGS_AT_ONCE = 200;      // of an area that is handed over
+constexpr std::size_t EXACT_COLOURS = 4096;  // of a picture; with more they are rounded
+constexpr std::size_t RINGS_AT_ONCE = 200;   // of an area that is handed over
 constexpr int BITS_OF_BYTE = 8;
 
 uint8_t toByte(char c) {
@@ -289,7 +289,7 @@ void Raster::addRow(int method, std::string_view data, std::size_t offset) {
         return;
     }
     if (plane_ >= planes_.size()) {
-        finishRow(offset);   // one plane more than there are colours for
+        finishRow(offset);  // one plane more than there are colours for
         return;
     }
     switch (decodeInto(plane_++, method, data, offset)) {
@@ -300,7 +300,7 @@ void Raster::addRow(int method, std::string_view data, std::size_t offset) {
             finishRow(offset);
             break;
         case Decoded::Unknown:
-            skipRows(1, offset);   // the rows below stay where they belong
+            skipRows(1, offset);  // the rows below stay where they belong
             break;
         case Decoded::Nothing:
             plane_ = 0;
@@ -351,12 +351,13 @@ void Raster::repeatRow(std::size_t times, std::size_t offset) {
         report_.meetBound("raster: rows", offset);
     }
     times = std::min(times, most - std::min(rows_, most));
-    const double cells = runs_.empty() ? 0 : static_cast<double>(runs_.back().end / reduction_);
-    const double rowsOfCells = static_cast<double>(times / reduction_ + 1);
+    const std::size_t cells = runs_.empty() ? 0 : runs_.back().end / reduction_;
+    const std::size_t rowsOfCells = times / reduction_ + 1;
     // What a row costs however empty it is, and what a cell does while colours do not change.
     constexpr double ROW = 16;
     constexpr double CELL = 0.25;
-    if (times > 0 && spend(rowsOfCells * (ROW + cells * CELL + static_cast<double>(runs_.size())), offset)) {
+    const double steps = ROW + CELL * static_cast<double>(cells) + static_cast<double>(runs_.size());
+    if (times > 0 && spend(static_cast<double>(rowsOfCells) * steps, offset)) {
         layRow(times);
     }
 }
@@ -504,7 +505,7 @@ void Raster::mix(std::size_t times) {
         }
         const uint64_t dark[] = {255 - (run.colour >> 16), 255 - (run.colour >> 8 & 0xff), 255 - (run.colour & 0xff)};
         for (std::size_t first = run.first; first < run.end;) {
-            if (first >= cellEnd) {   // a division a cell at most, not one a run
+            if (first >= cellEnd) {  // a division a cell at most, not one a run
                 cell = first / reduction_;
                 cellEnd = (cell + 1) * reduction_;
             }
@@ -543,7 +544,7 @@ void Raster::store() {
 
 uint16_t Raster::indexOf(uint32_t colour) {
     if (colours_.size() >= EXACT_COLOURS && !indices_.contains(colour)) {
-        colour = roundedColour(colour);   // of these there are no more than 4096
+        colour = roundedColour(colour);  // of these there are no more than 4096
     }
     const auto [at, isNew] = indices_.try_emplace(colour, static_cast<uint16_t>(colours_.size()));
     if (isNew) {

@@ -1,8 +1,8 @@
 // Pictures of pixels between the instructions of a plot: rows, compressed, in planes or pixel by pixel.
 //
-// Life of one: begin where and how large its pixels are, give it rows (planes, the last of them ends the row), end. What
-// comes out are filled rectangles of equal pixels, as large as can be, at a resolution that a page can show. White is
-// not drawn.
+// Life of one: begin where and how large its pixels are, give it rows (planes, the last of them ends the row), end.
+// What comes out are filled rectangles of equal pixels, as large as can be, at a resolution that a page can show. White
+// is not drawn.
 #pragma once
 
 #include <array>
@@ -66,19 +66,19 @@ class RowDecoder {
 struct PixelFormat {
     enum class Encoding { IndexByPlane, IndexByPixel, DirectByPlane, DirectByPixel };
     Encoding encoding = Encoding::IndexByPlane;
-    int bits = 1;                    // of an index, 1 to 8; of a primary where they are direct: 1 or 8
-    bool subtractive = false;        // direct ones are cyan, magenta and yellow
-    bool grey = false;               // of direct ones the first primary says how light it is
+    int bits = 1;              // of an index, 1 to 8; of a primary where they are direct: 1 or 8
+    bool subtractive = false;  // direct ones are cyan, magenta and yellow
+    bool grey = false;         // of direct ones the first primary says how light it is
     std::size_t planes() const;
-    std::size_t bitsPerPixel() const;   // in one plane
+    std::size_t bitsPerPixel() const;  // in one plane
     friend bool operator==(const PixelFormat&, const PixelFormat&) = default;
 };
 
 // What its pixels lie on: pixel (column, row) goes to paper.
 struct RasterPlace {
-    Affine toPaper;                        // pixels, rows counting downwards, to plotter units on the paper
-    std::optional<std::size_t> columns;    // unknown: as far as each row's data come
-    std::optional<std::size_t> rows;       // what is beyond is not drawn
+    Affine toPaper;                      // pixels, rows counting downwards, to plotter units on the paper
+    std::optional<std::size_t> columns;  // unknown: as far as each row's data come
+    std::optional<std::size_t> rows;     // what is beyond is not drawn
 };
 
 class Raster {
@@ -107,11 +107,11 @@ class Raster {
     std::size_t rows() const { return rows_; }
 
   private:
-    using Sums = std::array<uint64_t, 3>;   // of red, green, blue: how much darker than white
+    using Sums = std::array<uint64_t, 3>;  // of red, green, blue: how much darker than white
 
     struct Rectangle {
         uint16_t colour;
-        uint32_t left, right, top, bottom;   // cells; right and bottom are beyond
+        uint32_t left, right, top, bottom;  // cells; right and bottom are beyond
     };
 
     bool spend(double steps, std::size_t offset);
@@ -141,8 +141,8 @@ class Raster {
     Ring ringOf(const Rectangle& rectangle) const;
 
     struct Run {
-        uint32_t first, end;   // columns
-        uint32_t colour;       // 0xRRGGBB
+        uint32_t first, end;  // columns
+        uint32_t colour;      // 0xRRGGBB
     };
 
     Draw draw_;
@@ -155,16 +155,16 @@ class Raster {
     PixelFormat format_;
     std::vector<Colour> palette_;
     std::vector<RowDecoder> planes_;
-    std::size_t plane_ = 0;          // the next one of the row
-    std::size_t rows_ = 0;           // of pixels, so far
-    std::size_t left_ = 0;           // columns
-    std::vector<Run> runs_;          // of the row that was laid last, white ones left out
+    std::size_t plane_ = 0;  // the next one of the row
+    std::size_t rows_ = 0;   // of pixels, so far
+    std::size_t left_ = 0;   // columns
+    std::vector<Run> runs_;  // of the row that was laid last, white ones left out
 
-    std::size_t reduction_ = 1;      // pixels a cell is wide and high
-    std::vector<std::vector<uint16_t>> cells_;   // by row, each as wide as it has ink; indices of colours_
-    std::vector<Sums> mixed_;        // of the row of cells under way
-    std::size_t mixedRows_ = 0;      // rows of pixels in it
-    std::vector<uint32_t> colours_;  // 0xRRGGBB; the first one is white
+    std::size_t reduction_ = 1;                 // pixels a cell is wide and high
+    std::vector<std::vector<uint16_t>> cells_;  // by row, each as wide as it has ink; indices of colours_
+    std::vector<Sums> mixed_;                   // of the row of cells under way
+    std::size_t mixedRows_ = 0;                 // rows of pixels in it
+    std::vector<uint32_t> colours_;             // 0xRRGGBB; the first one is white
     std::unordered_map<uint32_t, uint16_t> indices_;
 };
 

@@ -1,8 +1,9 @@
 #include "reader.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstring>
+
+#include "digits.h"
 
 namespace plotter {
 
@@ -57,10 +58,63 @@ int digitOf(uint8_t byte) {
 
 constexpr double POWERS[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
 constexpr int MOST_EXPONENT = 18;
+constexpr uint64_t TENS[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000};
 
-double scaled(double value, int exponent) {
-    if (exponent < 0) return value / POWERS[std::min(-exponent, MOST_EXPONENT)];
-    return value * POWERS[std::min(exponent, MOST_EXPONENT)];
+// A sign, digits, a point, digits and a separator that are read at once, and the bytes that are looked at behind them.
+constexpr std::size_t LONGEST_PLAIN_NUMBER = 3 * DIGITS_AT_ONCE + 3;
+
+// Digits without a sign, and a power of ten.
+struct Decimal {
+    static constexpr uint64_t FULL = 10'000'000'000;  // eight more digits fit
+
+    uint64_t digits = 0;
+    int exponent = 0;
+
+    double value() const {
+        const auto whole = static_cast<double>(digits);
+        if (exponent == 0) return whole;
+        if (exponent < 0) return whole / POWERS[std::min(-exponent, MOST_EXPONENT)];
+        return whole * POWERS[std::min(exponent, MOST_EXPONENT)];
+    }
+};
+
+// The digits that stand there, before the point or behind it. More of them than a double holds count for nothing behind
+// the point, and for tens before it. Answers the place behind them.
+std::size_t appendDigits(std::string_view bytes, std::size_t at, Decimal& decimal, bool beforePoint) {
+    while (at + DIGITS_AT_ONCE <= bytes.size() && decimal.digits < Decimal::FULL) {
+        uint64_t value = 0;
+        const std::size_t count = readEightDigits(bytes.data() + at, value);
+        if (count == 0) break;
+        decimal.digits = decimal.digits * TENS[count] + value;
+        if (!beforePoint) decimal.exponent -= static_cast<int>(count);
+        at += count;
+        if (count < DIGITS_AT_ONCE) break;
+    }
+    for (; at < bytes.size() && isDigit(static_cast<uint8_t>(bytes[at])); ++at) {
+        if (decimal.digits >= Decimal::FULL * TENS[6]) {
+            if (beforePoint) ++decimal.exponent;
+            continue;
+        }
+        decimal.digits = decimal.digits * 10 + static_cast<uint64_t>(digitOf(static_cast<uint8_t>(bytes[at])));
+        if (!beforePoint) --decimal.exponent;
+    }
+    return at;
+}
+
+// At an E: what stands behind it where that is an exponent. Answers the place behind, the E's own where it is none.
+std::size_t readExponent(std::string_view bytes, std::size_t at, Decimal& decimal) {
+    const auto byte = [bytes](std::size_t place) { return static_cast<uint8_t>(bytes[place]); };
+    const bool sign = kindOf(byte(at + 1)) == Kind::Sign;
+    std::size_t next = at + (sign ? 2 : 1);
+    if (next >= bytes.size() || !isDigit(byte(next))) return at;
+    const bool negative = sign && (bytes[next - 1] & 0x7F) == '-';
+    constexpr int most = 1000;
+    int given = 0;
+    for (; next < bytes.size() && isDigit(byte(next)); ++next) {
+        given = std::min(given * 10 + digitOf(byte(next)), most);
+    }
+    decimal.exponent += negative ? -given : given;
+    return next;
 }
 
 }  // namespace
@@ -70,7 +124,8 @@ int32_t toInteger(double number) {
     return static_cast<int32_t>(number < 0 ? std::max(number - 0.5, -0x1p31) : std::min(number + 0.5, 0x1p31 - 1));
 }
 
-Reader::Reader(std::string_view bytes, Report& report) : bytes_(bytes), report_(report) {}
+Reader::Reader(std::string_view bytes, Report& report)
+    : bytes_(bytes), report_(report), numbers_(NUMBERS_AT_ONCE) {}
 
 // The first such byte from there on; the file's end where there is none.
 std::size_t Reader::find(char wanted, std::size_t from) {
@@ -96,6 +151,10 @@ void Reader::skipTo(char end) {
 // The row of the name whose first letter stands there, white space between its letters; behind: what follows it.
 const ManifestRow* Reader::nameAt(std::size_t at, std::size_t* behind) const {
     if (at >= bytes_.size() || kindOf(byte(at)) != Kind::Letter) return nullptr;
+    if (at + 1 < bytes_.size() && kindOf(byte(at + 1)) == Kind::Letter) {
+        if (behind != nullptr) *behind = at + 2;
+        return findInstruction(capital(byte(at)), capital(byte(at + 1)));
+    }
     std::size_t second = at + 1;
     while (second < bytes_.size() && bytes_[second] != ',' && kindOf(byte(second)) == Kind::Blank) {
         ++second;
@@ -156,7 +215,7 @@ const ManifestRow* Reader::next(char terminator) {
         if (going_ != nullptr) {
             const ManifestRow* row = going_;
             going_ = nullptr;
-            if (readPairs(*row) && !numbers_.empty()) return row;
+            if (readPairs(*row) && count_ != 0) return row;
         }
         const ManifestRow* row = readName();
         if (row == nullptr) return nullptr;
@@ -168,8 +227,8 @@ const ManifestRow* Reader::next(char terminator) {
 bool Reader::read(const ManifestRow& row, char terminator) {
     switch (row.form) {
         case Form::Numbers:
-            if (!readNumbers(NUMBERS_AT_ONCE)) return false;
-            instruction_.numbers = numbers_;
+            if (!readNumbers()) return false;
+            instruction_.numbers = {numbers_.data(), count_};
             return true;
         case Form::Pairs:
         case Form::Curve:
@@ -207,52 +266,60 @@ double Reader::readNumber() {
         negative = (bytes_[at] & 0x7F) == '-';
         ++at;
     }
-    uint64_t digits = 0;
-    int exponent = 0;
-    constexpr uint64_t full = 100'000'000'000'000'000;  // one more digit still fits
-    for (; at < end && isDigit(byte(at)); ++at) {
-        if (digits < full) {
-            digits = digits * 10 + static_cast<uint64_t>(digitOf(byte(at)));
-        } else {
-            ++exponent;
-        }
-    }
-    if (at < end && kindOf(byte(at)) == Kind::Point) {
-        for (++at; at < end && isDigit(byte(at)); ++at) {
-            if (digits >= full) continue;
-            digits = digits * 10 + static_cast<uint64_t>(digitOf(byte(at)));
-            --exponent;
-        }
-    }
+    Decimal decimal;
+    at = appendDigits(bytes_, at, decimal, true);
+    if (at < end && kindOf(byte(at)) == Kind::Point) at = appendDigits(bytes_, at + 1, decimal, false);
     // No name has a digit or a sign as its second letter, so an exponent cannot be mistaken.
-    if (at + 1 < end && (bytes_[at] & 0x5F) == 'E' && at > at_) {
-        const bool sign = kindOf(byte(at + 1)) == Kind::Sign;
-        const std::size_t first = at + (sign ? 2 : 1);
-        if (first < end && isDigit(byte(first))) {
-            int given = 0;
-            for (at = first; at < end && isDigit(byte(at)); ++at) {
-                given = std::min(given * 10 + digitOf(byte(at)), 1000);
-            }
-            exponent += sign && (bytes_[first - 1] & 0x7F) == '-' ? -given : given;
-        }
-    }
+    if (at + 1 < end && (bytes_[at] & 0x5F) == 'E' && at > at_) at = readExponent(bytes_, at, decimal);
     at_ = at;
-    double value = static_cast<double>(digits);
-    if (exponent != 0) value = scaled(value, exponent);
+    const double value = decimal.value();
     return negative ? -value : value;
 }
 
-// Up to the terminator, the next name, an ESC or the end; at most that many in numbers_. False: a letter that begins no
-// name stands between them, and what was read is damaged.
-bool Reader::readNumbers(std::size_t most) {
-    numbers_.clear();
+// Whole numbers and separators as nearly all plots write them, for as long as they last and there is room; what is
+// anything else is left to the others.
+void Reader::readPlainNumbers() {
+    const char* at = bytes_.data() + at_;
+    const char* const last = bytes_.data() + bytes_.size() - LONGEST_PLAIN_NUMBER;
+    double* next = numbers_.data() + count_;
+    double* const end = numbers_.data() + numbers_.size();
+    while (at < last && next != end) {
+        const bool negative = *at == '-';
+        uint64_t value = 0;
+        const char* behind = at + (negative ? 1 : 0);
+        const std::size_t digits = readEightDigits(behind, value);
+        behind += digits;
+        double number = static_cast<double>(value);
+        if (*behind == '.') {
+            uint64_t fraction = 0;
+            const std::size_t more = readEightDigits(behind + 1, fraction);
+            behind += 1 + more;
+            number = static_cast<double>(value * TENS[more] + fraction) / POWERS[more];
+        }
+        const char separator = *behind;
+        const bool ends = separator == ',' || separator == ';' || separator == ' ' || separator == '\n';
+        if (digits == 0 || digits == DIGITS_AT_ONCE || !ends) break;
+        *next++ = negative ? -number : number;
+        at = behind;
+        if (separator == ';') break;
+        ++at;
+    }
+    at_ = static_cast<std::size_t>(at - bytes_.data());
+    count_ = static_cast<std::size_t>(next - numbers_.data());
+}
+
+// Up to the terminator, the next name, an ESC or the end; at most NUMBERS_AT_ONCE. False: a letter that begins no name
+// stands between them, and what was read is damaged.
+bool Reader::readNumbers() {
+    count_ = 0;
+    if (bytes_.size() > LONGEST_PLAIN_NUMBER) readPlainNumbers();
     while (at_ < bytes_.size()) {
         switch (kindOf(byte(at_))) {
             case Kind::Digit:
             case Kind::Sign:
             case Kind::Point:
-                if (numbers_.size() == most) return true;
-                numbers_.push_back(readNumber());
+                if (count_ == NUMBERS_AT_ONCE) return true;
+                numbers_[count_++] = readNumber();
                 break;
             case Kind::End:
                 ++at_;
@@ -279,9 +346,9 @@ bool Reader::readNumbers(std::size_t most) {
 }
 
 bool Reader::readPairs(const ManifestRow& row) {
-    if (!readNumbers(NUMBERS_AT_ONCE)) return false;
-    instruction_.numbers = numbers_;
-    if (numbers_.size() == NUMBERS_AT_ONCE) going_ = &row;
+    if (!readNumbers()) return false;
+    instruction_.numbers = {numbers_.data(), count_};
+    if (count_ == NUMBERS_AT_ONCE) going_ = &row;
     return true;
 }
 
@@ -376,7 +443,7 @@ void Reader::readCharacter() {
 
 // Numbers, and text in quotes between them.
 void Reader::readQuoted() {
-    numbers_.clear();
+    count_ = 0;
     while (at_ < bytes_.size()) {
         const Kind kind = kindOf(byte(at_));
         if (bytes_[at_] == '"') {
@@ -389,14 +456,14 @@ void Reader::readQuoted() {
             at_ = end + 1;
         } else if (kind == Kind::Digit || kind == Kind::Sign || kind == Kind::Point) {
             const double number = readNumber();
-            if (numbers_.size() < NUMBERS_AT_ONCE) numbers_.push_back(number);
+            if (count_ < NUMBERS_AT_ONCE) numbers_[count_++] = number;
         } else if (kind == Kind::End || kind == Kind::Escape || kind == Kind::Letter) {
             break;
         } else {
             ++at_;
         }
     }
-    instruction_.numbers = numbers_;
+    instruction_.numbers = {numbers_.data(), count_};
 }
 
 // In quotes, or up to the terminator.

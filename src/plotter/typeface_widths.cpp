@@ -7,7 +7,7 @@ namespace plotter {
 
 namespace {
 
-using Widths = std::array<int16_t, 95>;   // of ' ' to '~'
+using Widths = std::array<int16_t, 95>;  // of ' ' to '~'
 
 // As most sans-serif and roman faces have them, within a few hundredths.
 // clang-format off

@@ -27,7 +27,10 @@ void addVertex(Polygon& polygon, Point point, bool down) {
 
 // The points of one instruction on their way: what is drawn is kept back until the pen goes up, so that a line type
 // sees whole polylines.
-Path::Path(Machine& machine) : machine_(machine), map_(machine.state.coordinates.toUnits()) {}
+Path::Path(Machine& machine)
+    : machine_(machine), map_(machine.state.coordinates.toUnits()), line_(machine.roomForPath()) {
+    line_.clear();
+}
 
 void Path::flush() {
     if (line_.size() > 1) machine_.drawLine(line_);
@@ -67,15 +70,38 @@ void Path::goToUser(Point user, bool relative) {
     drawSymbol(machine_, state.position);
 }
 
+// Nothing but lines comes of the next points, unless they are out of range.
+bool Path::goesStraight() const {
+    const State& state = machine_.state;
+    return state.penDown && !state.polygon.open && !state.lost && state.characters.symbol == 0;
+}
+
+void Path::goAlong(std::span<const double> numbers, bool relative) {
+    State& state = machine_.state;
+    std::size_t i = 0;
+    if (goesStraight() && !relative && numbers.size() / 2 < MOST_POINTS) {
+        const Affine map = map_;
+        if (line_.empty()) line_.push_back(state.position);
+        for (; i + 1 < numbers.size(); i += 2) {
+            const Point user = {numbers[i], numbers[i + 1]};
+            const Point units = map(user);
+            if (!inRange(user) || !inRange(units)) break;
+            line_.push_back(units);
+        }
+        state.position = line_.back();
+    }
+    for (; i + 1 < numbers.size(); i += 2) {
+        goToUser({numbers[i], numbers[i + 1]}, relative);
+    }
+}
+
 namespace {
 
 void plot(Machine& machine, const Instruction& instruction) {
     const auto& n = instruction.numbers;
     if (n.size() < 2) return;
     Path path(machine);
-    for (std::size_t i = 0; i + 1 < n.size(); i += 2) {
-        path.goToUser({n[i], n[i + 1]}, machine.state.relative);
-    }
+    path.goAlong(n, machine.state.relative);
     path.flush();
     machine.state.carriage = machine.state.position;
 }
