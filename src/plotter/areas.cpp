@@ -113,7 +113,7 @@ class WindingSweep {
             heights.insert(heights.end(), {edge.low.y, edge.high.y});
         }
         std::ranges::sort(heights);
-        heights.erase(std::ranges::unique(heights).begin(), heights.end());
+        heights.erase(std::unique(heights.begin(), heights.end()), heights.end());
         return heights;
     }
 
@@ -153,7 +153,7 @@ class WindingSweep {
             }
         }
         std::ranges::sort(cuts);
-        cuts.erase(std::ranges::unique(cuts).begin(), cuts.end());
+        cuts.erase(std::unique(cuts.begin(), cuts.end()), cuts.end());
         return cuts;
     }
 
@@ -208,7 +208,7 @@ class WindingSweep {
             if (strip.left.empty()) continue;
             Ring ring = std::move(strip.left);
             ring.insert(ring.end(), strip.right.rbegin(), strip.right.rend());
-            ring.erase(std::ranges::unique(ring).begin(), ring.end());
+            ring.erase(std::unique(ring.begin(), ring.end()), ring.end());
             if (ring.size() >= 3) rings_.push_back(std::move(ring));
         }
         strips.clear();

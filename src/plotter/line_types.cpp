@@ -169,7 +169,8 @@ double piecesOf(const Pattern& pattern, double patternLength, std::span<const Po
     if (!(patternLength >= SHORTEST_PATTERN) || !std::isfinite(patternLength + whole))
         return std::numeric_limits<double>::infinity();
     const double patterns = whole / patternLength + (isFitted ? segments : 1);
-    return std::ceil(patterns) * static_cast<double>(pattern.count / 2 + 1);
+    const std::size_t inPattern = pattern.count / 2 + 1;
+    return std::ceil(patterns) * static_cast<double>(inPattern);
 }
 
 void dots(std::span<const Point> points, bool goesOn, const LineTaker& taker) {

@@ -7,8 +7,8 @@ namespace plotter {
 namespace {
 
 constexpr Colour WHITE = {255, 255, 255};
-// Beyond it nothing is drawn: HP-GL/2's coordinates end at 2 to the 30th, and a frame may enlarge them a little.
-constexpr double FARTHEST = 0x1p31;
+// Plotter units, 6.7 km: as far from the origin something is drawn, so that it fits into the output whole.
+constexpr double FARTHEST = 268'000'000;
 
 bool isOnPaper(Point p) {
     return std::abs(p.x) <= FARTHEST && std::abs(p.y) <= FARTHEST;  // false for what is not a number

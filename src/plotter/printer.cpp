@@ -245,6 +245,16 @@ void Printer::finish() {
 }
 
 // In the middle of a plot only the ways out of it count; anything else a plotter drops, and what it carries with it.
+// Off and on again: another job, for which somebody has put in another sheet.
+void Printer::switchDevice(char letter) {
+    const bool on = letter == 'Y' || letter == '(';
+    const bool off = letter == 'Z' || letter == ')';
+    if (on && isOff_) {
+        machine_.endPage();
+    }
+    isOff_ = off || (isOff_ && !on);
+}
+
 std::size_t Printer::stepInPlotter(std::string_view bytes, std::size_t offset) {
     EscapeReader reader(bytes, offset);
     if (reader.kind() == EscapeReader::Kind::TwoCharacters && reader.family() == 'E') {
@@ -252,6 +262,9 @@ std::size_t Printer::stepInPlotter(std::string_view bytes, std::size_t offset) {
     }
     if (reader.is('%', 0)) {
         return stepEscape(bytes, offset);
+    }
+    if (reader.kind() == EscapeReader::Kind::DeviceControl) {
+        switchDevice(reader.family());
     }
     EscapeField field;
     while (reader.next(field)) {

@@ -121,6 +121,7 @@ class Printer {
     // ---- the stream: printer.cpp ----
     std::size_t stepEscape(std::string_view bytes, std::size_t offset);
     std::size_t stepInPlotter(std::string_view bytes, std::size_t offset);
+    void switchDevice(char letter);
     std::size_t stepText(std::string_view bytes, std::size_t offset);
     std::size_t stepBetweenPlots(std::string_view bytes, std::size_t offset);
     std::size_t recordMacro(std::string_view bytes, std::size_t offset);
@@ -199,6 +200,7 @@ class Printer {
     Language home_ = Language::Plotter;  // after a reset
     Job job_;
     bool isPrinterPage_ = false;
+    bool isOff_ = false;                  // by device control
     bool choosesPage_ = false;
     bool sawEnvelope_ = false;
     bool colourPrinter_ = false;

@@ -11,8 +11,8 @@ class Drawing:
         self._pen = 0
         at = None
         line = rings = None
-        for name, numbers in re.findall(r"([A-Z]{2})([-0-9.,]*)", plain):
-            values = [float(value) for value in numbers.split(",") if value]
+        for name, numbers in re.findall(r"([A-Z]{2})([-0-9., ]*)", plain):
+            values = [float(value) for value in numbers.replace(",", " ").split()]
             points = list(zip(values[0::2], values[1::2]))
             if name == "SP":
                 self._pen = int(values[0])
@@ -65,5 +65,10 @@ def lines_text(drawing):
     return " | ".join(text_of(line) for line in drawing.lines)
 
 
+def ring_text(ring):
+    """Whether a ring ends where it began says nothing about what is inside."""
+    return text_of(ring[:-1] if len(ring) > 1 and ring[-1] == ring[0] else ring)
+
+
 def areas_text(drawing):
-    return " | ".join(" + ".join(text_of(ring) for ring in area) for area in drawing.areas)
+    return " | ".join(" + ".join(ring_text(ring) for ring in area) for area in drawing.areas)
