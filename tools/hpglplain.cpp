@@ -1,4 +1,5 @@
-// hpglplain: a plot file as plain text: what a plotter would have drawn, in the few commands that the viewer draws exactly.
+// hpglplain: a plot file as plain text: what a plotter would have drawn, in the few commands that the viewer draws
+// exactly.
 #include <cerrno>
 #include <charconv>
 #include <cstdio>

@@ -105,7 +105,8 @@ void setDefaultCorners(Coordinates& coordinates, bool hpgl2, bool large) {
 Affine inverse(const Affine& map) {
     const double determinant = map.xx * map.yy - map.xy * map.yx;
     if (determinant == 0 || !std::isfinite(determinant)) return {};
-    const Affine back = {map.yy / determinant, -map.xy / determinant, 0, -map.yx / determinant, map.xx / determinant, 0};
+    const Affine back = {map.yy / determinant,  -map.xy / determinant, 0,
+                         -map.yx / determinant, map.xx / determinant,  0};
     const Point origin = linear(back, {map.dx, map.dy});
     return {back.xx, back.xy, -origin.x, back.yx, back.yy, -origin.y};
 }

@@ -29,9 +29,9 @@ struct Scaling {
 
 struct Coordinates {
     Frame frame;
-    std::optional<Point> sheet;  // what PS says where there is no frame: plotter units; it clips nothing
+    std::optional<Point> sheet;         // what PS says where there is no frame: plotter units; it clips nothing
     std::optional<bool> switchedLarge;  // PS as a pen plotter's paper switch
-    Point p1, p2;                // plotter units
+    Point p1, p2;                       // plotter units
     Scaling scaling;
     int rotation = 0;           // RO, quarter turns counter-clockwise, 0 to 3
     std::optional<Box> window;  // IW, plotter units

@@ -10,10 +10,10 @@ namespace plotter {
 namespace {
 
 constexpr double RADIAN = std::numbers::pi / 180;
-constexpr double DEFAULT_CHORD = 5;       // degrees
-constexpr double LEAST_CHORD = 0.36;      // degrees
-constexpr double DEFAULT_DEVIATION = 5;   // user units, after CT1
-constexpr int MOST_CHORDS = 720;          // a turn
+constexpr double DEFAULT_CHORD = 5;      // degrees
+constexpr double LEAST_CHORD = 0.36;     // degrees
+constexpr double DEFAULT_DEVIATION = 5;  // user units, after CT1
+constexpr int MOST_CHORDS = 720;         // a turn
 constexpr int MOST_CURVE_STEPS = 256;
 
 Point onCircle(Point centre, double radius, double degrees) {

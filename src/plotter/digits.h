@@ -11,7 +11,8 @@ namespace plotter {
 
 inline constexpr std::size_t DIGITS_AT_ONCE = 8;
 
-// The digits that eight bytes begin with: how many, and their value. Only for little-endian machines, as all of ours are.
+// The digits that eight bytes begin with: how many, and their value. Only for little-endian machines, as all of ours
+// are.
 inline std::size_t readEightDigits(const char* bytes, uint64_t& value) {
     static_assert(std::endian::native == std::endian::little);
     uint64_t digits = 0;

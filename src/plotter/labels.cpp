@@ -11,7 +11,7 @@ constexpr double ADVANCE = 1.5;  // of widths of a capital
 constexpr double LINE_FEED = 2;  // of heights
 // A text typeface's em: capitals are 0.7 of it high, and an average one is two thirds as wide as high.
 constexpr double CAPITALS_TO_EM = 1 / 0.7;
-constexpr double AVERAGE_WIDTH = 0.667;
+constexpr double AVERAGE_WIDTH = 0.695;
 // Letters of a heavy typeface are drawn twice, so far apart; of widths.
 constexpr double HEAVY = 0.05;
 // Beyond it no plotter has coordinates.
@@ -86,6 +86,14 @@ double spaceAdvance(const Face& face) {
     return (space->right - space->left) * unitWidth(face, U' ', *space);
 }
 
+// Of the room that a narrow character leaves in its cell. Brackets stand at what they enclose.
+double shareInFront(char32_t character) {
+    constexpr std::u32string_view opening = U"([{";
+    constexpr std::u32string_view closing = U")]}";
+    if (opening.find(character) != std::u32string_view::npos) return 1;
+    return closing.find(character) != std::u32string_view::npos ? 0 : 0.5;
+}
+
 Cell fixedCell(const Face& face, char32_t character, const Glyph& glyph) {
     Cell cell = {.strokes = &glyph.strokes, .advance = ADVANCE * face.width, .width = face.width};
     const double body = glyph.ink.width();
@@ -94,7 +102,8 @@ Cell fixedCell(const Face& face, char32_t character, const Glyph& glyph) {
         meetsOthers || isMark(character) ? face.width / GLYPH_BODY : face.width / std::max(GLYPH_BODY, body);
     cell.scale = {scale, face.height / GLYPH_CAPITAL};
     const bool fromMiddle = meetsOthers || isMark(character) || glyph.ink.empty();
-    cell.shift.x = fromMiddle ? face.width / 2 : (face.width - body * scale) / 2 - glyph.ink.low.x * scale;
+    const double free = face.width - body * scale;
+    cell.shift.x = fromMiddle ? face.width / 2 : free * shareInFront(character) - glyph.ink.low.x * scale;
     return cell;
 }
 

@@ -25,7 +25,7 @@ constexpr double STICK_CAPITAL = 2.0 / 3;  // of the font's height
 // Of text typefaces: capitals, and an average letter's width, of the em and of a capital's height; a typewriter's
 // characters are 0.6 em wide each.
 constexpr double TEXT_CAPITAL = 0.7;
-constexpr double TEXT_AVERAGE = 0.667;
+constexpr double TEXT_AVERAGE = 0.695;
 constexpr double TYPEWRITER_CAPITAL = 0.58;
 constexpr double TYPEWRITER_ADVANCE = 0.6;
 

@@ -103,8 +103,8 @@ void Machine::drawLine(std::span<const Point> points) {
         emit(points, with);
         return;
     }
-    const bool dashed = dashLine(types, patternLength(*this), points,
-                                 [&](std::span<const Point> dash) { emit(dash, with); });
+    const bool dashed =
+        dashLine(types, patternLength(*this), points, [&](std::span<const Point> dash) { emit(dash, with); });
     if (!dashed) report_.meetBound("dashes", offset_);
 }
 
@@ -124,8 +124,9 @@ void Machine::drawSolid(std::span<const Point> points) {
 void Machine::drawArea(const Area& area, FillRule rule) {
     state.marked = true;
     if (!penDraws()) return;
-    fillArea(*this, area, rule, [this](const Area& piece, const Ink& ink) { emit(piece, ink); },
-             [this](std::span<const Point> line, const Ink& ink) { emit(line, ink); });
+    fillArea(
+        *this, area, rule, [this](const Area& piece, const Ink& ink) { emit(piece, ink); },
+        [this](std::span<const Point> line, const Ink& ink) { emit(line, ink); });
 }
 
 void Machine::lowerPen() {

@@ -1,8 +1,8 @@
-// The plotter itself: its state, and what it can do to a sheet of paper. The instructions are procedures over it, listed
-// in manifest.h; each file of them owns the part of the state that is reset together.
+// The plotter itself: its state, and what it can do to a sheet of paper. The instructions are procedures over it,
+// listed in manifest.h; each file of them owns the part of the state that is reset together.
 //
-// There are three kinds of coordinates, and every point's name or comment says which it is: user units (what SC makes of
-// them), plotter units (0.025 mm, after SC; the pen's position is kept in them), and paper (after RO and the picture
+// There are three kinds of coordinates, and every point's name or comment says which it is: user units (what SC makes
+// of them), plotter units (0.025 mm, after SC; the pen's position is kept in them), and paper (after RO and the picture
 // frame of a printer's page; what a Sheet gets).
 #pragma once
 
@@ -39,10 +39,10 @@ struct Polygon {
         bool down = false;  // the edge that ends here is drawn by EP
     };
     std::vector<std::vector<Vertex>> rings;
-    bool open = false;      // between PM0 and PM2
-    Point position;         // of the pen at PM0
-    bool penDown = false;   // there
-    bool fresh = false;     // nothing has followed PM0 or PM1 yet: a move with the pen up begins elsewhere
+    bool open = false;     // between PM0 and PM2
+    Point position;        // of the pen at PM0
+    bool penDown = false;  // there
+    bool fresh = false;    // nothing has followed PM0 or PM1 yet: a move with the pen up begins elsewhere
 };
 
 struct State {
@@ -53,14 +53,14 @@ struct State {
     Characters characters;
     Polygon polygon;
 
-    Point position;         // plotter units
+    Point position;  // plotter units
     bool penDown = false;
-    bool relative = false;  // PR
-    bool lost = false;      // a coordinate has left the range: nothing is drawn until the pen is found again
-    bool marked = false;    // something has been drawn since the pen came down: lifting it leaves no dot
-    Point carriage;         // where CR in a label returns to, plotter units
-    bool chordByDeviation = false;                    // CT1
-    double tickPositive = 0.5, tickNegative = 0.5;    // TL, per cent of P1 to P2
+    bool relative = false;          // PR
+    bool lost = false;              // a coordinate has left the range: nothing is drawn until the pen is found again
+    bool marked = false;            // something has been drawn since the pen came down: lifting it leaves no dot
+    Point carriage;                 // where CR in a label returns to, plotter units
+    bool chordByDeviation = false;  // CT1
+    double tickPositive = 0.5, tickNegative = 0.5;  // TL, per cent of P1 to P2
 };
 
 class Machine {
@@ -137,7 +137,7 @@ class Machine {
     bool pageMarked_ = false;
     bool aPenDrew_ = false;
     bool noPenDrew_ = false;  // strokes were lost for want of a pen
-    Line onPaper_, path_;  // room that is kept between calls
+    Line onPaper_, path_;     // room that is kept between calls
 };
 
 }  // namespace plotter

@@ -166,8 +166,8 @@ constexpr std::size_t indexOf(char first, char second) {
 }
 
 // By the two letters: the row's place, counted from 1; 0: none.
-constexpr std::array<uint8_t, LETTERS * LETTERS> PLACES = [] {
-    std::array<uint8_t, LETTERS * LETTERS> places = {};
+constexpr std::array<uint8_t, LETTERS* LETTERS> PLACES = [] {
+    std::array<uint8_t, LETTERS* LETTERS> places = {};
     uint8_t place = 0;
     for (const ManifestRow& row : ROWS) {
         places[indexOf(row.name[0], row.name[1])] = ++place;
@@ -177,7 +177,8 @@ constexpr std::array<uint8_t, LETTERS * LETTERS> PLACES = [] {
 
 constexpr bool isSorted() {
     for (std::size_t i = 1; i < std::size(ROWS); ++i) {
-        if (indexOf(ROWS[i - 1].name[0], ROWS[i - 1].name[1]) >= indexOf(ROWS[i].name[0], ROWS[i].name[1])) return false;
+        if (indexOf(ROWS[i - 1].name[0], ROWS[i - 1].name[1]) >= indexOf(ROWS[i].name[0], ROWS[i].name[1]))
+            return false;
     }
     return true;
 }

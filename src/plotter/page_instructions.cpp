@@ -108,7 +108,8 @@ void scale(Machine& machine, const Instruction& instruction) {
     const bool factors = kind == 2;
     const bool flat = factors ? n[1] == 0 || n[3] == 0 : n[0] == n[1] || n[2] == n[3];
     if (flat) return;
-    constexpr Scaling::Type types[] = {Scaling::Type::Anisotropic, Scaling::Type::Isotropic, Scaling::Type::PointFactor};
+    constexpr Scaling::Type types[] = {Scaling::Type::Anisotropic, Scaling::Type::Isotropic,
+                                       Scaling::Type::PointFactor};
     const double left = std::clamp(instruction.number(5, 50), 0.0, 100.0);
     const double bottom = std::clamp(instruction.number(6, 50), 0.0, 100.0);
     scaling = {types[kind], n[0], n[1], n[2], n[3], left, bottom};

@@ -86,8 +86,8 @@ Choice chooseKeys(const PenUse& use) {
         PenKey key;
         double amount;
         Lab lab;
-        double farness;      // from the nearest kept
-        std::size_t nearest; // its place among the kept
+        double farness;       // from the nearest kept
+        std::size_t nearest;  // its place among the kept
     };
     std::vector<Candidate> candidates;
     for (const auto& [key, amount] : use) {
@@ -95,8 +95,8 @@ Choice chooseKeys(const PenUse& use) {
     }
     Choice choice;
     while (!candidates.empty() && choice.kept.size() < MOST_COLOURS) {
-        const auto worst = std::ranges::max_element(
-            candidates, {}, [](const Candidate& c) { return c.farness * c.amount; });
+        const auto worst =
+            std::ranges::max_element(candidates, {}, [](const Candidate& c) { return c.farness * c.amount; });
         const Candidate kept = *worst;
         candidates.erase(worst);
         choice.kept.push_back(kept.key);
@@ -126,8 +126,8 @@ Palette::Palette(const PenUse& use) {
     std::vector<PenKey> keys = choice.kept;
     std::ranges::sort(keys);
 
-    // Pens keep their numbers where the viewer shows them. As soon as one has a colour of its own all say theirs: a file
-    // that gives colours to some pens leaves the others to the plotter.
+    // Pens keep their numbers where the viewer shows them. As soon as one has a colour of its own all say theirs: a
+    // file that gives colours to some pens leaves the others to the plotter.
     std::set<int32_t> taken;
     const bool allSay = !std::ranges::all_of(keys, isViewers);
     for (const PenKey& key : keys) {

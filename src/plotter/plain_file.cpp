@@ -11,9 +11,9 @@ namespace plotter {
 
 namespace {
 
-constexpr std::size_t MOST_PARAMETERS = 255;      // of a command, in the viewer
+constexpr std::size_t MOST_PARAMETERS = 255;  // of a command, in the viewer
 constexpr int64_t MOST_COORDINATE = 1 << 30;
-constexpr int64_t LONGEST_SIDE = 131'071;         // beyond, the viewer's products wrap on the finest page
+constexpr int64_t LONGEST_SIDE = 131'071;  // beyond, the viewer's products wrap on the finest page
 constexpr std::size_t MOST_DIGITS = 10;
 constexpr int32_t MOST_PEN = 63;
 constexpr std::size_t POINTS_IN_A_RING = 1998;
@@ -104,7 +104,9 @@ class PlainScan {
     }
 
     static bool begins(char c) { return (c >= '0' && c <= '9') || c == '-'; }
-    bool ends() const { return at_ == end_ || *at_ == ';' || *at_ == '\n' || *at_ == '\r' || (*at_ >= 'A' && *at_ <= 'Z'); }
+    bool ends() const {
+        return at_ == end_ || *at_ == ';' || *at_ == '\n' || *at_ == '\r' || (*at_ >= 'A' && *at_ <= 'Z');
+    }
 
     // The few numbers of an instruction that has no coordinates.
     bool readNumbers() {
@@ -230,17 +232,17 @@ class PlainScan {
     const char* end_;
     std::array<int64_t, 4> numbers_ = {};
     std::size_t count_ = 0;
-    std::size_t points_ = 0;      // of one instruction
+    std::size_t points_ = 0;  // of one instruction
     int64_t x_ = 0, y_ = 0;
     int64_t lowX_ = MOST_COORDINATE, lowY_ = MOST_COORDINATE, highX_ = -MOST_COORDINATE, highY_ = -MOST_COORDINATE;
     bool begun_ = false;
     bool over_ = false;
     bool down_ = false;
-    bool placed_ = false;         // the pen's position has been said
-    bool mayBeDot_ = false;       // the pen has come down and not drawn yet
-    bool drawn_ = false;          // with the pen that is selected
+    bool placed_ = false;    // the pen's position has been said
+    bool mayBeDot_ = false;  // the pen has come down and not drawn yet
+    bool drawn_ = false;     // with the pen that is selected
     bool anythingDrawn_ = false;
-    bool fresh_ = true;           // no line ends at the pen's position
+    bool fresh_ = true;  // no line ends at the pen's position
     int32_t pen_ = 0;
     bool coloursSaid_ = false;
     std::array<bool, MOST_PEN + 1> coloured_ = {};

@@ -16,7 +16,7 @@ constexpr std::size_t POINTS_IN_A_RING = 1990;
 constexpr std::size_t RINGS_IN_AN_AREA = 250;
 constexpr int32_t WIDEST = 32000;  // output units, of the viewer's 16 bits
 constexpr std::size_t PIECE = 65536;
-constexpr std::size_t ROOM = 256;       // longer than all that is written between two looks at what is left
+constexpr std::size_t ROOM = 256;        // longer than all that is written between two looks at what is left
 constexpr std::size_t MOST_DIGITS = 12;  // of 32 bits, with the sign
 
 bool isWithinLimits(const Area& area) {
@@ -110,9 +110,11 @@ void PlainWriter::takePen(const Ink& ink) {
     if (width == last) return;
     last = width;
     closeChain();
-    // A command says millimetres, of 40 units, and the viewer cuts off what is left: a fifth of a unit more is none less.
+    // A command says millimetres, of 40 units, and the viewer cuts off what is left: a fifth of a unit more is none
+    // less.
     text("PW");
-    next_ = std::to_chars(next_, next_ + ROOM / 2, width == 0 ? 0.0 : width / 40.0 + 0.005, std::chars_format::fixed, 3).ptr;
+    next_ = std::to_chars(next_, next_ + ROOM / 2, width == 0 ? 0.0 : width / 40.0 + 0.005, std::chars_format::fixed, 3)
+                .ptr;
     text(",");
     number(pen);
     text(";\n");
@@ -173,7 +175,8 @@ void PlainWriter::area(const Area& rings, const Ink& ink) {
     if (isWithinLimits(rings)) {
         fill(rings);
     } else {
-        cutArea(rings, {POINTS_IN_A_RING, RINGS_IN_AN_AREA, 1 / page_.factor}, [this](const Area& piece) { fill(piece); });
+        cutArea(rings, {POINTS_IN_A_RING, RINGS_IN_AN_AREA, 1 / page_.factor},
+                [this](const Area& piece) { fill(piece); });
     }
 }
 

@@ -62,12 +62,12 @@ class PlainWriter final : public Sheet {
     std::vector<char> buffer_;  // a piece, and room for what is written without asking
     char* next_;
 
-    Ink ink_;             // that was taken last
-    int32_t pen_ = 0;     // of the output; 0: none yet
+    Ink ink_;                            // that was taken last
+    int32_t pen_ = 0;                    // of the output; 0: none yet
     std::map<int32_t, int32_t> widths_;  // by pen, output units
-    Place place_;         // of the pen
+    Place place_;                        // of the pen
     bool placed_ = false;
-    int32_t pairs_ = 0;   // of the PD under way; 0: none
+    int32_t pairs_ = 0;  // of the PD under way; 0: none
 };
 
 }  // namespace plotter

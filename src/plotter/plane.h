@@ -53,9 +53,9 @@ struct Affine {
     friend bool operator==(const Affine&, const Affine&) = default;
 };
 
-using Line = std::vector<Point>;   // points joined in turn; a single one is a dot
-using Ring = std::vector<Point>;   // closed: the last point is joined to the first, whether or not they are the same
-using Area = std::vector<Ring>;    // what its rings enclose, by the rule that goes with it
+using Line = std::vector<Point>;  // points joined in turn; a single one is a dot
+using Ring = std::vector<Point>;  // closed: the last point is joined to the first, whether or not they are the same
+using Area = std::vector<Ring>;   // what its rings enclose, by the rule that goes with it
 
 enum class FillRule { EvenOdd, Winding };
 

@@ -29,7 +29,8 @@ class PlotRun {
     // A run with wrong traits finds nothing that is worth going on for.
     bool isOther() const { return machine_.found().hpgl2 && !machine_.traits().hpgl2; }
 
-    // False when the watch has said stop. Only the file itself is watched: a macro is a part of what was watched already.
+    // False when the watch has said stop. Only the file itself is watched: a macro is a part of what was watched
+    // already.
     bool runOver(std::string_view bytes, bool isFile) {
         Reader reader(bytes, report_);
         std::size_t nextWatch = 0;

@@ -31,9 +31,9 @@ bool isPlain(std::string_view file);
 std::string_view foreignKind(std::string_view file);
 
 struct PageSurvey {
-    bool draws = false;        // something is on it
-    Box extents;               // of that, plotter units on the paper
-    double factor = 1;         // output units a plotter unit: a power of two
+    bool draws = false;  // something is on it
+    Box extents;         // of that, plotter units on the paper
+    double factor = 1;   // output units a plotter unit: a power of two
     // Millimetres an output unit, for true size.
     double unit() const { return MILLIMETRES_PER_UNIT / factor; }
 };
@@ -42,8 +42,8 @@ struct PageSurvey {
 struct Findings;
 
 struct Survey {
-    bool whole = false;              // false: the watch said stop, and the rest is of no use
-    std::vector<PageSurvey> pages;   // one at least
+    bool whole = false;             // false: the watch said stop, and the rest is of no use
+    std::vector<PageSurvey> pages;  // one at least
     Report report;
     std::shared_ptr<const Findings> findings;
 };

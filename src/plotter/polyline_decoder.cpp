@@ -63,7 +63,8 @@ void PolylineDecoder::flag(uint8_t byte) {
             break;
         case '>':
             if (const std::optional<double> bits = number()) {
-                unit_ = std::ldexp(1.0, -static_cast<int>(std::clamp<double>(*bits, -MOST_FRACTION_BITS, MOST_FRACTION_BITS)));
+                unit_ = std::ldexp(
+                    1.0, -static_cast<int>(std::clamp<double>(*bits, -MOST_FRACTION_BITS, MOST_FRACTION_BITS)));
             }
             break;
         default:

@@ -1,4 +1,5 @@
-// The data of PE: digits to base 64 or 32, the lowest first, their lowest bit the sign; flags stand between the numbers.
+// The data of PE: digits to base 64 or 32, the lowest first, their lowest bit the sign; flags stand between the
+// numbers.
 #pragma once
 
 #include <cstddef>
@@ -32,7 +33,7 @@ class PolylineDecoder {
 
     std::string_view data_;
     std::size_t at_ = 0;
-    double unit_ = 1;         // of a number, by the fractional bits
+    double unit_ = 1;  // of a number, by the fractional bits
     bool sevenBit_ = false;
     bool absolute_ = false;
     bool penUp_ = false;

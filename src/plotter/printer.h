@@ -200,7 +200,7 @@ class Printer {
     Language home_ = Language::Plotter;  // after a reset
     Job job_;
     bool isPrinterPage_ = false;
-    bool isOff_ = false;                  // by device control
+    bool isOff_ = false;  // by device control
     bool choosesPage_ = false;
     bool sawEnvelope_ = false;
     bool colourPrinter_ = false;

@@ -56,7 +56,8 @@ int digitOf(uint8_t byte) {
     return (byte & 0x7F) - '0';
 }
 
-constexpr double POWERS[] = {1e0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
+constexpr double POWERS[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
+                             1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
 constexpr int MOST_EXPONENT = 18;
 constexpr uint64_t TENS[] = {1, 10, 100, 1000, 10000, 100000, 1000000, 10000000, 100000000};
 
@@ -124,8 +125,7 @@ int32_t toInteger(double number) {
     return static_cast<int32_t>(number < 0 ? std::max(number - 0.5, -0x1p31) : std::min(number + 0.5, 0x1p31 - 1));
 }
 
-Reader::Reader(std::string_view bytes, Report& report)
-    : bytes_(bytes), report_(report), numbers_(NUMBERS_AT_ONCE) {}
+Reader::Reader(std::string_view bytes, Report& report) : bytes_(bytes), report_(report), numbers_(NUMBERS_AT_ONCE) {}
 
 // The first such byte from there on; the file's end where there is none.
 std::size_t Reader::find(char wanted, std::size_t from) {
@@ -388,7 +388,8 @@ void Reader::readEncoded() {
 // Where a label ends whose terminator does not come in all the rest of the file: before a line that begins with an
 // instruction.
 std::size_t Reader::endOfBrokenLabel() const {
-    for (std::size_t line = bytes_.find('\n', at_); line != std::string_view::npos; line = bytes_.find('\n', line + 1)) {
+    for (std::size_t line = bytes_.find('\n', at_); line != std::string_view::npos;
+         line = bytes_.find('\n', line + 1)) {
         std::size_t next = line + 1;
         while (next < bytes_.size() && (bytes_[next] == '\n' || bytes_[next] == '\r')) {
             ++next;
@@ -472,7 +473,8 @@ void Reader::readComment() {
         ++at_;
     }
     const std::size_t start = at_;
-    const std::size_t quote = at_ < bytes_.size() && bytes_[at_] == '"' ? bytes_.find('"', at_ + 1) : std::string_view::npos;
+    const std::size_t quote =
+        at_ < bytes_.size() && bytes_[at_] == '"' ? bytes_.find('"', at_ + 1) : std::string_view::npos;
     if (quote != std::string_view::npos) {
         at_ = quote + 1;
     } else {

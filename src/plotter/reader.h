@@ -66,8 +66,8 @@ class Reader {
     std::size_t at_ = 0;
     Instruction instruction_;
     const ManifestRow* going_ = nullptr;  // an instruction that is handed over in pieces
-    std::vector<double> numbers_;  // room for NUMBERS_AT_ONCE
-    std::size_t count_ = 0;        // of them
+    std::vector<double> numbers_;         // room for NUMBERS_AT_ONCE
+    std::size_t count_ = 0;               // of them
     std::array<Sought, 256> sought_ = {};
     std::optional<Ending> brokenOff_;
 };

@@ -47,7 +47,9 @@ std::string summary(const Survey& survey) {
     const std::vector<Report::Entry> passedOver = survey.report.passedOver();
     if (!passedOver.empty()) {
         const std::string count = std::to_string(passedOver.size());
-        add(count + (passedOver.size() == 1 ? " kind of instruction was not drawn: " : " kinds of instructions were not drawn: ") +
+        add(count +
+            (passedOver.size() == 1 ? " kind of instruction was not drawn: "
+                                    : " kinds of instructions were not drawn: ") +
             listOf(passedOver));
     }
     const std::vector<Report::Entry> bounds = survey.report.bounds();

@@ -28,8 +28,8 @@ constexpr double A4_SHORT = 8'420;
 double factorFor(const Box& extents) {
     if (extents.empty()) return 1;
     const double side = std::max(extents.width(), extents.height());
-    const double reach = std::max({std::abs(extents.low.x), std::abs(extents.low.y), std::abs(extents.high.x),
-                                   std::abs(extents.high.y)});
+    const double reach = std::max(
+        {std::abs(extents.low.x), std::abs(extents.low.y), std::abs(extents.high.x), std::abs(extents.high.y)});
     double factor = std::ldexp(1.0, MOST_DOUBLINGS);
     const double least = std::ldexp(1.0, -MOST_DOUBLINGS);
     while (factor > least && (side * factor > LONGEST_SIDE || reach * factor > FARTHEST)) {

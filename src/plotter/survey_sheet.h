@@ -17,7 +17,7 @@ class SurveySheet final : public Sheet {
     // counted.
     struct Page {
         bool draws = false;
-        Box extents;       // paper
+        Box extents;  // paper
         PenUse ownColours;
         PenUse viewerColours;
     };
@@ -35,7 +35,7 @@ class SurveySheet final : public Sheet {
     void settle();
 
     std::vector<Page> pages_ = std::vector<Page>(1);
-    Ink last_;         // whose ink has not been counted yet
+    Ink last_;  // whose ink has not been counted yet
     double amount_ = 0;
 };
 

@@ -1,7 +1,7 @@
-#include "instructions.h"
-#include "character_instructions.h"
-#include "polyline_decoder.h"
 #include "vectors.h"
+#include "character_instructions.h"
+#include "instructions.h"
+#include "polyline_decoder.h"
 
 namespace plotter {
 
