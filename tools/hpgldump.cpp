@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "action_bar.h"
@@ -12,6 +13,7 @@
 #include "hpgldump_options.h"
 #include "hpgldump_sections.h"
 #include "main_window.h"
+#include "plotter.h"
 #include "recorder.h"
 #include "winmain.h"
 
@@ -96,6 +98,22 @@ int runViewer(const DumpOptions& options, const std::string& bytes) {
     return WinMain(nullptr, nullptr, commandLine.data(), 0);
 }
 
+// Puts a page of a file in the place of its bytes, unless they are plain and it is the only one. Answers how many pages
+// there are.
+std::size_t plot(std::string* bytes, int32_t page) {
+    if (plotter::isPlain(*bytes)) return 1;
+    const auto goOn = [](std::size_t /*bytesDone*/) { return true; };
+    const plotter::Survey survey = plotter::survey(*bytes, goOn);
+    std::string plain;
+    const auto append = [&](std::string_view piece) {
+        plain += piece;
+        return true;
+    };
+    plotter::write(*bytes, survey, static_cast<std::size_t>(page) - 1, append, goOn);
+    *bytes = std::move(plain);
+    return survey.pages.size();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -108,6 +126,12 @@ int main(int argc, char** argv) {
     std::string bytes;
     if (!readFile(*options.file, &bytes)) {
         std::fprintf(stderr, "hpgldump: cannot read %s\n", options.file->c_str());
+        return EXIT_UNREADABLE;
+    }
+    const std::size_t pages = options.plotted ? plot(&bytes, options.page) : 1;
+    if (static_cast<std::size_t>(options.page) > pages) {
+        std::fprintf(stderr, "hpgldump: %s has no page %d, the last is %zu\n", options.file->c_str(), options.page,
+                     pages);
         return EXIT_UNREADABLE;
     }
     runViewer(options, bytes);

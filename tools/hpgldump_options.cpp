@@ -3,7 +3,7 @@
 #include <charconv>
 
 const char DUMP_USAGE[] =
-    "usage: hpgldump [--chunk N] [--size WxH] [--rotate K] [--zoom X1,Y1,X2,Y2]...\n"
+    "usage: hpgldump [--plotted [--page N]] [--chunk N] [--size WxH] [--rotate K] [--zoom X1,Y1,X2,Y2]...\n"
     "                [--records] [--hex] [--picture] [--calls] FILE\n";
 
 namespace {
@@ -28,32 +28,31 @@ bool parseZoom(const std::string& text, std::vector<DumpZoom>& zooms) {
     return true;
 }
 
-struct Section {
+struct Flag {
     const char* word;
     bool DumpOptions::*wanted;
 };
-constexpr Section SECTIONS[] = {
-    {"--records", &DumpOptions::records},
-    {"--hex", &DumpOptions::hex},
-    {"--picture", &DumpOptions::picture},
-    {"--calls", &DumpOptions::calls},
+constexpr Flag FLAGS[] = {
+    {"--plotted", &DumpOptions::plotted}, {"--records", &DumpOptions::records}, {"--hex", &DumpOptions::hex},
+    {"--picture", &DumpOptions::picture}, {"--calls", &DumpOptions::calls},
 };
 
-// True when the word names a section.
-bool chooseSection(const std::string& word, DumpOptions& options) {
-    for (const Section& section : SECTIONS) {
-        if (word != section.word) continue;
-        options.*section.wanted = true;
+// True when the word is one of them.
+bool setFlag(const std::string& word, DumpOptions& options) {
+    for (const Flag& flag : FLAGS) {
+        if (word != flag.word) continue;
+        options.*flag.wanted = true;
         return true;
     }
     return false;
 }
 
 bool takesValue(const std::string& word) {
-    return word == "--chunk" || word == "--size" || word == "--rotate" || word == "--zoom";
+    return word == "--page" || word == "--chunk" || word == "--size" || word == "--rotate" || word == "--zoom";
 }
 
 bool parseValue(const std::string& word, const std::string& value, DumpOptions& options) {
+    if (word == "--page") return parseNumbers(value, ' ', 1, {&options.page});
     if (word == "--chunk") return parseNumbers(value, ' ', 1, {&options.chunk});
     if (word == "--size") return parseNumbers(value, 'x', 0, {&options.width, &options.height});
     if (word == "--rotate") return parseNumbers(value, ' ', 0, {&options.rotations});
@@ -63,7 +62,7 @@ bool parseValue(const std::string& word, const std::string& value, DumpOptions& 
 // Takes the word at i, and the value behind it where it has one. Answers the problem, or nothing.
 std::string takeWord(const std::vector<std::string>& words, size_t& i, DumpOptions& options) {
     const std::string& word = words[i];
-    if (chooseSection(word, options)) return {};
+    if (setFlag(word, options)) return {};
     if (takesValue(word)) {
         if (++i == words.size()) return "a value is missing behind " + word;
         return parseValue(word, words[i], options) ? "" : "wrong value behind " + word + ": " + words[i];
@@ -86,6 +85,7 @@ std::string parseDumpOptions(const std::vector<std::string>& words, DumpOptions&
         std::string problem = takeWord(words, i, options);
         if (!problem.empty()) return problem;
     }
+    if (options.page != 1 && !options.plotted) return "--page goes with --plotted";
     chooseDefaultSections(options);
     return options.file ? "" : "no file";
 }

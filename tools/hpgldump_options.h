@@ -16,6 +16,8 @@ struct DumpOptions {
     int32_t height = 500;
     int32_t rotations = 0;
     std::vector<DumpZoom> zooms;
+    bool plotted = false;  // the plotter stands in front of the viewer,
+    int32_t page = 1;      // and this page of the file is shown
     bool records = false, hex = false, picture = false, calls = false;
     std::optional<std::string> file;
 };

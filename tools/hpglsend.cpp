@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -19,6 +20,7 @@
 
 #include "client.h"
 #include "hpglsend_options.h"
+#include "plotter.h"
 #include "viewer_process.h"
 #include "whole_file.h"
 
@@ -65,8 +67,25 @@ class Source {
     std::array<char, kelhost::PIECE_BYTES> bytes_;
 };
 
-// What becomes of a file.
-enum class Fate { Open, Shown, Refused, Unreadable, NoViewer };
+// The same of what is in memory.
+class Text {
+  public:
+    explicit Text(std::string_view bytes) : rest_(bytes) {}
+
+    static bool isReadable() { return true; }
+    static std::string problem() { return {}; }
+    std::string_view read() {
+        const std::string_view piece = rest_.substr(0, kelhost::PIECE_BYTES);
+        rest_.remove_prefix(piece.size());
+        return piece;
+    }
+
+  private:
+    std::string_view rest_;
+};
+
+// What becomes of a file, or of a page of it.
+enum class Fate { Open, Shown, Refused, Unreadable, NoPlot, NoViewer };
 
 struct Verdict {
     Fate fate;
@@ -87,7 +106,8 @@ Verdict verdict(Client& viewer, milliseconds limit) {
 
 // One transmission, as long as the viewer does not refuse it. The viewer may take its time: it may be busy with a large
 // picture, or with another host.
-Verdict send(Client& viewer, Source& source) {
+template <class Bytes>
+Verdict send(Client& viewer, Bytes& source) {
     std::string_view piece = source.read();
     Verdict soFar{Fate::Open, {}};
     Status status = viewer.send(FrameKind::Begin, {}, kelhost::FOREVER);
@@ -129,11 +149,10 @@ bool reachViewer(Client& viewer, const SendOptions& options) {
     return status == Status::Ok || sayThatThereIsNone(viewer.problem() + endOf(started.process, program));
 }
 
-Verdict sendFile(Client& viewer, const SendOptions& options, const std::string& name) {
-    Source source(name);
-    if (!source.isReadable()) return {Fate::Unreadable, source.problem()};
+template <class Bytes>
+Verdict transmit(Client& viewer, const SendOptions& options, Bytes& bytes) {
     if (!viewer.isConnected() && !reachViewer(viewer, options)) return {Fate::NoViewer, {}};
-    Verdict result = send(viewer, source);
+    Verdict result = send(viewer, bytes);
     // Whatever of this picture is on its way is not to be taken for a part of the next.
     if (result.fate != Fate::Shown) viewer.close();
     return result;
@@ -147,25 +166,94 @@ void say(const std::string& name, const std::string& words) {
 std::string inWords(const Verdict& result) {
     const char* words = result.fate == Fate::Shown        ? "shown"
                         : result.fate == Fate::Unreadable ? "cannot read: "
+                        : result.fate == Fate::NoPlot     ? "not a plot: "
                         : result.fate == Fate::NoViewer   ? "not shown: "
                                                           : "refused: ";
     return words + result.reason;
+}
+
+// That there is no viewer has been said where it was looked for.
+void sayVerdict(const std::string& name, const Verdict& result) {
+    if (result.fate != Fate::NoViewer || !result.reason.empty()) say(name, inWords(result));
+}
+
+// ---- files ----------------------------------------------------------------------------------------------------------
+
+// Of the exit status: what went worse counts.
+int statusOf(Fate fate) {
+    return fate == Fate::Shown ? EXIT_SHOWN : fate == Fate::NoViewer ? EXIT_NO_VIEWER : EXIT_NOT_SHOWN;
+}
+
+// Whatever a viewer on this machine could take; a device may have no end.
+std::size_t mostBytes() {
+    return static_cast<std::size_t>(sysconf(_SC_PHYS_PAGES)) * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) / 2;
+}
+
+// Answers why that cannot be, or nothing.
+std::string readWhole(Source& source, std::string& bytes) {
+    const std::size_t most = mostBytes();
+    for (std::string_view piece = source.read(); !piece.empty(); piece = source.read()) {
+        if (bytes.size() + piece.size() > most) return "more data than half of the memory";
+        bytes += piece;
+    }
+    return source.isReadable() ? "" : source.problem();
+}
+
+bool goOn(std::size_t /*bytesDone*/) {
+    return true;
+}
+
+// Each page is a picture of its own.
+int sendPages(Client& viewer, const SendOptions& options, const std::string& name, std::string_view file) {
+    const plotter::Survey survey = plotter::survey(file, goOn);
+    if (const std::string said = plotter::summary(survey); !said.empty()) {
+        std::fprintf(stderr, "hpglsend: %s: %s\n", name.c_str(), said.c_str());
+    }
+    const std::size_t pages = survey.pages.size();
+    int status = EXIT_SHOWN;
+    for (std::size_t page = 0; page < pages && status != EXIT_NO_VIEWER; ++page) {
+        std::string plain;
+        const auto append = [&](std::string_view piece) {
+            plain += piece;
+            return true;
+        };
+        plotter::write(file, survey, page, append, goOn);
+        Text text(plain);
+        const Verdict result = transmit(viewer, options, text);
+        const std::string which = ", page " + std::to_string(page + 1) + " of " + std::to_string(pages);
+        sayVerdict(pages > 1 ? name + which : name, result);
+        status = std::max(status, statusOf(result.fate));
+    }
+    return status;
+}
+
+// What comes on standard input is sent while it comes.
+int sendFile(Client& viewer, const SendOptions& options, const std::string& name) {
+    const auto end = [&](const Verdict& result) {
+        sayVerdict(name, result);
+        return statusOf(result.fate);
+    };
+    Source source(name);
+    if (!source.isReadable()) return end({Fate::Unreadable, source.problem()});
+    if (options.asIs || name == "-") return end(transmit(viewer, options, source));
+    std::string file;
+    if (const std::string problem = readWhole(source, file); !problem.empty()) return end({Fate::Unreadable, problem});
+    if (plotter::isPlain(file)) {
+        Text text(file);
+        return end(transmit(viewer, options, text));
+    }
+    const std::string_view kind = plotter::foreignKind(file);
+    return kind.empty() ? sendPages(viewer, options, name, file) : end({Fate::NoPlot, std::string(kind)});
 }
 
 int sendAll(Client& viewer, const SendOptions& options) {
     int status = EXIT_SHOWN;
     for (const std::string& name : options.files) {
         if (status == EXIT_NO_VIEWER) {
-            say(name, inWords({Fate::NoViewer, "there is no viewer"}));
-            continue;
+            sayVerdict(name, {Fate::NoViewer, "there is no viewer"});
+        } else {
+            status = std::max(status, sendFile(viewer, options, name));
         }
-        const Verdict result = sendFile(viewer, options, name);
-        if (result.fate != Fate::NoViewer || !result.reason.empty()) say(name, inWords(result));
-        if (result.fate == Fate::NoViewer) {
-            status = EXIT_NO_VIEWER;
-            continue;
-        }
-        if (result.fate != Fate::Shown) status = EXIT_NOT_SHOWN;
     }
     return status;
 }

@@ -5,12 +5,15 @@
 #include "protocol.h"
 
 const char SEND_USAGE[] =
-    "usage: hpglsend [--channel NAME] [--viewer PROGRAM] [--wait SECONDS] [--no-start] [--receive FILE] [FILE...]\n";
+    "usage: hpglsend [--channel NAME] [--viewer PROGRAM] [--wait SECONDS] [--no-start] [--as-is] [--receive FILE] "
+    "[FILE...]\n";
 
 const char SEND_HELP[] =
     "Sends HP-GL files to the viewer, one after another, and says what became of each.\n"
     "\n"
-    "  FILE               a drawing; - or none: the one on standard input\n"
+    "  FILE               a drawing, as a plotter would draw it, its pages one after another;\n"
+    "                     - or none: the one on standard input, sent as it is while it comes\n"
+    "  --as-is            sends the bytes of every FILE as they are\n"
     "  --channel NAME     the viewer that was started with this name (default)\n"
     "  --viewer PROGRAM   what is started when no viewer listens there (kelhpgl)\n"
     "  --wait SECONDS     how long it is waited for, 0 to 86400 (10)\n"
@@ -56,6 +59,11 @@ bool setNoStart(SendOptions& options, const std::string& /*value*/) {
     return true;
 }
 
+bool setAsIs(SendOptions& options, const std::string& /*value*/) {
+    options.asIs = true;
+    return true;
+}
+
 bool setHelp(SendOptions& options, const std::string& /*value*/) {
     options.help = true;
     return true;
@@ -73,6 +81,7 @@ constexpr Option OPTIONS[] = {
     {"--viewer",   true,  setViewer},
     {"--wait",     true,  setWait},
     {"--no-start", false, setNoStart},
+    {"--as-is",    false, setAsIs},
     {"--receive",  true,  setReceive},
     {"--help",     false, setHelp},
 };

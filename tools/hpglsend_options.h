@@ -11,6 +11,7 @@ struct SendOptions {
     std::string receive;            // the file for the page that the user prints; empty: none is waited for
     std::chrono::seconds wait{10};  // for the viewer to listen, at most
     bool start = true;              // a viewer, where none listens
+    bool asIs = false;              // files do not go through the plotter
     bool help = false;
     std::vector<std::string> files;  // "-" is standard input; at least one
 };

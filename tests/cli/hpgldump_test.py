@@ -10,7 +10,7 @@ import sys
 import tempfile
 
 PROGRAM = str(pathlib.Path(sys.argv[1]).resolve())
-USAGE = """usage: hpgldump [--chunk N] [--size WxH] [--rotate K] [--zoom X1,Y1,X2,Y2]...
+USAGE = """usage: hpgldump [--plotted [--page N]] [--chunk N] [--size WxH] [--rotate K] [--zoom X1,Y1,X2,Y2]...
                 [--records] [--hex] [--picture] [--calls] FILE
 """
 PICTURE = """file -
@@ -29,6 +29,8 @@ OUTfillcolour 1
 OUTline 126 2 498 498
 """
 RECORDS = "rec 0 0 20 PD 2 3 4\nrec 0 10 19 PA 0\n"
+PLAIN = "IN;SP1;PU0,0;PD3,4;"
+PLAIN_RECORDS = "rec 0 0 5 IN 0\nrec 0 2 61 SP 1 1\nrec 0 6 23 PU 2 0 0\nrec 0 16 20 PD 2 3 4\n"
 
 
 def wrong(problem):
@@ -45,6 +47,17 @@ ROWS = [
     ("largest chunk", ["--chunk", "2147483647", "--hex", "t.plt"], (0, HEX, "")),
     ("empty file", ["--hex", "empty.plt"], (0, "block 0 0\nhex\n", "")),
     ("negative zoom corner", ["--records", "--zoom", "-5,-6,-7,-8", "t.plt"], (0, RECORDS, "")),
+    ("a plain file plotted", ["--plotted", "--records", "plain.plt"], (0, PLAIN_RECORDS, "")),
+    ("a page plotted", ["--plotted", "--page", "2", "--records", "pages.plt"],
+     (0, PLAIN_RECORDS.replace("3 4", "40960 0"), "")),
+    ("the first page plotted", ["--plotted", "--records", "pages.plt"],
+     (0, PLAIN_RECORDS.replace("3 4", "12288 16384"), "")),
+    ("a page of a plain file", ["--plotted", "--page", "2", "plain.plt"],
+     (1, "", "hpgldump: plain.plt has no page 2, the last is 1\n")),
+    ("a page too many", ["--plotted", "--page", "3", "pages.plt"],
+     (1, "", "hpgldump: pages.plt has no page 3, the last is 2\n")),
+    ("a page without the plotter", ["--page", "2", "pages.plt"], wrong("--page goes with --plotted")),
+    ("page 0", ["--plotted", "--page", "0", "pages.plt"], wrong("wrong value behind --page: 0")),
     ("no such file", ["missing.plt"], (1, "", "hpgldump: cannot read missing.plt\n")),
     ("a folder", ["."], (1, "", "hpgldump: cannot read .\n")),
     ("no file", [], wrong("no file")),
@@ -89,7 +102,7 @@ def check_trace(folder):
     logs = sorted(path.name for path in folder.glob("*.log"))
     text = (folder / "dev_hp00.log").read_bytes() if logs else b""
     return [
-        check("no trace file without being asked for", ["empty.plt", "t.plt"], quiet),
+        check("no trace file without being asked for", ["empty.plt", "pages.plt", "plain.plt", "t.plt"], quiet),
         check("trace window", (0, PICTURE, ""), window),
         check("trace file", ["dev_hp00.log"], logs),
         check("trace line", True, b"HPGL-Viewer started\r\n" in text),
@@ -102,6 +115,8 @@ def main():
         folder = pathlib.Path(name)
         (folder / "t.plt").write_text("PD3,4;PA")
         (folder / "empty.plt").write_text("")
+        (folder / "plain.plt").write_text(PLAIN)
+        (folder / "pages.plt").write_text(PLAIN + "PG;PU0,0;PD10,0;")
         results = check_rows(folder) + check_trace(folder)
     print(f"{results.count(True)} passed, {results.count(False)} failed")
     return 0 if all(results) else 1

@@ -19,9 +19,10 @@ from viewer_double import PAGE
 PROGRAM = str(pathlib.Path(sys.argv[1]).resolve())
 DOUBLE = str(pathlib.Path(__file__).resolve().with_name("viewer_double.py"))
 PATIENCE = 60  # seconds; a loaded machine is slow
-USAGE = ("usage: hpglsend [--channel NAME] [--viewer PROGRAM] [--wait SECONDS] [--no-start] [--receive FILE] "
+USAGE = ("usage: hpglsend [--channel NAME] [--viewer PROGRAM] [--wait SECONDS] [--no-start] [--as-is] [--receive FILE] "
          "[FILE...]\n")
 PIECE = 65536
+A, B = b"IN;SP1;PU0,0;PD3,4;", b"IN;SP1;PU0,0;PD5,6;"  # plain: they are sent as they are
 
 
 def wrong(problem):
@@ -34,8 +35,8 @@ class Place:
     def __enter__(self):
         self.scratch = tempfile.TemporaryDirectory()
         self.folder = pathlib.Path(self.scratch.name)
-        (self.folder / "a.plt").write_bytes(b"IN;PD3,4;")
-        (self.folder / "b.plt").write_bytes(b"IN;PD5,6;")
+        (self.folder / "a.plt").write_bytes(A)
+        (self.folder / "b.plt").write_bytes(B)
         (self.folder / "empty.plt").write_bytes(b"")
         (self.folder / "large.plt").write_bytes(bytes(range(256)) * 1024)
         self.log = self.folder / "log"
@@ -124,14 +125,14 @@ def tells_how_to_call_it(place):
 
 def starts_a_viewer_and_sends(place):
     expect((0, "a.plt: shown\n", ""), place.run("a.plt"))
-    expect([([0, 9, 0], b"IN;PD3,4;")], place.sent())
+    expect([([0, len(A), 0], A)], place.sent())
     expect(1, len(place.started()))
 
 
 def sends_several_to_the_one_that_runs(place):
     place.run("a.plt")
     expect((0, "b.plt: shown\nempty.plt: shown\na.plt: shown\n", ""), place.run("b.plt", "empty.plt", "a.plt"))
-    expect([b"IN;PD3,4;", b"IN;PD5,6;", b"", b"IN;PD3,4;"], [data for _, data in place.sent()])
+    expect([A, B, b"", A], [data for _, data in place.sent()])
     expect([0, 0], place.sent()[2][0])
     expect(1, len(place.started()))
 
@@ -145,19 +146,23 @@ def another_channel_is_another_viewer(place):
 def sends_standard_input(place):
     expect((0, "-: shown\n", ""), place.run(stdin=b"PD1,2;"))
     expect((0, "a.plt: shown\n-: shown\n", ""), place.run("a.plt", "-", stdin=b""))
-    expect([b"PD1,2;", b"IN;PD3,4;", b""], [data for _, data in place.sent()])
+    expect([b"PD1,2;", A, b""], [data for _, data in place.sent()])
 
 
 def sends_large_files_in_pieces(place):
-    expect((0, "large.plt: shown\n", ""), place.run("large.plt"))
+    expect((0, "large.plt: shown\n", ""), place.run("--as-is", "large.plt"))
     expect([([0, PIECE, PIECE, PIECE, PIECE, 0], bytes(range(256)) * 1024)], place.sent())
+    plain = b"IN;SP1;PU0,0;" + b"PD10,10;" * 20_000
+    (place.folder / "plain.plt").write_bytes(plain)
+    expect((0, "plain.plt: shown\n", ""), place.run("plain.plt"))
+    expect(([0, PIECE, PIECE, len(plain) - 2 * PIECE, 0], plain), place.sent()[1])
 
 
 def memory_stays_small(place):
-    """Whatever is sent, and whatever is printed that nobody asked for."""
+    """Whatever is sent as it is, and whatever is printed that nobody asked for."""
     with open(place.folder / "huge.plt", "wb") as file:
         file.truncate(400_000_000)
-    needs_little_memory(place.call("--channel", "one", "huge.plt", plays="blind"), b"huge.plt: shown\n")
+    needs_little_memory(place.call("--channel", "one", "--as-is", "huge.plt", plays="blind"), b"huge.plt: shown\n")
     needs_little_memory(place.call("--channel", "two", "a.plt", plays="floods"), b"a.plt: shown\n")
 
 
@@ -167,6 +172,58 @@ def needs_little_memory(call, said):
     expect(said, call.stdout.read())
     assert usage.ru_maxrss < 100_000, f"{usage.ru_maxrss} kB"  # a sanitizer takes some itself
 
+
+# ---- the plotter in between -----------------------------------------------------------------------------------------
+
+PAGES = b"IN;SP1;PU0,0;PD4000,3000;PG;PU0,0;PD1000,0;PG;PU5,5;PD7,9;"
+
+
+def sends_each_page(place):
+    """As a picture of its own, which is plain."""
+    (place.folder / "pages.plt").write_bytes(PAGES)
+    expect((0, "a.plt: shown\npages.plt, page 1 of 3: shown\npages.plt, page 2 of 3: shown\n"
+               "pages.plt, page 3 of 3: shown\nb.plt: shown\n", ""), place.run("a.plt", "pages.plt", "b.plt"))
+    pages = [data for _, data in place.sent()][1:-1]
+    expect(3, len(pages))
+    for number, page in enumerate(pages):
+        assert b"PG" not in page and b"PD" in page, page
+        (place.folder / f"page{number}.plt").write_bytes(page)
+        expect((0, f"page{number}.plt: shown\n", ""), place.run(f"page{number}.plt"))
+        expect(page, place.sent()[-1][1])
+
+
+def sends_as_it_is(place):
+    (place.folder / "pages.plt").write_bytes(PAGES)
+    expect((0, "pages.plt: shown\n", ""), place.run("--as-is", "pages.plt"))
+    expect((0, "-: shown\n", ""), place.run(stdin=PAGES))
+    expect([PAGES, PAGES], [data for _, data in place.sent()])
+
+
+def goes_on_after_a_page_that_is_refused(place):
+    (place.folder / "pages.plt").write_bytes(PAGES)
+    expect((1, "".join(f"pages.plt, page {page} of 3: refused: no paper\n" for page in (1, 2, 3)), ""),
+           place.run("pages.plt", plays="refuse"))
+
+
+def sends_no_more_pages_without_a_viewer(place):
+    (place.folder / "pages.plt").write_bytes(PAGES)
+    expect((3, "pages.plt, page 1 of 3: not shown: the viewer has closed the connection\n"
+               "a.plt: not shown: there is no viewer\n", ""), place.run("pages.plt", "a.plt", plays="mute"))
+
+
+def says_what_is_not_drawn(place):
+    (place.folder / "odd.plt").write_bytes(b"IN;SP1;PU0,0;PD10.5,10;LBlab")
+    expect((0, "odd.plt: shown\n", "hpglsend: odd.plt: incomplete: the file ends inside a label\n"), place.run("odd.plt"))
+
+
+def sends_no_other_kind(place):
+    (place.folder / "script.plt").write_bytes(b"%!PS\nPD100,100;\n")
+    expect((1, "script.plt: not a plot: PostScript\na.plt: shown\n", ""), place.run("script.plt", "a.plt"))
+    expect((0, "script.plt: shown\n", ""), place.run("--as-is", "script.plt"))
+    expect(2, len(place.sent()))
+
+
+# ---- what goes wrong ------------------------------------------------------------------------------------------------
 
 def goes_on_after_a_file_that_cannot_be_read(place):
     expect((1, "a.plt: shown\nmissing.plt: cannot read: No such file or directory\nb.plt: shown\n", ""),
@@ -179,30 +236,30 @@ def waits_until_the_viewer_listens(place):
 
 def goes_on_after_a_refusal(place):
     expect((1, "a.plt: refused: no paper\nlarge.plt: refused: no paper\n", ""),
-           place.run("a.plt", "large.plt", plays="refuse"))
+           place.run("--as-is", "a.plt", "large.plt", plays="refuse"))
 
 
 def stops_sending_what_is_refused(place):
     expect((1, "large.plt: refused: no paper\na.plt: refused: no paper\n", ""),
-           place.run("large.plt", "a.plt", plays="early"))
+           place.run("--as-is", "large.plt", "a.plt", plays="early"))
     expect(1, len(place.started()))
 
 
 def hears_why_the_connection_is_closed(place):
     expect((1, "large.plt: refused: no paper\na.plt: refused: no paper\n", ""),
-           place.run("large.plt", "a.plt", plays="strict"))
+           place.run("--as-is", "large.plt", "a.plt", plays="strict"))
     expect(1, len(place.started()))
 
 
 def hears_that_there_are_too_many(place):
     expect((1, "large.plt: refused: too many hosts\na.plt: refused: too many hosts\n", ""),
-           place.run("large.plt", "a.plt", plays="full"))
+           place.run("--as-is", "large.plt", "a.plt", plays="full"))
 
 
 def stops_when_the_viewer_ends(place):
     for plays in ("dies", "mute"):
         expect((3, "large.plt: not shown: the viewer has closed the connection\na.plt: not shown: there is no viewer\n", ""),
-               place.run("large.plt", "a.plt", plays=plays))
+               place.run("--as-is", "large.plt", "a.plt", plays=plays))
 
 
 def finds_no_viewer(place):
@@ -240,7 +297,7 @@ def starts_where_a_viewer_crashed(place):
 def two_at_once_share_one_viewer(place):
     calls = [place.call(name, plays="late") for name in ("a.plt", "b.plt")]
     expect([(0, "a.plt: shown\n", ""), (0, "b.plt: shown\n", "")], [result(call) for call in calls])
-    expect([b"IN;PD3,4;", b"IN;PD5,6;"], sorted(data for _, data in place.sent()))
+    expect([A, B], sorted(data for _, data in place.sent()))
 
 
 def a_slow_generator_is_waited_for(place):
@@ -383,6 +440,8 @@ def ends_by_a_signal(place):
 
 TESTS = [answers_without_a_viewer, tells_how_to_call_it, starts_a_viewer_and_sends, sends_several_to_the_one_that_runs,
          another_channel_is_another_viewer, sends_standard_input, sends_large_files_in_pieces, memory_stays_small,
+         sends_each_page, sends_as_it_is, goes_on_after_a_page_that_is_refused, sends_no_more_pages_without_a_viewer,
+         says_what_is_not_drawn, sends_no_other_kind,
          goes_on_after_a_file_that_cannot_be_read, waits_until_the_viewer_listens, goes_on_after_a_refusal,
          stops_sending_what_is_refused, hears_why_the_connection_is_closed, hears_that_there_are_too_many,
          stops_when_the_viewer_ends, finds_no_viewer, waits_no_longer_than_told, starts_where_a_viewer_crashed,

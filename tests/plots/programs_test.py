@@ -3,7 +3,7 @@
 
 usage: programs_test.py HPGLDUMP
 
-Each must be drawn (so many output calls at least), in the same way whatever the chunks.
+Each must be drawn (so many output calls at least), in the same way whatever the chunks; with a plotter in between, too.
 """
 import os
 import pathlib
@@ -41,14 +41,18 @@ def dump(plot, *options):
     return subprocess.run([PROGRAM, *options, str(plot)], capture_output=True, check=True, timeout=300).stdout
 
 
-def check(name, plot, at_least):
-    calls = dump(plot, "--calls")
-    same = all(calls == dump(plot, "--calls", "--chunk", chunk) for chunk in ("1", "250", "8192"))
+def check(name, plot, at_least, *options):
+    calls = dump(plot, "--calls", *options)
+    same = all(calls == dump(plot, "--calls", "--chunk", chunk, *options) for chunk in ("1", "250", "8192"))
     count = calls.count(b"\n")
     if same and count >= at_least:
         return True
-    print(f"FAILED {name}: {count} calls" + ("" if same else ", and chunks differ"))
+    print(f"FAILED {name} {' '.join(options)}: {count} calls" + ("" if same else ", and chunks differ"))
     return False
+
+
+def check_both(name, plot, at_least):
+    return check(name, plot, at_least) and check(name, plot, at_least, "--plotted")
 
 
 def main():
@@ -57,9 +61,9 @@ def main():
         for number, (name, command, text, at_least) in enumerate(ROWS):
             plot = pathlib.Path(folder) / f"{number}.plt"
             write_plot(command, text, plot)
-            results.append(check(name, plot, at_least))
+            results.append(check_both(name, plot, at_least))
     for plot in sorted(EXAMPLES.glob("*.plt")):
-        results.append(check(plot.name, plot, 1000))
+        results.append(check_both(plot.name, plot, 1000))
     print(f"{results.count(True)} passed, {results.count(False)} failed")
     return 0 if all(results) else 1
 
