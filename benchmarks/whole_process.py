@@ -5,7 +5,7 @@ usage: whole_process.py [--build DIR] [--runs N] [--large]
 
 Prints a Markdown table of wall time, user time and peak memory, the median of N runs (5) each: of an empty plot and of
 plots of 10,000 to 10 million short segments, as the window's picture and printed as a page. --large adds a plot of 1 GB, run once. DIR is where viewer and plot_file
-were built (../build/bench, by ../bench). --rows prints, one JSON object a line, what ../bench wants: the same times,
+were built (../build/bench, by ../bench). No plotter stands in between. --rows prints, one JSON object a line, what ../bench wants: the same times,
 the memory that a loaded plot holds for good, what printing costs beside its bounds; only rows whose names contain one of the words, when there are any.
 """
 
@@ -72,7 +72,7 @@ def run(viewer, plot, folder, runs, form="picture"):
     """form: the window's picture, or a page as png, pdf or svg."""
     output = folder / f"output.{form}"
     how = ["--picture", output, "--size", SIZE] if form == "picture" else ["--print-to", output, "--landscape"]
-    return [run_once([viewer, *how, plot], output) for _ in range(runs)]
+    return [run_once([viewer, "--as-is", *how, plot], output) for _ in range(runs)]
 
 
 # ---- plots ----------------------------------------------------------------------------------------------------------
@@ -112,7 +112,7 @@ def resident(pid):
 
 
 def resident_when_quiet(viewer, plots_to_open):
-    process = start([viewer, *plots_to_open])
+    process = start([viewer, "--as-is", *plots_to_open])
     before = -1
     while (now := processor_time(process.pid)) != before:
         before = now
@@ -166,8 +166,8 @@ def many_files_row(build, folder):
     for file in files:
         file.write_text(SMALL_PLOT)
     pattern = folder / "%n.pdf"
-    one = run_once([viewer_of(build), "--print-to", pattern, *files], files[-1].with_suffix(".pdf")).wall
-    many = sum(run_once([viewer_of(build), "--print-to", pattern, file], file.with_suffix(".pdf")).wall
+    one = run_once([viewer_of(build), "--as-is", "--print-to", pattern, *files], files[-1].with_suffix(".pdf")).wall
+    many = sum(run_once([viewer_of(build), "--as-is", "--print-to", pattern, file], file.with_suffix(".pdf")).wall
                for file in files)
     return bound_row(f"{FILES} files printed in one call", "ms", one * 1000, many * 1000, "a call for each",
                      ONE_CALL_BOUND)

@@ -162,9 +162,10 @@ class Faces(Printing):
         self.assertEqual((unmatched(one, other, NEAR), unmatched(other, one, NEAR)), (0, 0), what)
 
     def shows_the_same(self, plot, dpi, *options):
+        """As it is: labels are text, and curves the viewer's."""
         base = plot.stem + "-" + "".join(options)
         for ending in ("pdf", "svg", "png"):
-            self.prints("--print-to", f"{base}.{ending}", "--dpi", str(dpi), *options, str(plot))
+            self.prints("--as-is", "--print-to", f"{base}.{ending}", "--dpi", str(dpi), *options, str(plot))
         png = read_png(self.folder / f"{base}.png")
         for ending in ("pdf", "svg"):
             self.same(self.rendered(self.folder / f"{base}.{ending}", dpi), png, dpi, f"{base}.{ending}")
@@ -189,7 +190,7 @@ class Svg(Printing):
         for plot in PLOTS:
             expected = plot.with_suffix(".svg")
             for locale in filter(has_locale, ("C.UTF-8", "de_DE.UTF-8")):
-                self.prints("--print-to", "out.svg", "--page", "60x50mm", str(plot), locale=locale)
+                self.prints("--as-is", "--print-to", "out.svg", "--page", "60x50mm", str(plot), locale=locale)
                 if UPDATE:
                     shutil.copy(self.folder / "out.svg", expected)
                 self.assertEqual((self.folder / "out.svg").read_text(), expected.read_text(), plot.name)
@@ -205,7 +206,7 @@ class Svg(Printing):
 
 class Labels(Printing):
     def words(self, plot):
-        self.prints("--print-to", "out.pdf", str(plot))
+        self.prints("--as-is", "--print-to", "out.pdf", str(plot))
         return subprocess.run(["pdftotext", "-layout", self.folder / "out.pdf", "-"], capture_output=True, check=True,
                               text=True).stdout
 
@@ -308,6 +309,7 @@ TOO_LONG = "x" * 252 + ".svg"
 FAR = "x/" * 2100 + "a.svg"
 NO_PAPER = "kelhpgl: no paper (A0 to A6, Letter, Legal, Tabloid, WxHmm, fit): "
 NO_SIDE = "kelhpgl: no paper from 10 to 5080 mm: "
+NO_PAGE = "kelhpgl: pages are counted from 1: "
 NO_DPI = "kelhpgl: no resolution from 10 to 2400: "
 WHITE_PAGE = "kelhpgl: out.svg: the drawing is empty, the page is white\n"
 
@@ -327,12 +329,17 @@ WRONG = [
     *[(["--print-to", "out.svg", "--page", page, "square.plt"], (2, problem + page + "\n" + HINT))
       for page, problem in {"0x10mm": NO_SIDE, "9x100mm": NO_SIDE, "5081x10mm": NO_SIDE, "1000000x10mm": NO_SIDE,
                             "nanx10mm": NO_SIDE, "10xinfmm": NO_SIDE, "-10x10mm": NO_SIDE, "1e5000x10mm": NO_PAPER,
-                            "100x100": NO_PAPER, "100": NO_PAPER, "": NO_PAPER, "A7": NO_PAPER, "fits": NO_PAPER}.items()],
+                            "100x100": NO_PAPER, "-1": NO_PAPER, "1.5": NO_PAPER, "0": NO_PAGE, "": NO_PAPER, "A7": NO_PAPER, "fits": NO_PAPER}.items()],
     *[(["--print-to", "out.png", "--dpi", dpi, "square.plt"], (2, NO_DPI + dpi + "\n" + HINT))
       for dpi in ("0", "9", "-300", "2401", "text", "", "300dpi", "30.5", "99999999999")],
     (["--print-to", "out.svg", "--size", "300x200", "square.plt"], (2, "kelhpgl: only a PNG has pixels: --size\n" + HINT)),
     (["--print-to", "out.png", "--size", "300x200", "--page", "A4", "square.plt"],
      (2, "kelhpgl: there is a paper already: --size\n" + HINT)),
+    *[(["--print-to", "out.svg", "--page", page, "square.plt"],
+       (1, f"kelhpgl: square.plt has no page {told}, the last is 1\n"))
+      for page, told in {"2": 2, "100": 100, "99999999999999999999": 2147483647}.items()],
+    (["--picture", "out.png", "--page", "2", "square.plt"],
+     (1, "kelhpgl: square.plt has no page 2, the last is 1\n")),
     (["--print-to", "link.svg", "square.plt"], (1, "kelhpgl: cannot write link.svg: it is one of the drawings\n")),
     (["--print-to", "pipe.svg", "square.plt"], (1, "kelhpgl: cannot write pipe.svg: Not an ordinary file\n")),
     (["--picture", "pipe.svg", "square.plt"], (1, "kelhpgl: cannot write pipe.svg: Not an ordinary file\n")),
@@ -363,6 +370,12 @@ RIGHT = [
     (["--print-to", "-dash.svg", "square.plt"], (0, ""), "-dash.svg"),
     (["--print-to", "100%.svg", "square.plt"], (0, ""), "100%.svg"),
     (["--print-to", "%n.svg", "with blanks.plt"], (0, ""), "with blanks.svg"),
+    (["--print-to", "%n %p.svg", "square.plt"], (0, ""), "square 1.svg"),
+    (["--print-to", "%p.pdf", "square.plt"], (0, ""), "1.pdf"),
+    (["--print-to", "%%p.svg", "square.plt"], (0, ""), "%p.svg"),
+    (["--print-to", "out.svg", "--page", "1", "--page", "A5", "square.plt"], (0, ""), "out.svg"),
+    (["--print-to", "out.svg", "script.plt"],
+     (0, "kelhpgl: script.plt holds no HP-GL drawing (PostScript)\n" + WHITE_PAGE), "out.svg"),
     (["--print-to", "%n.svg", "Größe.plt"], (0, ""), "Größe.svg"),
     (["--print-to", "%n.svg", "two\nlines.plt"], (0, ""), "two\nlines.svg"),
     (["--print-to", "%n.svg", "--", "-dash.plt"], (0, ""), "-dash.svg"),
@@ -373,7 +386,7 @@ RIGHT = [
     (["--print-to", b"no\xfftext.svg", "square.plt"], (0, ""), b"no\xfftext.svg"),
     (["--print-to", "%n.svg", b"no\xfetext.plt"], (0, ""), b"no\xfetext.svg"),
     (["--print-to", "out.svg", "empty.plt"], (0, "kelhpgl: empty.plt holds no HP-GL drawing\n" + WHITE_PAGE), "out.svg"),
-    (["--print-to", "out.svg", "photo.plt"], (0, "kelhpgl: photo.plt holds no HP-GL drawing\n" + WHITE_PAGE), "out.svg"),
+    (["--print-to", "out.svg", "photo.plt"], (0, "kelhpgl: photo.plt holds no HP-GL drawing (PNG image)\n" + WHITE_PAGE), "out.svg"),
     (["--print-to", "out.svg", "-"], (0, WHITE_PAGE), "out.svg"),
 ]
 
@@ -389,6 +402,7 @@ class Outcomes(Printing):
         for name in ("square.plt", "with blanks.plt", "Größe.plt", "two\nlines.plt", "-dash.plt", "-", b"no\xfetext.plt"):
             (folder / os.fsdecode(name)).write_bytes(SQUARE)
         (folder / "empty.plt").write_bytes(b"")
+        (folder / "script.plt").write_bytes(b"%!PS-Adobe-3.0\n0 0 moveto PD100,100; 100 100 lineto stroke\n")
         (folder / "photo.plt").write_bytes(b"\x89PNG\r\n\x1a\n" + bytes(range(256)) * 10)
         before = set(os.listdir(os.fsencode(folder)))
         told = self.run_in(folder, *arguments)
@@ -406,6 +420,10 @@ class Outcomes(Printing):
                                                                        enumerate(RIGHT))):
             with self.subTest(arguments=arguments):
                 self.assertEqual(outcome, (*told, [os.fsencode(made)]))
+
+    def test_standard_input_of_another_kind(self):
+        self.assertEqual(self.run_it("--print-to", "out.svg", stdin=b"%PDF-1.4\n"),
+                         (0, "kelhpgl: - holds no HP-GL drawing (PDF)\n" + WHITE_PAGE))
 
     def test_of_names_that_are_no_text(self):
         """Names are bytes: two that differ are two files."""
@@ -515,6 +533,176 @@ class Disks(Printing):
                     self.assertTrue(told.startswith(f"kelhpgl: cannot write disk/{name}: "), told)
             self.assertEqual(self.files("disk"), [b"old.svg"])
             self.assertEqual((place / "old.svg").read_bytes(), b"old")
+
+
+# ---- pages ----------------------------------------------------------------------------------------------------------
+
+# Three pages, each of a shape of its own; what stands before PG is drawn, and the last needs none.
+SHAPES = [b"PU0,0;PD4000,0,4000,4000,0,4000,0,0;", b"PU0,0;PD4000,0,4000,500,0,0;", b"PU0,0;PD500,0,500,4000,0,0;"]
+PAGES = b"IN;SP1;" + b"PG;".join(SHAPES)
+
+
+class Pages(Printing):
+    def setUp(self):
+        super().setUp()
+        self.plot("pages.plt", PAGES)
+        for number, shape in enumerate(SHAPES, 1):
+            self.plot(f"single{number}.plt", b"IN;SP1;" + shape)
+
+    def sizes(self, pdf):
+        """Of its pages, points."""
+        told = subprocess.run(["pdfinfo", "-f", "1", "-l", "99", self.folder / pdf], capture_output=True, check=True,
+                              text=True).stdout
+        count = int(re.search(r"Pages: +(\d+)\n", told).group(1))
+        sizes = [(float(w), float(h)) for w, h in re.findall(r"Page +\d+ size: +(\S+) x (\S+) pts", told)]
+        self.assertEqual(len(sizes), count)
+        return sizes
+
+    def picture(self, pdf, page):
+        data = subprocess.run(["pdftoppm", "-r", "60", "-f", str(page), "-l", str(page), "-aa", "no", "-aaVector", "no",
+                               self.folder / pdf], capture_output=True, check=True).stdout
+        self.assertEqual(data[:2], b"P6")
+        return data
+
+    def made(self):
+        return [name for name in self.files() if not name.endswith(b".plt")]
+
+    def test_a_pdf_has_all_of_them(self):
+        self.prints("--print-to", "out.pdf", "pages.plt")
+        self.assert_whole(self.folder / "out.pdf")
+        self.assertEqual(self.made(), [b"out.pdf"])
+        self.assertEqual(len(self.sizes("out.pdf")), 3)
+        for number in (1, 2, 3):
+            self.prints("--print-to", "one.pdf", f"single{number}.plt")
+            self.assertEqual(self.picture("out.pdf", number), self.picture("one.pdf", 1), number)
+
+    def test_each_is_cut_to_its_drawing(self):
+        self.prints("--print-to", "out.pdf", "--page", "fit", "pages.plt")
+        (w1, h1), (w2, h2), (w3, h3) = self.sizes("out.pdf")
+        self.assertTrue(abs(w1 - h1) < 2 and w2 > 3 * h2 and h3 > 3 * w3, self.sizes("out.pdf"))
+
+    def assert_singles(self, names):
+        self.assertEqual(self.made(), sorted(os.fsencode(name) for name in names))
+        for number, name in enumerate(names, 1):
+            self.prints("--print-to", "expected.svg", f"single{number}.plt")
+            self.assertEqual((self.folder / name).read_bytes(), (self.folder / "expected.svg").read_bytes(), name)
+
+    def test_other_formats_have_a_file_each(self):
+        self.prints("--print-to", "out.svg", "pages.plt")
+        self.assert_singles(["out-1.svg", "out-2.svg", "out-3.svg"])
+
+    def test_the_pattern_may_say_where_the_number_stands(self):
+        self.prints("--print-to", "%p of %n.svg", "pages.plt")
+        self.assert_singles(["1 of pages.svg", "2 of pages.svg", "3 of pages.svg"])
+
+    def test_a_pattern_with_the_number_gives_a_pdf_each(self):
+        self.prints("--print-to", "%n%p.pdf", "pages.plt")
+        self.assertEqual(self.made(), [b"pages1.pdf", b"pages2.pdf", b"pages3.pdf"])
+        self.assertEqual([len(self.sizes(name.decode())) for name in self.made()], [1, 1, 1])
+
+    def test_png_files(self):
+        self.prints("--print-to", "a.b.png", "--dpi", "30", "pages.plt")
+        self.assertEqual(self.made(), [b"a.b-1.png", b"a.b-2.png", b"a.b-3.png"])
+
+    def test_one_of_them(self):
+        self.prints("--print-to", "expected.svg", "single2.plt")
+        for name, pattern in {"out.svg": "out.svg", "2.svg": "%p.svg"}.items():
+            self.prints("--print-to", pattern, "--page", "2", "pages.plt")
+            self.assertEqual((self.folder / name).read_bytes(), (self.folder / "expected.svg").read_bytes())
+        self.prints("--print-to", "out.pdf", "--page", "A5", "--page", "3", "pages.plt")
+        ((width, height),) = self.sizes("out.pdf")
+        self.assertAlmostEqual(width, 148 / POINT, delta=1)
+        self.assertAlmostEqual(height, 210 / POINT, delta=1)
+
+    def test_the_picture_of_one_of_them(self):
+        for number in (1, 2, 3):
+            self.prints("--picture", "out.png", "--page", str(number), "pages.plt")
+            self.prints("--picture", "expected.png", f"single{number}.plt")
+            self.assertEqual(read_png(self.folder / "out.png").rows, read_png(self.folder / "expected.png").rows, number)
+
+    def test_the_picture_is_of_the_first(self):
+        self.prints("--picture", "out.png", "pages.plt")
+        self.prints("--picture", "expected.png", "single1.plt")
+        self.assertEqual(read_png(self.folder / "out.png").rows, read_png(self.folder / "expected.png").rows)
+
+    def test_one_that_is_not_there(self):
+        told = "kelhpgl: pages.plt has no page 4, the last is 3\n"
+        for option in ("--print-to", "--picture"):
+            self.assertEqual(self.run_it(option, "out.png", "--page", "4", "pages.plt"), (1, told))
+        self.assertEqual(self.made(), [])
+
+    def test_one_that_only_some_files_have(self):
+        self.assertEqual(self.run_it("--print-to", "%n.svg", "--page", "2", "single1.plt", "pages.plt", "square.plt"),
+                         (1, "kelhpgl: single1.plt has no page 2, the last is 1\n"
+                             "kelhpgl: square.plt has no page 2, the last is 1\n"))
+        self.assertEqual(self.made(), [b"pages.svg"])
+
+    def test_files_keep_their_pages_together(self):
+        self.plot("more.plt", b"IN;SP1;" + b"PG;".join(SHAPES[:2]))
+        self.prints("--print-to", "%n.pdf", "pages.plt", "square.plt", "more.plt")
+        self.assertEqual([len(self.sizes(f"{name}.pdf")) for name in ("pages", "square", "more")], [3, 1, 2])
+
+    def test_no_source_is_overwritten(self):
+        (self.folder / "out-2.svg").symlink_to("pages.plt")
+        self.assertEqual(self.run_it("--print-to", "out.svg", "pages.plt"),
+                         (1, "kelhpgl: cannot write out-2.svg: it is one of the drawings\n"))
+        self.assertEqual((self.folder / "pages.plt").read_bytes(), PAGES)
+        self.assertEqual(self.made(), [b"out-1.svg", b"out-2.svg", b"out-3.svg"])
+        (self.folder / "out.pdf").symlink_to("pages.plt")
+        self.assertEqual(self.run_it("--print-to", "out.pdf", "pages.plt"),
+                         (1, "kelhpgl: cannot write out.pdf: it is one of the drawings\n"))
+        self.assertEqual((self.folder / "pages.plt").read_bytes(), PAGES)
+
+    def test_no_file_is_written_twice(self):
+        self.plot("sub/pages.plt", PAGES)
+        self.assertEqual(self.run_it("--print-to", "%n.pdf", "pages.plt", "sub/pages.plt"),
+                         (1, "kelhpgl: cannot write pages.pdf: another drawing has been written there just now\n"))
+        self.plot("pages-2.plt", SQUARE)
+        self.assertEqual(self.run_it("--print-to", "%n.svg", "pages.plt", "pages-2.plt"),
+                         (1, "kelhpgl: cannot write pages-2.svg: another drawing has been written there just now\n"))
+
+    def test_of_standard_input(self):
+        self.prints("--print-to", "out.pdf", stdin=PAGES)
+        self.assertEqual(len(self.sizes("out.pdf")), 3)
+
+    def test_as_it_is_a_file_has_one(self):
+        self.prints("--as-is", "--print-to", "out.pdf", "pages.plt")
+        self.assertEqual(len(self.sizes("out.pdf")), 1)
+        self.assertEqual(self.run_it("--as-is", "--picture", "out.png", "--page", "2", "pages.plt"),
+                         (1, "kelhpgl: pages.plt has no page 2, the last is 1\n"))
+
+
+class Remarks(Printing):
+    """What is said of files that were not drawn as they stand there."""
+
+    def said(self, data):
+        self.plot("odd.plt", data)
+        return self.run_it("--print-to", "out.svg", "odd.plt")
+
+    def test_that_a_file_breaks_off(self):
+        for data, where in {b"PM0;PD500,20,30,700;": "a polygon", b"LBlab": "a label", b"PE<=9A9B": "an encoded line"}.items():
+            with self.subTest(where):
+                self.assertEqual(self.said(b"IN;SP1;PU0,0;PD1000.5,1000;" + data),
+                                 (0, f"kelhpgl: odd.plt: incomplete: the file ends inside {where}\n"))
+
+    def test_what_was_not_drawn(self):
+        code, told = self.said(b"IN;SP1;PU0,0;PD1000.5,1000;QQ1,2;")
+        self.assertEqual((code, told), (0, "kelhpgl: odd.plt: 1 kind of instruction was not drawn: QQ\n"))
+
+    def test_in_german(self):
+        if not has_locale("de_DE.UTF-8"):
+            self.skipTest("there is no locale de_DE.UTF-8")
+        self.plot("odd.plt", b"IN;SP1;PU0,0;PD1000.5,1000;LBlab")
+        self.assertEqual(self.run_it("--print-to", "out.svg", "odd.plt", locale="de_DE.UTF-8"),
+                         (0, "kelhpgl: odd.plt: unvollständig: Die Datei endet mitten in einer Beschriftung\n"))
+
+    def test_nothing_of_what_is_as_it_is(self):
+        self.plot("odd.plt", b"IN;SP1;PU0,0;PD1000.5,1000;LBlab")
+        self.prints("--as-is", "--print-to", "out.svg", "odd.plt")
+
+    def test_an_empty_drawing_gives_a_white_page(self):
+        self.assertEqual(self.said(b"IN;SP1;PU0,0;PA100.5,100;PU5,5;"),
+                         (0, "kelhpgl: out.svg: the drawing is empty, the page is white\n"))
 
 
 # ---- many files -----------------------------------------------------------------------------------------------------

@@ -1,4 +1,5 @@
-// A plot of any kind through the plotter, every page of it: what comes out is plain, and comes out of it again as it was.
+// A plot of any kind through the plotter, every page of it: what comes out is plain, and comes out of it again as it
+// was.
 #include <algorithm>
 #include <string>
 

@@ -60,7 +60,7 @@ class Check:
                        if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
         with tempfile.TemporaryDirectory() as folder:
             file = pathlib.Path(folder) / "picture.png"
-            subprocess.run([self.viewer, "--picture", file, "--size", "{}x{}".format(*size), plot.name],
+            subprocess.run([self.viewer, "--as-is", "--picture", file, "--size", "{}x{}".format(*size), plot.name],
                            cwd=plot.parent, env=environment, stdin=subprocess.DEVNULL, capture_output=True, check=True,
                            timeout=60)
             return read_png(file)

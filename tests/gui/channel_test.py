@@ -403,7 +403,7 @@ def a_file_that_never_comes_can_be_given_up(desktop, plot):
 
 
 def watching(desktop, plot, changing):
-    return desktop.viewer(KELHPGL, "--watch", changing, environment={"XDG_RUNTIME_DIR": str(runtime_folder(plot))})
+    return desktop.viewer(KELHPGL, "--as-is", "--watch", changing, environment={"XDG_RUNTIME_DIR": str(runtime_folder(plot))})
 
 
 def files_are_read_again_when_they_change(desktop, plot):
@@ -450,7 +450,7 @@ def a_file_is_read_again_when_it_is_whole(desktop, plot):
 def a_file_can_be_dropped_on_the_window(desktop, plot):
     """It is shown, and stays where it was although it may be moved."""
     dropped = beside(plot, "dr\u00e4gged & dropped.plt", OTHER)
-    with desktop.viewer(KELHPGL, plot) as viewer:
+    with desktop.viewer(KELHPGL, "--as-is", plot) as viewer:
         expect_picture(viewer, plot)
         with subprocess.Popen([HELPERS / "drag_source", dropped], env=desktop.environment,
                               stdout=subprocess.PIPE) as source:

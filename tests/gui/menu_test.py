@@ -4,7 +4,7 @@ import dataclasses
 import itertools
 import os
 
-from suite import KELHPGL, beside, expect_picture, run_all, wait_for, zoom
+from suite import KELHPGL, TURNABLE, beside, expect_picture, run_all, wait_for, zoom
 
 HELP = "Bitmap-Hilfe"
 PRODUCT = "Product Information"
@@ -143,7 +143,8 @@ def views(desktop, plot, pick):
     """What changes the view, by one way of choosing it."""
     first, second = (zoom(*drag) for drag in DRAGS)
     turned = "--rotate", "1"
-    with desktop.viewer(KELHPGL, plot) as viewer:
+    plot.write_text(TURNABLE)
+    with desktop.viewer(KELHPGL, "--as-is", plot) as viewer:
         def zoom_twice(*options):
             for drag in DRAGS:
                 viewer.drag(*drag)
@@ -374,10 +375,11 @@ def actions_wait_for_the_picture_on_its_way(desktop, plot):
     """Whether they come before, within or behind a large transmission. Its panel lies in the middle of the drawing, and
     whoever clicks on it has left the main window."""
     first = beside(plot, "first.plt", "IN;SP1;PU0,0;PD100,0,100,300,0,0;")
-    large = "SP5;SP4;PU0,0;" * 2_000_000 + plot.read_text()
+    plot.write_text(TURNABLE)
+    large = "SP5;SP4;PU0,0;" * 2_000_000 + TURNABLE
     pipe = plot.with_name("pipe")
     os.mkfifo(pipe)
-    with desktop.viewer(KELHPGL, first, pipe) as viewer:
+    with desktop.viewer(KELHPGL, "--as-is", first, pipe) as viewer:
         expect_picture(viewer, first)
         wait_for("the panel", lambda: viewer.windows("Information"))
         by_key(viewer, COMPLETE)

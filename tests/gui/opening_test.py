@@ -84,7 +84,8 @@ def options_of_others_are_passed_over(desktop, plot):
 def a_german_session_shows_the_same_picture(desktop, plot):
     """Its numbers have a decimal comma, the plot's keep their point."""
     plot.write_text("IN;SP1;PU0,0;PD1000.5,0,1000.5,700.25;CI100.75;PW0.1;SP2;PA100.5,100.5;")
-    with desktop.viewer(KELHPGL, plot, environment={"LC_ALL": "de_DE.UTF-8", "LANG": "de_DE.UTF-8"}) as viewer:
+    german = {"LC_ALL": "de_DE.UTF-8", "LANG": "de_DE.UTF-8"}
+    with desktop.viewer(KELHPGL, "--as-is", plot, environment=german) as viewer:
         expect_picture(viewer, plot)
 
 

@@ -18,7 +18,8 @@ NO_PRINTER = {"CUPS_SERVER": "/nowhere"}  # so that a file is offered first, wha
 def opened(desktop, plot):
     """The viewer with a plot that has a label; relative names count from the plot's folder."""
     plot.write_text(f"{PLOT}SP1;PU100,1400;LB{LABEL}\x03")
-    with desktop.viewer(KELHPGL, plot, environment={**NO_PRINTER, "HOME": str(plot.parent)}) as viewer:
+    environment = {**NO_PRINTER, "HOME": str(plot.parent)}
+    with desktop.viewer(KELHPGL, "--as-is", plot, environment=environment) as viewer:
         wait_for("the focus", viewer.window().is_active)
         yield viewer
 
@@ -148,7 +149,7 @@ def a_zoomed_view_is_printed_zoomed(desktop, plot):
 def a_pen_wider_than_the_view_is_printed(desktop, plot):
     """Though its middle lies outside of what is printed."""
     plot.write_text("IN;SP1;PU0,0;PD4000,0,4000,4000,0,4000,0,0;SP2;PW30;PU500,2000;PD3500,2000;")
-    with desktop.viewer(KELHPGL, plot, environment=NO_PRINTER) as viewer:
+    with desktop.viewer(KELHPGL, "--as-is", plot, environment=NO_PRINTER) as viewer:
         viewer.wait_for_picture(lambda picture: picture.pixel(250, 250) == BLUE)
         viewer.drag(250, 240, 300, 260)
         viewer.wait_for_picture(lambda picture: picture.pixel(5, 5) == picture.pixel(490, 400) == BLUE)

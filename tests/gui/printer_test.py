@@ -50,7 +50,7 @@ def a_page_arrives_at_the_printer(desktop, plot):
     plot = beside(plot, "labels.plt", LABELS)
     with PrintServer() as server:
         job = server.add("plotter")
-        with desktop.viewer(KELHPGL, plot, environment=server.environment) as viewer:
+        with desktop.viewer(KELHPGL, "--as-is", plot, environment=server.environment) as viewer:
             start_print(desktop, viewer)
             wait_for("the job", job.exists)
             viewer.end()

@@ -148,7 +148,7 @@ def signals_end_it_while_a_box_waits(desktop, plot):
 def the_end_does_not_wait_for_a_long_paint(desktop, plot):
     """Wide lines from end to end: more of them than any machine draws in the time."""
     plot.write_text("IN;SP1;PW5;PU0,0;PD" + "9000,9000,0,9000,9000,0,0,0," * 400_000 + "0,0;")
-    with desktop.viewer(KELHPGL, plot) as viewer:
+    with desktop.viewer(KELHPGL, "--as-is", plot) as viewer:
         viewer.window()
         began = time.monotonic()
         viewer.process.send_signal(signal.SIGTERM)

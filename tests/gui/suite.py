@@ -21,10 +21,12 @@ from picture import read_png
 
 KELHPGL, HPGLDUMP, HELPERS = (pathlib.Path(word).resolve() for word in sys.argv[1:4])
 
-# Thin lines in several colours, in every direction. Its extents are 4000 x 3000 units.
-PLOT = ("IN;SC0,1,0,1;SP1;PU0,0;PD4000,0,4000,3000,0,3000,0,0;SP2;PU500,500;PD3500,2500;PU3500,500;PD500,2500;"
-        "SP6;" + "".join(f"PU2000,1500;PD{2000 + 1200 * dx},{1500 + 900 * dy};"
-                         for dx, dy in ((1, 0), (0, 1), (-1, 0), (0, -1), (0.5, 1), (-0.5, 1), (1, -0.5), (-1, -0.5))))
+# Thin lines in several colours, in every direction. Its extents are 4000 x 3000 units. It is plain: what the viewer draws
+# of it is the same with a plotter in between and without.
+PLOT = ("IN;SP1;PU0,0;PD4000,0,4000,3000,0,3000,0,0;SP2;PU500,500;PD3500,2500;PU3500,500;PD500,2500;"
+        "SP6;" + "".join(f"PU2000,1500;PD{2000 + 600 * dx},{1500 + 450 * dy};"
+                         for dx, dy in ((2, 0), (0, 2), (-2, 0), (0, -2), (1, 2), (-1, 2), (2, -1), (-2, -1))))
+TURNABLE = PLOT.replace("IN;", "IN;SC0,1,0,1;")  # when it is opened as it is
 RUBBER = 0, 255, 0  # the colour of the rectangle while it is dragged
 
 

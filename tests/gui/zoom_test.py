@@ -2,7 +2,7 @@
 """Zooming with the mouse: the rectangle that is dragged, what it leaves, and what breaks it off; see suite.py."""
 import os
 
-from suite import KELHPGL, beside, expect_picture, run_all, wait_for, wrong_places, zoom
+from suite import KELHPGL, TURNABLE, beside, expect_picture, run_all, wait_for, wrong_places, zoom
 
 DRAG = 100, 100, 380, 330
 NEXT = "IN;PC1,200,0,100;SP1;PU-500,-300;PD700,900,700,-300;PC2,0,90,255;SP2;PD-500,900;"
@@ -169,7 +169,7 @@ def the_next_picture_is_shown_whole(desktop, plot):
     second = beside(plot, "second.plt", NEXT)
     pipe = plot.with_name("pipe")
     os.mkfifo(pipe)
-    with desktop.viewer(KELHPGL, plot, pipe) as viewer:
+    with desktop.viewer(KELHPGL, "--as-is", plot, pipe) as viewer:
         expect_picture(viewer, plot)
         viewer.drag(*DRAG)
         expect_picture(viewer, plot, *zoom(*DRAG))
@@ -181,7 +181,8 @@ def the_next_picture_is_shown_whole(desktop, plot):
 
 def another_view_breaks_a_drag_off(desktop, plot):
     """Rotation makes a new picture, whose whole is the first view."""
-    with desktop.viewer(KELHPGL, plot) as viewer:
+    plot.write_text(TURNABLE)
+    with desktop.viewer(KELHPGL, "--as-is", plot) as viewer:
         expect_picture(viewer, plot)
         wait_for("the focus", viewer.window().is_active)
         viewer.start_drag(*DRAG)
@@ -198,7 +199,7 @@ def another_picture_breaks_a_drag_off(desktop, plot):
     second = beside(plot, "second.plt", NEXT)
     pipe = plot.with_name("pipe")
     os.mkfifo(pipe)
-    with desktop.viewer(KELHPGL, plot, pipe) as viewer:
+    with desktop.viewer(KELHPGL, "--as-is", plot, pipe) as viewer:
         expect_picture(viewer, plot)
         viewer.start_drag(*DRAG)
         expect_picture(viewer, plot, band=DRAG)

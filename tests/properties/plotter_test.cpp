@@ -1,5 +1,5 @@
-// What must hold for the plotter whatever is drawn: the same strokes however they are wrapped, and moved by exactly what
-// turns, scales and moves the coordinates.
+// What must hold for the plotter whatever is drawn: the same strokes however they are wrapped, and moved by exactly
+// what turns, scales and moves the coordinates.
 #include <gtest/gtest.h>
 
 #include <random>
@@ -147,7 +147,8 @@ TEST(PlotterProperties, EnvelopesChangeNothing) {
         }
         const std::vector<Line> bare = strokesOf(plot);
         expectSame(strokesOf(cut), bare, 0);
-        const std::string job = "\x1b%-12345X@PJL JOB\r\n@PJL ENTER LANGUAGE=HPGL2\r\n" + plot + "\x1b%-12345X@PJL EOJ\r\n";
+        const std::string job =
+            "\x1b%-12345X@PJL JOB\r\n@PJL ENTER LANGUAGE=HPGL2\r\n" + plot + "\x1b%-12345X@PJL EOJ\r\n";
         expectSame(strokesOf(job), bare, 0);
         expectSame(strokesOf("\x1b%-1B" + plot + "\x1b%-12345X"), bare, 0);
     }

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -82,11 +83,29 @@ void setPrintTo(Options& options, const char* value) {
     options.printTo = value;
 }
 
+void setAsIs(Options& options, const char* /*value*/) {
+    options.asIs = true;
+}
+
+// A number that is too large for any file is one of a page that is not there.
+void setPageNumber(Options& options, const char* value) {
+    const unsigned long long number = std::strtoull(value, nullptr, 10);
+    if (number == 0) refuse("pages are counted from 1", value);
+    options.page = static_cast<int>(std::min<unsigned long long>(number, INT_MAX));
+}
+
 void setPaper(Options& options, const char* value) {
     const auto [paper, problem] = choosePaper(value);
     if (problem != nullptr) refuse(problem, value);
     options.paper = paper;
     options.paperGiven = true;
+}
+
+// No paper is a bare number.
+void setPage(Options& options, const char* value) {
+    const std::string_view word = value;
+    const bool isNumber = !word.empty() && word.find_first_not_of("0123456789") == std::string_view::npos;
+    (isNumber ? setPageNumber : setPaper)(options, value);
 }
 
 void setLandscape(Options& options, const char* /*value*/) {
@@ -112,13 +131,15 @@ struct Option {
 // clang-format off
 constexpr Option OPTIONS[] = {
     {"--watch",   nullptr,   "read the files again when they change",              setWatch},
+    {"--as-is",   nullptr,   "draw the files' bytes as a host's, without a plotter in between", setAsIs},
+    {"--page",    "N",       "the page of each FILE to begin with, or the only one to print",      setPage},
     {"--channel", "NAME",    "let hosts send pictures to that name",                setChannelName},
     {"--channel-fd", "N",    "a host is at the other end of that descriptor",       setChannelDescriptor},
     {"--frames",  nullptr,   "a host is at standard input and output",              setFrames},
     {"--picture", "FILE",    "write the picture as PNG and end, without a window", setPicture},
     {"--size",    "WxH",     "the size of that picture, or of a .png page, in pixels (500x500)",       setSize},
-    {"--print-to", "FILE",   "write each FILE as .pdf, .svg or .png and end, without a window; %n is its name", setPrintTo},
-    {"--page",    "SIZE",    "the paper: A0 to A6, Letter, Legal, Tabloid, WxHmm, fit (A4)",        setPaper},
+    {"--print-to", "FILE",   "write each FILE as .pdf, .svg or .png and end, without a window; %n is its name, %p the page", setPrintTo},
+    {"--page",    "SIZE",    "the paper: A0 to A6, Letter, Legal, Tabloid, WxHmm, fit (A4)",        setPage},
     {"--landscape", nullptr, "the paper lies on its longer side",                   setLandscape},
     {"--dpi",     "N",       "dots an inch of a .png (300)",                        setDpi},
     {"--help",    nullptr,   "this text",                                          printHelp},

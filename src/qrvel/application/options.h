@@ -16,6 +16,8 @@ struct Options {
     QByteArray channelName;      // under which hosts find the viewer; empty: they do not
     int channelDescriptor = -1;  // a connection to a host that was handed over
     bool watch = false;          // files are read again when they change
+    bool asIs = false;           // files do not go through the plotter
+    int page = 0;                // of each file the one that is shown or printed, from 1; 0: none was named
     QByteArray picture;          // --picture: the PNG to write instead of showing a window; empty for none
     int32_t pictureWidth = 500;  // pixels, as large as the window's first size
     int32_t pictureHeight = 500;

@@ -12,6 +12,14 @@ enum class OwnText {
     CannotListen,     // %1 a path, %2 the reason
     TooLong,          // %1 a key of the configuration
     NoDrawing,        // %1 a name
+    OtherKind,        // %1 a name, %2 the kind of file
+    NoSuchPage,       // %1 a name, %2 the number, %3 of the last page
+    NotDrawn,         // %1 an instruction
+    KindsNotDrawn,    // %1 how many, %2 instructions
+    MetBound,         // %1 limits
+    EmptyDrawing, EndsInPolygon, EndsInLabel, EndsInEncodedLine, EndsInBinary,
+    PageOf,           // %1 the number, %2 of how many
+    FirstPage,        // the same; told when there are others
     CannotPrint,      // %1 a printer, %2 the reason
     NoSuchPrinter, PrinterRefuses, PageTooLarge, WrittenAlready, IsSource, NoPicture,  // reasons
     NoHost, NoDestination, PageForHost,

@@ -10,12 +10,12 @@
 #include "application.h"
 #include "child.h"
 #include "conversion.h"
-#include "file_source.h"
 #include "host_connection.h"
 #include "notices.h"
 #include "own_texts.h"
 #include "print_setup.h"
 #include "shell.h"
+#include "strip.h"
 
 namespace qrvel {
 
@@ -49,8 +49,7 @@ DataChannel* findDataChannel() {
 }
 
 DataChannel::DataChannel(const Receiver& receiver)
-    : receiver_(receiver),
-      watch_([this](const QByteArray& changed) { add(std::make_unique<FileSource>(*this, changed, false)); }) {
+    : receiver_(receiver), watch_([this](const QByteArray& changed) { openAgain(changed); }) {
     std::signal(SIGPIPE, SIG_IGN);  // a host that has gone is no reason to end
     silence_.setSingleShot(true);
     silence_.setInterval(SILENCE);
@@ -59,10 +58,11 @@ DataChannel::DataChannel(const Receiver& receiver)
 
 bool DataChannel::start(const Options& options) {
     watching_ = options.watch;
+    manner_ = {.asIs = options.asIs, .page = options.page};
     for (const QByteArray& source : options.sources) {
         open(source);
     }
-    if (options.pipedIn) add(std::make_unique<FileSource>(*this, STANDARD_INPUT, true));
+    if (options.pipedIn) add(std::make_unique<FileSource>(*this, STANDARD_INPUT, manner_, true));
     if (options.frames) addHost(STDIN_FILENO, STDOUT_FILENO);
     if (options.channelDescriptor >= 0) addHost(options.channelDescriptor, options.channelDescriptor);
     if (!options.channelName.isEmpty()) {
@@ -75,7 +75,15 @@ bool DataChannel::start(const Options& options) {
 
 void DataChannel::open(const QByteArray& fileName) {
     if (watching_ && fileName != STANDARD_INPUT) watch_.add(fileName);
-    add(std::make_unique<FileSource>(*this, fileName, false));
+    add(std::make_unique<FileSource>(*this, fileName, manner_));
+}
+
+// The user goes on looking at the page that was shown of it, as long as there is such a page.
+void DataChannel::openAgain(const QByteArray& fileName) {
+    FileManner manner = manner_;
+    if (pictureOf_ != nullptr && pictureName_ == fileName) manner.page = picturePage_.number;
+    manner.again = true;
+    add(std::make_unique<FileSource>(*this, fileName, manner));
 }
 
 void DataChannel::addHost(int input, int output) {
@@ -97,6 +105,11 @@ void DataChannel::add(std::unique_ptr<Speaker> speaker) {
 
 void DataChannel::ask(Speaker& speaker) {
     line_.push_back(&speaker);
+    application()->messages.workIsDue();
+}
+
+void DataChannel::goOn(Speaker& speaker) {
+    line_.push_front(&speaker);
     application()->messages.workIsDue();
 }
 
@@ -217,8 +230,12 @@ void DataChannel::run() {
 // The viewer has got the end. What it has drawn by its next paint is the picture.
 void DataChannel::finish() {
     delivered_ = true;
+    if (pictureOf_ != nullptr && pictureOf_ != turn_) pictureOf_->replaced();
     pictureOf_ = turn_;
     pictureName_ = turn_ != nullptr ? turn_->fileName() : QByteArray();
+    picturePage_ = turn_ != nullptr ? turn_->page() : PageNumber{};
+    showPageNumber(picturePage_.number, picturePage_.of);
+    hideStrip();
     delivery_.reset();
     panel_.reset();
     const auto* child = handles().findFirst<Child>([](const Child&) { return true; });
@@ -234,6 +251,10 @@ void DataChannel::finish() {
 
 void DataChannel::pictureIsOut() {
     if (std::exchange(notOut_, false)) settle();
+}
+
+void DataChannel::turnPage(int by) {
+    if (pictureOf_ != nullptr) pictureOf_->turnPage(by);
 }
 
 bool DataChannel::sendPage(std::string_view format, std::string_view bytes) {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "delivery.h"
+#include "file_source.h"
 #include "file_watch.h"
 #include "handles.h"
 #include "host_server.h"
@@ -35,6 +36,8 @@ class DataChannel : public Object {
     // ---- for those who speak ----
     // Stands in line for a turn.
     void ask(Speaker& speaker);
+    // The same in front of all others: what it has begun goes on.
+    void goOn(Speaker& speaker);
     // What the one whose turn it is hands over.
     void transmit(std::unique_ptr<Transmission> transmission);
     // Has nothing to hand over this time.
@@ -62,6 +65,11 @@ class DataChannel : public Object {
     // Whether the one whose picture is shown is there, and takes pages; gives it one, and answers the same.
     bool takesPages() const { return pictureOf_ != nullptr && pictureOf_->takesPages(); }
     bool sendPage(std::string_view format, std::string_view bytes);
+    // Whose picture is shown, as far as it has been handed over; and which of its pages that is.
+    bool isPictureOf(const Speaker& speaker) const { return pictureOf_ == &speaker; }
+    const PageNumber& picturePage() const { return picturePage_; }
+    // The user wants to see the page so many further on, or back.
+    void turnPage(int by);
     // The file that the picture comes from; empty when it comes from elsewhere.
     const QByteArray& pictureName() const { return pictureName_; }
     // Whether a transmission has been handed over whole.
@@ -69,6 +77,7 @@ class DataChannel : public Object {
 
   private:
     void add(std::unique_ptr<Speaker> speaker);
+    void openAgain(const QByteArray& fileName);
     void giveTurn();
     void endTurn();
     void giveUp();
@@ -86,6 +95,7 @@ class DataChannel : public Object {
     Speaker* turn_ = nullptr;
     Speaker* pictureOf_ = nullptr;  // whose transmission was handed over last; null when it has left
     QByteArray pictureName_;
+    PageNumber picturePage_;
     std::unique_ptr<Delivery> delivery_;  // of the one whose turn it is
     std::unique_ptr<LoadPanel> panel_;
     std::unique_ptr<HostServer> server_;
@@ -96,6 +106,7 @@ class DataChannel : public Object {
     bool givenUp_ = false;     // by the user; the main loop has not seen to it
     bool cutShort_ = false;    // what the viewer has got is not all
     bool watching_ = false;
+    FileManner manner_;  // in which files are opened
     bool delivered_ = false;
 };
 

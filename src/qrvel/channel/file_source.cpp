@@ -1,60 +1,221 @@
 #include "file_source.h"
 
+#include <QStringList>
+#include <algorithm>
 #include <utility>
 
+#include "application.h"
 #include "conversion.h"
 #include "data_channel.h"
 #include "notices.h"
 #include "own_texts.h"
 #include "picture_file.h"
-#include "plot_recognition.h"
+#include "plot_report.h"
+#include "strip.h"
+#include "toolkit_trace.h"
 
 namespace qrvel {
 
-FileSource::FileSource(DataChannel& channel, QByteArray name, bool mayBeEmpty)
-    : channel_(channel), name_(std::move(name)), mayBeEmpty_(mayBeEmpty) {}
+namespace {
+
+constexpr qint64 PASSES = 3;  // reading, measuring, writing
+
+}  // namespace
+
+FileSource::FileSource(DataChannel& channel, QByteArray name, FileManner manner, bool mayBeEmpty)
+    : channel_(channel), name_(std::move(name)), manner_(manner), mayBeEmpty_(mayBeEmpty) {}
+
+qint64 FileSource::bytesDone() const {
+    if (reader_) return reader_->bytesRead();
+    return file_ ? passesDone_ * file_->size() + file_->bytesDone() : 0;
+}
+
+qint64 FileSource::bytesInAll() const {
+    if (reader_) return passes_ * reader_->bytesInAll();
+    return file_ ? passes_ * file_->size() : 0;
+}
+
+// ---- from the file to its pages -------------------------------------------------------------------------------------
 
 void FileSource::takeTurn() {
+    if (state_ == State::InLine) {
+        passes_ = 1;
+        passesDone_ = 0;
+        beginPage();
+        return;
+    }
     if (Conversion* running = conversion()) running->reading(name_);
+    passes_ = manner_.asIs ? 1 : PASSES;
     reader_ = std::make_unique<SourceReader>(name_, [this] { isRead(); });
 }
 
 void FileSource::isRead() {
     const std::unique_ptr<SourceReader> read = std::move(reader_);
     if (!read->failure().isEmpty()) {
-        showNotice(ownText(OwnText::CannotRead).arg(QString::fromLocal8Bit(name_), read->failure()));
-        failPicture();
-        if (Conversion* running = conversion()) running->fail();
-        channel_.leave(*this);
+        fail(ownText(OwnText::CannotRead).arg(shownName(), read->failure()));
         return;
     }
-    std::unique_ptr<Spool> spool = read->takeSpool();
-    if (name_ != STANDARD_INPUT && !holdsDrawing(spool->bytes())) {
-        showNotice(ownText(OwnText::NoDrawing).arg(QString::fromLocal8Bit(name_)));
-        spool = std::make_unique<Spool>();  // an empty picture instead of what its bytes would draw by chance
+    file_ = std::make_unique<PlottedFile>(read->takeSpool());
+    passesDone_ = 1;
+    file_->look(manner_.asIs, [this] { isLookedAt(); });
+}
+
+void FileSource::isLookedAt() {
+    const FileLook& look = file_->found();
+    if (!file_->failure().isEmpty()) {
+        fail(ownText(OwnText::CannotRead).arg(shownName(), file_->failure()));
+        return;
     }
+    if (!look.foreignKind.empty()) {
+        isNoPlot(ownText(OwnText::OtherKind).arg(shownName(), QString::fromStdString(look.foreignKind)));
+    } else if (!look.isPlot && name_ != STANDARD_INPUT) {
+        isNoPlot(ownText(OwnText::NoDrawing).arg(shownName()));
+    } else if (look.isPlain) {
+        single_ = file_->takeFile();
+    } else {
+        pages_ = static_cast<int>(look.survey.pages.size());
+        sayReport();
+    }
+    passesDone_ = PASSES - 1;
+    if (mayBeEmpty_ && single_ && single_->bytes().empty()) {
+        channel_.leave(*this);
+    } else if (findPage()) {
+        beginPage();
+    }
+}
+
+// An empty picture instead of what its bytes would draw by chance.
+void FileSource::isNoPlot(const QString& why) {
+    showNotice(why);
+    single_ = std::make_unique<Spool>();
+    manner_.page = 0;
+}
+
+// That a page is white is said when it is printed.
+void FileSource::sayReport() {
+    const plotter::Survey& survey = file_->found().survey;
+    QStringList said;
+    if (isEmptyDrawing(survey) && conversion() == nullptr) said += ownText(OwnText::EmptyDrawing);
+    if (const QString text = reportText(survey.report); !text.isEmpty()) said += text;
+    remarks_ = said.join("; ");
+    if (!remarks_.isEmpty()) sayLine(shownName() + ": " + remarks_);
+    traceLine("%s: pages: %d. %s\n", name_.constData(), pages_, plotter::summary(survey).c_str());
+}
+
+// False when there is no such page, and nobody who would rather see another.
+bool FileSource::findPage() {
+    wanted_ = std::clamp(manner_.page, 1, pages_);
+    if (manner_.page <= pages_ || manner_.again) return true;
+    const QString notice =
+        ownText(OwnText::NoSuchPage).arg(shownName(), QString::number(manner_.page), QString::number(pages_));
+    if (isUnattended()) {
+        fail(notice);
+    } else {
+        showNotice(notice);
+    }
+    return !isUnattended();
+}
+
+void FileSource::beginPage() {
+    page_ = wanted_;
     Conversion* running = conversion();
-    const bool nothing = mayBeEmpty_ && spool->bytes().empty();
-    if (nothing || (running != nullptr && !running->begin(name_))) {
+    while (running != nullptr &&
+           !running->begin(name_, {.number = page_, .first = isFirstToPrint(), .last = isLastToPrint()})) {
+        if (isLastToPrint() || running->keepsPagesTogether()) {
+            channel_.leave(*this);
+            return;
+        }
+        wanted_ = ++page_;
+    }
+    if (single_) {
+        handOver(std::move(single_));
+        return;
+    }
+    state_ = State::Writing;
+    file_->writePage(static_cast<std::size_t>(page_) - 1, [this] { isWritten(); });
+}
+
+void FileSource::isWritten() {
+    std::unique_ptr<Spool> written = file_->takePage();
+    if (written) {
+        handOver(std::move(written));
+    } else {
+        fail(ownText(OwnText::CannotRead).arg(shownName(), file_->failure()));
+    }
+}
+
+void FileSource::handOver(std::unique_ptr<Spool> spool) {
+    state_ = State::Handed;
+    channel_.transmit(std::make_unique<Transmission>(std::move(spool), Transmission::Form::Plain));
+}
+
+void FileSource::fail(const QString& notice) {
+    showNotice(notice);
+    failPicture();
+    if (Conversion* running = conversion()) running->fail();
+    stayOrLeave();
+}
+
+// ---- what becomes of them -------------------------------------------------------------------------------------------
+
+void FileSource::shown() {
+    showRemarks();
+    if (conversion() != nullptr && !isLastToPrint()) {
+        askForPage(page_ + 1);
+    } else if (conversion() != nullptr || pages_ == 1) {
         channel_.leave(*this);
     } else {
-        channel_.transmit(std::make_unique<Transmission>(std::move(spool), Transmission::Form::Plain));
+        state_ = State::Shown;
+        if (wanted_ != page_) askForPage(wanted_);
     }
+}
+
+void FileSource::refused(const QString& reason) {
+    sayLine(shownName() + ": " + reason);
+    if (Conversion* running = conversion()) running->fail();
+    stayOrLeave();
 }
 
 void FileSource::giveUp() {
     reader_.reset();
+    if (file_) file_->breakOff();
+    stayOrLeave();
+}
+
+void FileSource::replaced() {
     channel_.leave(*this);
 }
 
-void FileSource::shown() {
-    channel_.leave(*this);
+// Where one of its pages is shown, the user can go on turning them.
+void FileSource::stayOrLeave() {
+    if (conversion() != nullptr || pages_ == 1 || !channel_.isPictureOf(*this)) {
+        channel_.leave(*this);
+        return;
+    }
+    state_ = State::Shown;
+    wanted_ = page_ = channel_.picturePage().number;
+    channel_.pass(*this);
 }
 
-void FileSource::refused(const QString& reason) {
-    sayLine(QString::fromLocal8Bit(name_) + ": " + reason);
-    if (Conversion* running = conversion()) running->fail();
-    channel_.leave(*this);
+void FileSource::turnPage(int by) {
+    const int page = std::clamp(wanted_ + by, 1, pages_);
+    if (page == std::exchange(wanted_, page)) return;
+    if (state_ == State::Shown) askForPage(page);
+    if (state_ == State::Writing) beginPage();
+}
+
+void FileSource::askForPage(int page) {
+    wanted_ = page;
+    state_ = State::InLine;
+    channel_.goOn(*this);
+}
+
+void FileSource::showRemarks() {
+    if (std::exchange(told_, true)) return;
+    QStringList told;
+    if (pages_ > 1 && !manner_.again) told += ownText(OwnText::FirstPage).arg(page_).arg(pages_);
+    if (!remarks_.isEmpty()) told += remarks_;
+    if (!told.isEmpty()) showStrip(told.join("; "));
 }
 
 }  // namespace qrvel

@@ -72,6 +72,10 @@ std::string_view withoutPadding(std::string_view bytes) {
     return bytes.substr(0, bytes.find_last_not_of('\0') + 1);
 }
 
+bool holdsText(std::string_view bytes) {
+    return withoutPadding(bytes).find('\0') == std::string_view::npos;
+}
+
 // These are hardly ever there by chance.
 bool drawsForSure(std::string_view command) {
     return isAnyOf(command.substr(0, 2), COMMANDS_WITH_PAIRS) && hasPair(command.substr(2));
@@ -86,13 +90,19 @@ bool drawsPerhaps(std::string_view command) {
 }  // namespace
 
 bool holdsDrawing(std::string_view bytes) {
-    const bool isText = withoutPadding(bytes).find('\0') == std::string_view::npos;
+    const bool isText = holdsText(bytes);
     for (std::size_t at = 0; at + 2 < bytes.size(); ++at) {
         if (!isCapital(bytes[at]) || !isCapital(bytes[at + 1])) continue;
         const std::string_view command = bytes.substr(at);
         if (drawsForSure(command) || (isText && drawsPerhaps(command))) return true;
     }
     return false;
+}
+
+bool isBinary(std::string_view bytes) {
+    constexpr char ESCAPE = '\x1B';
+    const std::string_view begin = without(bytes, [](char c) { return c != ESCAPE && c >= '\0' && c <= ' '; });
+    return !begin.starts_with(ESCAPE) && !holdsText(bytes);
 }
 
 }  // namespace qrvel

@@ -10,4 +10,7 @@ namespace qrvel {
 // of another file. A text that quotes such a command passes, and is drawn. Time grows with the bytes alone.
 bool holdsDrawing(std::string_view bytes);
 
+// Whether it is neither text nor begins as what is sent to plotters and printers begins: with an escape.
+bool isBinary(std::string_view bytes);
+
 }  // namespace qrvel

@@ -8,6 +8,13 @@
 
 namespace qrvel {
 
+// Which page of how many a picture is.
+struct PageNumber {
+    int number = 1;
+    int of = 1;
+    bool operator==(const PageNumber&) const = default;
+};
+
 class Speaker {
   public:
     Speaker() = default;
@@ -30,6 +37,13 @@ class Speaker {
 
     // Of the file that it is, if it is one.
     virtual QByteArray fileName() const { return {}; }
+
+    // Of what was transmitted last.
+    virtual PageNumber page() const { return {}; }
+    // The user wants to see the page so many further on, or back, instead of the one that is shown.
+    virtual void turnPage(int /*by*/) {}
+    // Another one's picture is there instead of its own.
+    virtual void replaced() {}
 
     // Whether it can be given a page with its picture, as it has been printed; and giving it one, in a format called
     // "pdf", "svg" or "png".

@@ -5,6 +5,7 @@
 #include "application.h"
 #include "notices.h"
 #include "own_texts.h"
+#include "page_delivery.h"
 #include "page_format.h"
 #include "source_reader.h"
 
@@ -19,14 +20,19 @@ QByteArray bareName(const QByteArray& source) {
     return dot > 0 ? name.first(dot) : name;
 }
 
-// Goes through a pattern: calls text(c) for each character that stands for itself, and name() for each %n.
-template <class Text, class Name>
-void readPattern(const QByteArray& pattern, Text text, Name name) {
+// What stands for something else behind a percent sign.
+constexpr char NAME = 'n';
+constexpr char PAGE = 'p';
+constexpr char PERCENT = '%';
+
+// Goes through a pattern: calls text(c) for each character that stands for itself, and mark(c) for %n and %p.
+template <class Text, class Mark>
+void readPattern(const QByteArray& pattern, Text text, Mark mark) {
     for (qsizetype i = 0; i < pattern.size(); ++i) {
-        const char next = pattern[i] == '%' && i + 1 < pattern.size() ? pattern[i + 1] : '\0';
-        if (next == 'n') name();
-        if (next == '%') text(next);
-        if (next == 'n' || next == '%') {
+        const char next = pattern[i] == PERCENT && i + 1 < pattern.size() ? pattern[i + 1] : '\0';
+        if (next == NAME || next == PAGE) mark(next);
+        if (next == PERCENT) text(next);
+        if (next == NAME || next == PAGE || next == PERCENT) {
             ++i;
         } else {
             text(pattern[i]);
@@ -34,20 +40,30 @@ void readPattern(const QByteArray& pattern, Text text, Name name) {
     }
 }
 
+bool holds(const QByteArray& pattern, char wanted) {
+    bool found = false;
+    readPattern(
+        pattern, [](char) {}, [&](char mark) { found = found || mark == wanted; });
+    return found;
+}
+
 }  // namespace
 
-QByteArray outputName(const QByteArray& pattern, const QByteArray& source) {
+QByteArray outputName(const QByteArray& pattern, const QByteArray& source, int page, bool oneOfSeveral) {
+    const QByteArray number = QByteArray::number(page);
     QByteArray output;
     readPattern(
-        pattern, [&](char c) { output += c; }, [&] { output += bareName(source); });
+        pattern, [&](char c) { output += c; }, [&](char mark) { output += mark == NAME ? bareName(source) : number; });
+    if (oneOfSeveral && !namesPages(pattern)) output.insert(output.lastIndexOf('.'), '-' + number);
     return output;
 }
 
 bool namesEach(const QByteArray& pattern) {
-    bool found = false;
-    readPattern(
-        pattern, [](char) {}, [&] { found = true; });
-    return found;
+    return holds(pattern, NAME);
+}
+
+bool namesPages(const QByteArray& pattern) {
+    return holds(pattern, PAGE);
 }
 
 Conversion::Conversion(const Options& options) : pattern_(options.printTo), sources_(options.sources.size()) {
@@ -59,6 +75,8 @@ Conversion::Conversion(const Options& options) : pattern_(options.printTo), sour
         if (const auto id = idOf(source)) sourceIds_.insert(*id);
     }
 }
+
+Conversion::~Conversion() = default;
 
 std::optional<Conversion::FileId> Conversion::idOf(const QByteArray& file) {
     struct stat about = {};
@@ -78,8 +96,18 @@ void Conversion::reading(const QByteArray& source) {
     }
 }
 
-bool Conversion::begin(const QByteArray& source) {
-    choice_.fileName = outputName(pattern_, source);
+bool Conversion::keepsPagesTogether() const {
+    return choice_.format == PageFormat::Pdf && !namesPages(pattern_);
+}
+
+bool Conversion::begin(const QByteArray& source, const SourcePage& page) {
+    page_ = page;
+    if (page.first) {
+        pages_.clear();
+        incomplete_ = false;
+    }
+    const bool oneOfSeveral = !keepsPagesTogether() && !(page.first && page.last);
+    choice_.fileName = outputName(pattern_, source, page.number, oneOfSeveral);
     if (written_.contains(choice_.fileName)) {
         sayWhy(OwnText::WrittenAlready);
     } else if (isSource(choice_.fileName)) {
@@ -90,7 +118,15 @@ bool Conversion::begin(const QByteArray& source) {
     return false;
 }
 
+PrintedPages Conversion::collect(std::unique_ptr<PrintedPage> page) {
+    pages_.push_back(std::move(page));
+    const bool wait = keepsPagesTogether() && (!page_.last || incomplete_);
+    return wait ? PrintedPages() : std::exchange(pages_, {});
+}
+
 void Conversion::notPrinted() {
+    pages_.clear();
+    incomplete_ = true;
     sayWhy(OwnText::NoPicture);
 }
 

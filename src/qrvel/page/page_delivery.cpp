@@ -5,6 +5,7 @@
 #include <QBuffer>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <algorithm>
 #include <new>
 
 #include "data_channel.h"
@@ -26,12 +27,14 @@ QString cannotPrint(const PageGoal& goal, const QString& reason) {
     return ownText(OwnText::CannotPrint).arg(goal.shownName(), reason);
 }
 
+using Pages = std::span<const Page* const>;
+
 // The whole file in memory, so that what stands in the way of writing it is known at once, and where from. Empty when
-// the page is too large.
-QByteArray contentOf(const Page& page, const PageGoal& goal) {
+// a page is too large.
+QByteArray contentOf(Pages pages, const PageGoal& goal) {
     QBuffer content;
     content.open(QBuffer::WriteOnly);
-    const bool drawn = writePage(content, goal.format, goal.dpi, page.recording(), page.sheet());
+    const bool drawn = writePages(content, goal.format, goal.dpi, pages);
     return drawn ? content.data() : QByteArray();
 }
 
@@ -39,21 +42,21 @@ std::string_view viewOf(const QByteArray& bytes) {
     return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
 }
 
-QString writeFile(const Page& page, const PageGoal& goal) {
+QString writeFile(Pages pages, const PageGoal& goal) {
     const std::string name = goal.name.toStdString();
     std::string problem = kelfiles::obstacleTo(name);
     if (problem.empty()) {
-        const QByteArray content = contentOf(page, goal);
+        const QByteArray content = contentOf(pages, goal);
         if (content.isEmpty()) return cannotWrite(goal, ownText(OwnText::PageTooLarge));
         problem = kelfiles::writeWhole(name, viewOf(content));
     }
     return problem.empty() ? QString() : cannotWrite(goal, QString::fromStdString(problem));
 }
 
-QString sendToHost(const Page& page, const PageGoal& goal) {
+QString sendToHost(Pages pages, const PageGoal& goal) {
     DataChannel* channel = findDataChannel();
     if (channel == nullptr || !channel->takesPages()) return ownText(OwnText::NoHost);
-    const QByteArray content = contentOf(page, goal);
+    const QByteArray content = contentOf(pages, goal);
     if (content.isEmpty()) return cannotWrite(goal, ownText(OwnText::PageTooLarge));
     channel->sendPage(endingOf(goal.format), viewOf(content));
     return {};
@@ -92,17 +95,24 @@ QString PageGoal::shownName() const {
 }
 
 QString deliverPage(const Page& page, const PageGoal& goal) {
+    const Page* const alone = &page;
+    return deliverPages({&alone, 1}, goal);
+}
+
+QString deliverPages(Pages pages, const PageGoal& goal) {
     const bool toPrinter = goal.destination == Destination::Printer;
     if (!toPrinter && endingOf(goal.format) == nullptr) return ownText(OwnText::NoDestination);
     try {
-        if (page.isTooLarge()) throw std::bad_alloc();
+        if (std::any_of(pages.begin(), pages.end(), [](const Page* page) { return page->isTooLarge(); })) {
+            throw std::bad_alloc();
+        }
         switch (goal.destination) {
             case Destination::Printer:
-                return print(page, goal);
+                return print(*pages.front(), goal);
             case Destination::File:
-                return writeFile(page, goal);
+                return writeFile(pages, goal);
             case Destination::Host:
-                return sendToHost(page, goal);
+                return sendToHost(pages, goal);
         }
     } catch (const std::bad_alloc&) {
         const QString reason = ownText(OwnText::PageTooLarge);

@@ -3,6 +3,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <span>
 #include <utility>
 
 #include "page.h"
@@ -31,5 +32,8 @@ struct PrintedPage {
 // Prints a page on a printer, writes it into a file, or sends it to the host. Answers nothing, or what went wrong, for
 // the user. A file is complete or absent: it appears under its name when all of it is written.
 QString deliverPage(const Page& page, const PageGoal& goal);
+
+// The same with several, one at least: they become the pages of one PDF file. Elsewhere only the first counts.
+QString deliverPages(std::span<const Page* const> pages, const PageGoal& goal);
 
 }  // namespace qrvel

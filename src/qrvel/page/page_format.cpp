@@ -23,21 +23,33 @@ constexpr double UNITS_A_MILLIMETRE = UNITS_AN_INCH / MILLIMETRES_AN_INCH;
 // Of the same image: 0 is small and slow, 100 large. This one takes not much longer than the drawing.
 constexpr int PNG_QUALITY = 60;
 
-bool writePdf(QIODevice& device, int /*dpi*/, const Recording& recording, const Sheet& sheet) {
-    const Placement placement = place(recording.bounds(), sheet);
+using Pages = std::span<const Page* const>;
+
+Placement placeOf(const Page& page) {
+    return place(page.recording().bounds(), page.sheet());
+}
+
+QPageLayout layoutOf(const QSizeF& paper) {
+    return {QPageSize(paper, QPageSize::Millimeter, {}, QPageSize::ExactMatch), QPageLayout::Portrait, {}};
+}
+
+bool writePdf(QIODevice& device, int /*dpi*/, Pages pages) {
     QPdfWriter writer(&device);
     writer.setCreator(CREATOR);
     writer.setResolution(UNITS_AN_INCH);
-    writer.setPageLayout(QPageLayout(QPageSize(placement.paper, QPageSize::Millimeter, {}, QPageSize::ExactMatch),
-                                     QPageLayout::Portrait, {}));
     QPainter painter;
-    if (!painter.begin(&writer)) return false;
-    paintPage(painter, recording, placement, UNITS_A_MILLIMETRE);
+    for (const Page* page : pages) {
+        const Placement placement = placeOf(*page);
+        writer.setPageLayout(layoutOf(placement.paper));
+        if (painter.isActive() ? !writer.newPage() : !painter.begin(&writer)) return false;
+        paintPage(painter, page->recording(), placement, UNITS_A_MILLIMETRE);
+    }
     return painter.end();
 }
 
-bool writeSvg(QIODevice& device, int /*dpi*/, const Recording& recording, const Sheet& sheet) {
-    const Placement placement = place(recording.bounds(), sheet);
+bool writeSvg(QIODevice& device, int /*dpi*/, Pages pages) {
+    const Page& page = *pages.front();
+    const Placement placement = placeOf(page);
     const QSizeF units = placement.paper * UNITS_A_MILLIMETRE;
     QSvgGenerator generator;
     generator.setOutputDevice(&device);
@@ -48,12 +60,13 @@ bool writeSvg(QIODevice& device, int /*dpi*/, const Recording& recording, const 
     generator.setViewBox(QRectF({}, units));
     QPainter painter;
     if (!painter.begin(&generator)) return false;
-    paintPage(painter, recording, placement, UNITS_A_MILLIMETRE);
+    paintPage(painter, page.recording(), placement, UNITS_A_MILLIMETRE);
     return painter.end();
 }
 
-bool writePng(QIODevice& device, int dpi, const Recording& recording, const Sheet& sheet) {
-    QImage image = drawImage(recording, sheet, dpi / MILLIMETRES_AN_INCH);
+bool writePng(QIODevice& device, int dpi, Pages pages) {
+    const Page& page = *pages.front();
+    QImage image = drawImage(page.recording(), page.sheet(), dpi / MILLIMETRES_AN_INCH);
     if (image.isNull()) return false;
     const int dotsAMetre = static_cast<int>(std::lround(dpi * 1000.0 / MILLIMETRES_AN_INCH));
     image.setDotsPerMeterX(dotsAMetre);
@@ -66,7 +79,7 @@ bool writePng(QIODevice& device, int dpi, const Recording& recording, const Shee
 struct Row {
     PageFormat format;
     const char* ending;
-    bool (*write)(QIODevice& device, int dpi, const Recording& recording, const Sheet& sheet);
+    bool (*write)(QIODevice& device, int dpi, Pages pages);
 };
 
 constexpr Row ROWS[] = {
@@ -92,9 +105,9 @@ PageFormat formatOf(QByteArrayView fileName) {
     return PageFormat::None;
 }
 
-bool writePage(QIODevice& device, PageFormat format, int dpi, const Recording& recording, const Sheet& sheet) {
+bool writePages(QIODevice& device, PageFormat format, int dpi, Pages pages) {
     for (const Row& row : ROWS) {
-        if (row.format == format) return row.write(device, dpi, recording, sheet);
+        if (row.format == format) return row.write(device, dpi, pages);
     }
     return false;
 }

@@ -3,9 +3,10 @@
 
 #include <QByteArrayView>
 #include <QIODevice>
+#include <span>
 
+#include "page.h"
 #include "print_choice.h"
-#include "recording.h"
 
 namespace qrvel {
 
@@ -13,7 +14,8 @@ namespace qrvel {
 const char* endingOf(PageFormat format);
 PageFormat formatOf(QByteArrayView fileName);
 
-// Writes a page; dpi is a PNG's. False when that is not possible; for errors of the device ask the device.
-bool writePage(QIODevice& device, PageFormat format, int dpi, const Recording& recording, const Sheet& sheet);
+// Writes pages, one at least; a format that is not PDF takes the first alone. dpi is a PNG's. False when that is not
+// possible; for errors of the device ask the device.
+bool writePages(QIODevice& device, PageFormat format, int dpi, std::span<const Page* const> pages);
 
 }  // namespace qrvel

@@ -1,5 +1,7 @@
 // OUTopendevice and OUTclosedevice: a page in the place of the surface, and back.
 #include <QGuiApplication>
+#include <algorithm>
+#include <vector>
 
 #include "child.h"
 #include "conversion.h"
@@ -35,20 +37,39 @@ PageGoal goalOf(uint32_t destination, uint32_t format, const void* name, const P
             .dpi = choice.dpi};
 }
 
-void report(const PrintedPage& printed, const QString& problem) {
+// What is to be delivered now that a page is drawn.
+PrintedPages collected(std::unique_ptr<PrintedPage> page) {
+    if (Conversion* running = conversion()) return running->collect(std::move(page));
+    PrintedPages alone;
+    alone.push_back(std::move(page));
+    return alone;
+}
+
+// Answers nothing, or what went wrong.
+QString deliver(const PrintedPages& printed) {
+    std::vector<const Page*> pages;
+    for (const auto& page : printed) {
+        pages.push_back(&page->page);
+    }
+    return pages.empty() ? QString() : deliverPages(pages, printed.front()->goal);
+}
+
+bool areEmpty(const PrintedPages& printed) {
+    return std::all_of(printed.begin(), printed.end(),
+                       [](const auto& page) { return page->page.recording().isEmpty(); });
+}
+
+void report(const PrintedPages& printed, const QString& problem) {
+    Conversion* running = conversion();
     if (!problem.isEmpty()) {
         showNotice(problem);
-    } else if (printed.page.recording().isEmpty()) {
-        showNotice(ownText(OwnText::EmptyPage).arg(printed.goal.shownName()));
+        if (running != nullptr) running->fail();
+    } else if (!printed.empty()) {
+        if (areEmpty(printed)) showNotice(ownText(OwnText::EmptyPage).arg(printed.front()->goal.shownName()));
+        if (running != nullptr) running->written();
     }
-    if (Conversion* running = conversion()) {
-        if (problem.isEmpty()) {
-            running->written();
-        } else {
-            running->fail();
-        }
-        if (DataChannel* channel = findDataChannel()) channel->pictureIsOut();
-    }
+    DataChannel* channel = findDataChannel();
+    if (running != nullptr && channel != nullptr) channel->pictureIsOut();
 }
 
 }  // namespace
@@ -72,11 +93,11 @@ int32_t OUTopendevice(WHandle child, uint32_t destination, uint32_t format, cons
 int32_t OUTclosedevice(WHandle child) {
     auto* found = handles().find<Child>(child, __func__);
     if (found == nullptr || !found->printed) return 0;
-    const std::unique_ptr<PrintedPage> printed = std::move(found->printed);
+    const PrintedPages printed = collected(std::move(found->printed));
     found->page = nullptr;
-    const QString problem = deliverPage(printed->page, printed->goal);
+    const QString problem = deliver(printed);
     QGuiApplication::restoreOverrideCursor();
     sendSizeOfContainer(found->container);
-    report(*printed, problem);
+    report(printed, problem);
     return problem.isEmpty() ? 1 : 0;
 }

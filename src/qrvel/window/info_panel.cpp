@@ -20,8 +20,7 @@ QMessageBox* makeBox(ShellWindow& window) {
     box->setWindowTitle(ownText(OwnText::ProductTitle));
     box->setIconPixmap(QApplication::windowIcon().pixmap(QSize(ICON_SIZE, ICON_SIZE), window.devicePixelRatioF()));
     box->setTextFormat(Qt::PlainText);
-    box->setText(window.windowTitle() + "\n" +
-                 ownText(OwnText::ProductVersion).arg(QCoreApplication::applicationVersion()));
+    box->setText(window.title() + "\n" + ownText(OwnText::ProductVersion).arg(QCoreApplication::applicationVersion()));
     box->setInformativeText(ownText(OwnText::ProductPurpose) + "\n\n" + ownText(OwnText::ProductLicence));
     box->addButton(QMessageBox::Close)->setText(ownText(OwnText::Close));
     box->setEscapeButton(QMessageBox::Close);

@@ -13,6 +13,7 @@
 #include "data_channel.h"
 #include "message_pump.h"
 #include "objects.h"
+#include "own_texts.h"
 #include "shl.h"
 
 namespace qrvel {
@@ -60,7 +61,7 @@ void postSizeAndPaint(const Container& container) {
 
 }  // namespace
 
-ShellWindow::ShellWindow(const QString& title) {
+ShellWindow::ShellWindow(const QString& title) : title_(title) {
     setWindowTitle(title);
     setAcceptDrops(true);
 }
@@ -94,6 +95,15 @@ void ContainerWidget::resizeEvent(QResizeEvent* /*event*/) {
 WHandle objectOfContainer(WHandle container) {
     const auto* found = handles().find<Container>(container);
     return found != nullptr ? mainObjectOf(found->windowClass) : 0;
+}
+
+void showPageNumber(int page, int pages) {
+    const QString number = ownText(OwnText::PageOf).arg(page).arg(pages);
+    handles().forEach<Shell>([&](const Shell& shell) {
+        if (shell.window == nullptr) return;
+        const QString& title = shell.window->title();
+        shell.window->setWindowTitle(pages > 1 ? title + " \u2013 " + number : title);
+    });
 }
 
 void postSizeOfContainer(WHandle container) {

@@ -13,10 +13,16 @@ class ShellWindow : public QMainWindow {
   public:
     explicit ShellWindow(const QString& title);
 
+    // The title without what stands behind it.
+    const QString& title() const { return title_; }
+
   protected:
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+
+  private:
+    QString title_;
 };
 
 // The inside of the shell between its bars. A new size is a size message for the object of the container's class.
@@ -60,5 +66,8 @@ void postSizeOfContainer(WHandle container);
 void sendSizeOfContainer(WHandle container);
 // That object; 0 when there is none.
 WHandle objectOfContainer(WHandle container);
+
+// Which page of how many is shown, behind the title of the window; nothing where there is only one.
+void showPageNumber(int page, int pages);
 
 }  // namespace qrvel

@@ -1,0 +1,82 @@
+#include "plotted_file.h"
+
+#include <QCoreApplication>
+#include <algorithm>
+#include <new>
+#include <system_error>
+#include <utility>
+
+#include "plot_recognition.h"
+#include "plot_report.h"
+
+namespace qrvel {
+
+void PlottedFile::look(bool asIs, Done done) {
+    run([this, asIs] { doLook(asIs); }, std::move(done));
+}
+
+void PlottedFile::writePage(std::size_t page, Done done) {
+    run([this, page] { doWritePage(page); }, std::move(done));
+}
+
+void PlottedFile::breakOff() {
+    stop_ = true;
+    if (thread_.joinable()) thread_.join();
+    QCoreApplication::removePostedEvents(&home_);  // it may have come to its end just now
+}
+
+// Where there is no room for another thread, the window has to wait.
+void PlottedFile::run(std::function<void()> work, Done done) {
+    breakOff();
+    stop_ = false;
+    bytesDone_ = 0;
+    failure_.clear();
+    const auto job = [this, work = std::move(work), done = std::move(done)] {
+        try {
+            work();
+        } catch (const std::bad_alloc&) {
+            failure_ = "not enough memory";
+        }
+        if (!stop_) QMetaObject::invokeMethod(&home_, done, Qt::QueuedConnection);
+    };
+    try {
+        thread_ = std::thread(job);
+    } catch (const std::system_error&) {
+        job();
+    }
+}
+
+plotter::Watch PlottedFile::watch() {
+    return [this](std::size_t bytes) {
+        bytesDone_ = std::min(static_cast<qint64>(bytes), size());
+        return !stop_;
+    };
+}
+
+void PlottedFile::doLook(bool asIs) {
+    const std::string_view bytes = file_->bytes();
+    found_ = {};
+    found_.isPlain = asIs || plotter::isPlain(bytes);
+    found_.isPlot = holdsDrawing(bytes);
+    if (!found_.isPlain || !found_.isPlot) found_.foreignKind = plotter::foreignKind(bytes);
+    if (found_.isPlain || !found_.foreignKind.empty()) return;
+    found_.survey = plotter::survey(bytes, watch());
+    // Labels, rasters and the like draw, too, but bytes of a program do so by chance.
+    found_.isPlot = found_.isPlot || (!isEmptyDrawing(found_.survey) && !isBinary(bytes));
+}
+
+void PlottedFile::doWritePage(std::size_t page) {
+    auto written = std::make_unique<Spool>();
+    const auto append = [&](std::string_view piece) {
+        return !stop_ && written->append(piece.data(), static_cast<qint64>(piece.size()));
+    };
+    const bool whole = plotter::write(file_->bytes(), found_.survey, page, append, watch());
+    if (stop_) return;
+    if (whole && written->finish()) {
+        page_ = std::move(written);
+    } else {
+        failure_ = written->failure().isEmpty() ? QString("there is no such page") : written->failure();
+    }
+}
+
+}  // namespace qrvel
