@@ -10,6 +10,7 @@ namespace plotter {
 namespace {
 
 constexpr double RADIAN = std::numbers::pi / 180;
+constexpr double COARSE_CHORD = 45;      // degrees
 constexpr double DEFAULT_CHORD = 5;      // degrees
 constexpr double LEAST_CHORD = 0.36;     // degrees
 constexpr double DEFAULT_DEVIATION = 5;  // user units, after CT1
@@ -40,6 +41,11 @@ double chordByDeviation(double radius, double deviation) {
 }
 
 double smoothChord(const Machine& machine, double radiusUnits) {
+    // Where curves have taken much of what may be drawn, the rest of them make do with less.
+    constexpr double scarce = 0.25;
+    constexpr double nearlyNone = 0.75;
+    if (machine.pointsUsed() > nearlyNone) return COARSE_CHORD;
+    if (machine.pointsUsed() > scarce) return DEFAULT_CHORD;
     const double fine = 360.0 / MOST_CHORDS;
     if (machine.tolerance() <= 0 || !(radiusUnits > machine.tolerance())) return fine;
     return std::max(fine, std::min(DEFAULT_CHORD, chordByDeviation(radiusUnits, machine.tolerance())));

@@ -16,9 +16,33 @@ bool isOnPaper(Point p) {
 
 }  // namespace
 
-Machine::Machine(const Traits& traits, Sheet& sheet, Report& report)
-    : traits_(traits), found_(traits), sheet_(sheet), report_(report) {
+Machine::Machine(const Traits& traits, Sheet& sheet, Report& report, std::size_t bytes)
+    : traits_(traits),
+      found_(traits),
+      sheet_(sheet),
+      report_(report),
+      points_(POINTS_OF_ANY_FILE + POINTS_A_BYTE * bytes),
+      pointsLeft_(points_),
+      vertices_(VERTICES_OF_ANY_FILE + bytes) {
     initialise();
+}
+
+// Nothing at all comes behind what was too much, so that a file made to harm ends soon.
+bool Machine::takePoints(std::size_t count) {
+    if (count <= pointsLeft_) {
+        pointsLeft_ -= count;
+        return true;
+    }
+    pointsLeft_ = 0;
+    report_.meetBound("points on the paper", offset_);
+    return false;
+}
+
+bool Machine::takeVertices(std::size_t count) {
+    state.polygon.vertices += count;
+    if (state.polygon.vertices <= vertices_) return true;
+    report_.meetBound("points of a polygon", offset_);
+    return false;
 }
 
 void Machine::setDefaults() {
@@ -96,7 +120,7 @@ Ink Machine::inkOf(int32_t pen) const {
 void Machine::drawLine(std::span<const Point> points) {
     if (points.empty()) return;
     state.marked = true;
-    if (!penDraws()) return;
+    if (!penDraws() || pointsLeft_ == 0) return;
     const Ink with = lineInk(state.fills, ink());
     LineTypes& types = state.lineTypes;
     if (types.choice.type == LineTypes::SOLID) {
@@ -118,12 +142,12 @@ void Machine::drawOutline(std::span<const Point> points) {
 void Machine::drawSolid(std::span<const Point> points) {
     if (points.empty()) return;
     state.marked = true;
-    if (penDraws()) emit(points, lineInk(state.fills, ink()));
+    if (penDraws() && pointsLeft_ != 0) emit(points, lineInk(state.fills, ink()));
 }
 
 void Machine::drawArea(const Area& area, FillRule rule) {
     state.marked = true;
-    if (!penDraws()) return;
+    if (!penDraws() || pointsLeft_ == 0) return;
     fillArea(
         *this, area, rule, [this](const Area& piece, const Ink& ink) { emit(piece, ink); },
         [this](std::span<const Point> line, const Ink& ink) { emit(line, ink); });
@@ -185,11 +209,17 @@ void Machine::emit(const Area& area, const Ink& ink) {
 }
 
 void Machine::drawOnPaper(std::span<const Point> points, const Ink& ink) {
+    if (!takePoints(points.size())) return;
     pageMarked_ = true;
     sheet_.line(points, ink);
 }
 
 void Machine::drawOnPaper(const Area& area, const Ink& ink) {
+    std::size_t points = 0;
+    for (const Ring& ring : area) {
+        points += ring.size();
+    }
+    if (!takePoints(points)) return;
     pageMarked_ = true;
     sheet_.area(area, ink);
 }

@@ -23,6 +23,12 @@
 
 namespace plotter {
 
+// Points of lines and areas that one file may put on the paper, by its size, and of one polygon: what a few bytes can
+// multiply ends somewhere. A text has some ten points a character.
+inline constexpr std::size_t POINTS_OF_ANY_FILE = 5'000'000;
+inline constexpr std::size_t POINTS_A_BYTE = 10;
+inline constexpr std::size_t VERTICES_OF_ANY_FILE = 1'000'000;
+
 // What must be known of a file before its first instruction can be carried out, and is learnt from all of it.
 struct Traits {
     bool hpgl2 = false;         // HP-GL/2, not the HP-GL of pen plotters
@@ -42,6 +48,7 @@ struct Polygon {
     bool open = false;     // between PM0 and PM2
     Point position;        // of the pen at PM0
     bool penDown = false;  // there
+    std::size_t vertices = 0;
     bool fresh = false;    // nothing has followed PM0 or PM1 yet: a move with the pen up begins elsewhere
 };
 
@@ -65,7 +72,8 @@ struct State {
 
 class Machine {
   public:
-    Machine(const Traits& traits, Sheet& sheet, Report& report);
+    // bytes: of the file.
+    Machine(const Traits& traits, Sheet& sheet, Report& report, std::size_t bytes);
 
     // ---- for the printer's language around it ----
     // Where plotter units lie on the paper from now on. A changed frame resets P1, P2 and the window, drops the polygon
@@ -101,6 +109,10 @@ class Machine {
     bool pageIsMarked() const { return pageMarked_; }
     // For one Path at a time.
     Line& roomForPath() { return path_; }
+    // Whether the polygon may have so many vertices more.
+    bool takeVertices(std::size_t count);
+    // How much of what may come on the paper is there already, from 0 to 1: curves get coarser towards the end.
+    double pointsUsed() const { return 1 - static_cast<double>(pointsLeft_) / static_cast<double>(points_); }
     // How far a curve may be from its chords, plotter units.
     double tolerance() const { return traits_.tolerance; }
 
@@ -120,6 +132,7 @@ class Machine {
     State state;
 
   private:
+    bool takePoints(std::size_t count);
     // Whether the selected pen leaves ink.
     bool penDraws();
     bool isSeen(const Ink& ink) const;
@@ -135,6 +148,9 @@ class Machine {
     Report& report_;
     std::size_t offset_ = 0;
     bool pageMarked_ = false;
+    std::size_t points_;      // that may come on the paper in all
+    std::size_t pointsLeft_;
+    std::size_t vertices_;    // that a polygon may have
     bool aPenDrew_ = false;
     bool noPenDrew_ = false;  // strokes were lost for want of a pen
     Line onPaper_, path_;     // room that is kept between calls

@@ -13,8 +13,8 @@ constexpr std::size_t BYTES_BETWEEN_WATCHES = 65536;
 
 class PlotRun {
   public:
-    PlotRun(const Traits& traits, Sheet& sheet, Report& report, const Watch& watch)
-        : machine_(traits, sheet, report), printer_(machine_), report_(report), watch_(watch) {
+    PlotRun(std::size_t bytes, const Traits& traits, Sheet& sheet, Report& report, const Watch& watch)
+        : machine_(traits, sheet, report, bytes), printer_(machine_), report_(report), watch_(watch) {
         printer_.setRunner([this](std::string_view macro) { runOver(macro, false); });
     }
 
@@ -87,7 +87,7 @@ class PlotRun {
 }  // namespace
 
 RunResult runPlotter(std::string_view bytes, const Traits& traits, Sheet& sheet, Report& report, const Watch& watch) {
-    return PlotRun(traits, sheet, report, watch).run(bytes);
+    return PlotRun(bytes.size(), traits, sheet, report, watch).run(bytes);
 }
 
 }  // namespace plotter

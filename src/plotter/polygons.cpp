@@ -192,6 +192,7 @@ void circle(Machine& machine, const Instruction& instruction) {
         machine.drawOutline(outline);
         return;
     }
+    if (!machine.takeVertices(outline.size())) return;
     nextRing(state);
     for (const Point point : outline) {
         state.polygon.rings.back().push_back({point, true});

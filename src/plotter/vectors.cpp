@@ -46,7 +46,7 @@ void Path::goTo(Point units) {
         return;
     }
     if (state.polygon.open) {
-        addVertex(state.polygon, units, state.penDown);
+        if (machine_.takeVertices(1)) addVertex(state.polygon, units, state.penDown);
     } else if (state.penDown) {
         if (line_.empty()) line_.push_back(state.position);
         line_.push_back(units);

@@ -27,7 +27,7 @@ class TextSheet final : public plotter::Sheet {
 
 class Plotted {
   public:
-    explicit Plotted(bool hpgl2 = true) : machine(traitsOf(hpgl2), sheet, report) {}
+    explicit Plotted(bool hpgl2 = true) : machine(traitsOf(hpgl2), sheet, report, FILE_SIZE) {}
 
     void run(plotter::Procedure procedure, const std::vector<double>& numbers) {
         plotter::Instruction instruction;
@@ -48,6 +48,8 @@ class Plotted {
     plotter::Machine machine;
 
   private:
+    static constexpr std::size_t FILE_SIZE = 1'000'000;  // bytes, of the file that is made up
+
     static plotter::Traits traitsOf(bool hpgl2) {
         plotter::Traits traits;
         traits.hpgl2 = hpgl2;

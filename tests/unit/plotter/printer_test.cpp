@@ -52,7 +52,7 @@ class WrittenSheet : public Sheet {
 struct Rig {
     WrittenSheet sheet;
     Report report;
-    Machine machine{Traits{}, sheet, report};
+    Machine machine{Traits{}, sheet, report, 0};
     Printer printer{machine};
 
     void run(std::string_view bytes) {
