@@ -15,6 +15,8 @@ constexpr double DEFAULT_CHORD = 5;      // degrees
 constexpr double LEAST_CHORD = 0.36;     // degrees
 constexpr double DEFAULT_DEVIATION = 5;  // user units, after CT1
 constexpr int MOST_CHORDS = 720;         // a turn
+// In the first pass, which wants extents alone: a sixth of a thousandth of the radius is not seen.
+constexpr double MEASURING_CHORD = 2;  // degrees
 constexpr int MOST_CURVE_STEPS = 256;
 
 Point onCircle(Point centre, double radius, double degrees) {
@@ -44,10 +46,12 @@ double smoothChord(const Machine& machine, double radiusUnits) {
     // Where curves have taken much of what may be drawn, the rest of them make do with less.
     constexpr double scarce = 0.25;
     constexpr double nearlyNone = 0.75;
-    if (machine.pointsUsed() > nearlyNone) return COARSE_CHORD;
-    if (machine.pointsUsed() > scarce) return DEFAULT_CHORD;
+    if (machine.share() >= 1) return 360;
+    if (machine.share() > nearlyNone) return COARSE_CHORD;
+    if (machine.share() > scarce) return DEFAULT_CHORD;
+    if (machine.tolerance() <= 0) return MEASURING_CHORD;
     const double fine = 360.0 / MOST_CHORDS;
-    if (machine.tolerance() <= 0 || !(radiusUnits > machine.tolerance())) return fine;
+    if (!(radiusUnits > machine.tolerance())) return fine;
     return std::max(fine, std::min(DEFAULT_CHORD, chordByDeviation(radiusUnits, machine.tolerance())));
 }
 
@@ -207,9 +211,20 @@ int chordsOf(const Machine& machine, const Instruction& instruction, std::size_t
     return chords >= 1 ? static_cast<int>(std::min(chords, 1000.0)) : 1;
 }
 
+// Most points are the one before, turned; now and then one is computed anew, so that no error gathers.
 void appendArc(const Affine& map, Point centre, double radius, double start, double sweep, int chords, Line& line) {
+    constexpr int betweenExact = 32;
+    const double step = sweep / chords * RADIAN;
+    const double c = std::cos(step);
+    const double s = std::sin(step);
+    Point arm;
     for (int i = 1; i <= chords; ++i) {
-        line.push_back(map(onCircle(centre, radius, start + sweep * i / chords)));
+        if (i % betweenExact == 1 || i == chords) {
+            arm = onCircle({}, radius, start + sweep * i / chords);
+        } else {
+            arm = {arm.x * c - arm.y * s, arm.x * s + arm.y * c};
+        }
+        line.push_back(map(centre + arm));
     }
 }
 

@@ -14,6 +14,19 @@ bool isOnPaper(Point p) {
     return std::abs(p.x) <= FARTHEST && std::abs(p.y) <= FARTHEST;  // false for what is not a number
 }
 
+// An area that must be cut for the viewer gets the more points by it.
+std::size_t costOf(const Area& area) {
+    constexpr std::size_t pointsInOne = 1990;
+    constexpr std::size_t forCutting = 4;
+    std::size_t points = 0;
+    bool isCut = false;
+    for (const Ring& ring : area) {
+        points += ring.size();
+        isCut = isCut || ring.size() > pointsInOne;
+    }
+    return isCut ? points * forCutting : points;
+}
+
 }  // namespace
 
 Machine::Machine(const Traits& traits, Sheet& sheet, Report& report, std::size_t bytes)
@@ -43,6 +56,14 @@ bool Machine::takeVertices(std::size_t count) {
     if (state.polygon.vertices <= vertices_) return true;
     report_.meetBound("points of a polygon", offset_);
     return false;
+}
+
+double Machine::share() const {
+    const auto used = [](std::size_t count, std::size_t most) {
+        return std::min(static_cast<double>(count) / static_cast<double>(most), 1.0);
+    };
+    const double onPaper = used(points_ - pointsLeft_, points_);
+    return state.polygon.open ? std::max(onPaper, used(state.polygon.vertices, vertices_)) : onPaper;
 }
 
 void Machine::setDefaults() {
@@ -169,7 +190,7 @@ bool Machine::isSeen(const Ink& ink) const {
 }
 
 void Machine::emit(std::span<const Point> points, const Ink& ink) {
-    if (!isSeen(ink)) return;
+    if (!isSeen(ink) || !takePoints(points.size())) return;
     const std::optional<Box> clip = state.coordinates.clip();
     if (!clip) {
         emitOnPaper(points, ink);
@@ -188,14 +209,14 @@ void Machine::emitOnPaper(std::span<const Point> points, const Ink& ink) {
             onPaper_.push_back(at);
             continue;
         }
-        if (!onPaper_.empty()) drawOnPaper(onPaper_, ink);
+        if (!onPaper_.empty()) put(onPaper_, ink);
         onPaper_.clear();
     }
-    if (!onPaper_.empty()) drawOnPaper(onPaper_, ink);
+    if (!onPaper_.empty()) put(onPaper_, ink);
 }
 
 void Machine::emit(const Area& area, const Ink& ink) {
-    if (!isSeen(ink)) return;
+    if (!isSeen(ink) || !takePoints(costOf(area))) return;
     const Affine map = state.coordinates.toPaper();
     const std::optional<Box> clip = state.coordinates.clip();
     Area there = clip ? clipArea(area, *clip) : area;
@@ -205,23 +226,25 @@ void Machine::emit(const Area& area, const Ink& ink) {
             if (!isOnPaper(point)) return;
         }
     }
-    if (!there.empty()) drawOnPaper(there, ink);
+    if (!there.empty()) put(there, ink);
 }
 
-void Machine::drawOnPaper(std::span<const Point> points, const Ink& ink) {
-    if (!takePoints(points.size())) return;
+void Machine::put(std::span<const Point> points, const Ink& ink) {
     pageMarked_ = true;
     sheet_.line(points, ink);
 }
 
-void Machine::drawOnPaper(const Area& area, const Ink& ink) {
-    std::size_t points = 0;
-    for (const Ring& ring : area) {
-        points += ring.size();
-    }
-    if (!takePoints(points)) return;
+void Machine::put(const Area& area, const Ink& ink) {
     pageMarked_ = true;
     sheet_.area(area, ink);
+}
+
+void Machine::drawOnPaper(std::span<const Point> points, const Ink& ink) {
+    if (takePoints(points.size())) put(points, ink);
+}
+
+void Machine::drawOnPaper(const Area& area, const Ink& ink) {
+    if (takePoints(costOf(area))) put(area, ink);
 }
 
 }  // namespace plotter

@@ -45,11 +45,12 @@ struct Polygon {
         bool down = false;  // the edge that ends here is drawn by EP
     };
     std::vector<std::vector<Vertex>> rings;
+    Affine made;           // the map to the paper that its plotter units were made for
     bool open = false;     // between PM0 and PM2
     Point position;        // of the pen at PM0
     bool penDown = false;  // there
     std::size_t vertices = 0;
-    bool fresh = false;    // nothing has followed PM0 or PM1 yet: a move with the pen up begins elsewhere
+    bool fresh = false;  // nothing has followed PM0 or PM1 yet: a move with the pen up begins elsewhere
 };
 
 struct State {
@@ -111,8 +112,9 @@ class Machine {
     Line& roomForPath() { return path_; }
     // Whether the polygon may have so many vertices more.
     bool takeVertices(std::size_t count);
-    // How much of what may come on the paper is there already, from 0 to 1: curves get coarser towards the end.
-    double pointsUsed() const { return 1 - static_cast<double>(pointsLeft_) / static_cast<double>(points_); }
+    // How much of what may be drawn, or of what a polygon may have, is used, from 0 to 1: curves get coarser towards
+    // the end. At 1 nothing more comes.
+    double share() const;
     // How far a curve may be from its chords, plotter units.
     double tolerance() const { return traits_.tolerance; }
 
@@ -139,6 +141,8 @@ class Machine {
     void emit(std::span<const Point> points, const Ink& ink);
     void emit(const Area& area, const Ink& ink);
     void emitOnPaper(std::span<const Point> points, const Ink& ink);
+    void put(std::span<const Point> points, const Ink& ink);
+    void put(const Area& area, const Ink& ink);
 
     Traits traits_;
     Traits found_;
@@ -148,9 +152,9 @@ class Machine {
     Report& report_;
     std::size_t offset_ = 0;
     bool pageMarked_ = false;
-    std::size_t points_;      // that may come on the paper in all
+    std::size_t points_;  // that may come on the paper in all
     std::size_t pointsLeft_;
-    std::size_t vertices_;    // that a polygon may have
+    std::size_t vertices_;  // that a polygon may have
     bool aPenDrew_ = false;
     bool noPenDrew_ = false;  // strokes were lost for want of a pen
     Line onPaper_, path_;     // room that is kept between calls

@@ -8,21 +8,15 @@ namespace {
 constexpr double LEAST_PLOT_SIZE = 128;
 constexpr double LAST_LARGE_CODE = 3;
 
-// The pen, the polygon and the label margin stay at their places on the paper while the map to it changes.
+// The pen and the label margin stay at their places on the paper while the map to it changes.
 template <class Change>
 void keepOnPaper(Machine& machine, const Change& change) {
     State& state = machine.state;
     const Affine before = state.coordinates.toPaper();
     change();
     const Affine back = inverse(state.coordinates.toPaper());
-    const auto moved = [&](Point p) { return back(before(p)); };
-    state.position = moved(state.position);
+    state.position = back(before(state.position));
     state.carriage = state.position;
-    for (auto& ring : state.polygon.rings) {
-        for (Polygon::Vertex& vertex : ring) {
-            vertex.point = moved(vertex.point);
-        }
-    }
 }
 
 // A window from the origin on that is what P1 and P2 span says how large the sheet is. The edges of a sheet cut nothing

@@ -64,6 +64,7 @@ void PlainWriter::nextPage() {
 void PlainWriter::flush() {
     const auto size = static_cast<std::size_t>(next_ - buffer_.data());
     if (!stopped_ && size != 0) stopped_ = !sink_({buffer_.data(), size});
+    written_ += size;
     next_ = buffer_.data();
 }
 

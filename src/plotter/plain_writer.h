@@ -18,6 +18,7 @@ class PlainWriter final : public Sheet {
         double factor = 1;      // output units a plotter unit
         const Palette* palette = nullptr;
         bool coloursChosen = false;
+        std::size_t mostBytes = 0;  // of text; nothing comes behind
     };
 
     PlainWriter(const Page& page, const Sink& sink);
@@ -40,7 +41,7 @@ class PlainWriter final : public Sheet {
         friend bool operator==(const Place&, const Place&) = default;
     };
 
-    bool isWritten() const { return current_ == page_.index && !stopped_; }
+    bool isWritten() const { return current_ == page_.index && !stopped_ && written_ < page_.mostBytes; }
     Place placeOf(Point paper) const;
     void takePen(const Ink& ink);
     void moveTo(Place place);
@@ -58,6 +59,7 @@ class PlainWriter final : public Sheet {
     Page page_;
     const Sink& sink_;
     std::size_t current_ = 0;
+    std::size_t written_ = 0;  // bytes that are out
     bool stopped_ = false;
     std::vector<char> buffer_;  // a piece, and room for what is written without asking
     char* next_;

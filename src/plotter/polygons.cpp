@@ -8,6 +8,18 @@ namespace plotter {
 
 namespace {
 
+// From the plotter units of the polygon to those of now: RO may have turned the paper since.
+Affine toNow(const State& state) {
+    const Affine now = state.coordinates.toPaper();
+    const Affine& made = state.polygon.made;
+    if (made == now) return {};
+    const Affine back = inverse(now);
+    const Point x = linear(back, {made.xx, made.yx});
+    const Point y = linear(back, {made.xy, made.yy});
+    const Point origin = back({made.dx, made.dy});
+    return {x.x, y.x, origin.x, x.y, y.y, origin.y};
+}
+
 // Closes the ring under way: an edge that EP draws where the pen is down.
 void closeRing(State& state) {
     auto& rings = state.polygon.rings;
@@ -21,6 +33,7 @@ void beginPolygon(Machine& machine) {
     state.polygon = {};
     state.polygon.rings.push_back({{state.position, false}});
     state.polygon.open = state.polygon.fresh = true;
+    state.polygon.made = state.coordinates.toPaper();
     state.polygon.position = state.position;
     state.polygon.penDown = state.penDown;
 }
@@ -45,6 +58,7 @@ void endPolygon(State& state) {
 // A figure of its own that the polygon buffer holds from now on, with all edges drawn.
 void keepFigure(State& state, const Line& outline) {
     state.polygon = {};
+    state.polygon.made = state.coordinates.toPaper();
     state.polygon.rings.emplace_back();
     for (const Point point : outline) {
         state.polygon.rings.back().push_back({point, true});
@@ -94,6 +108,7 @@ void drawWedge(Machine& machine, const Instruction& instruction, FigureDrawing d
 
 // Edges whose pen was up separate the lines that are drawn.
 void drawEdges(Machine& machine, const std::vector<Polygon::Vertex>& ring) {
+    const Affine map = toNow(machine.state);
     Line line;
     const auto flush = [&] {
         if (line.size() > 1) machine.drawOutline(line);
@@ -101,21 +116,22 @@ void drawEdges(Machine& machine, const std::vector<Polygon::Vertex>& ring) {
     };
     for (const Polygon::Vertex& vertex : ring) {
         if (!vertex.down) flush();
-        line.push_back(vertex.point);
+        line.push_back(map(vertex.point));
     }
     flush();
 }
 
 }  // namespace
 
-Area areaOf(const Polygon& polygon) {
+Area areaOf(const State& state) {
+    const Affine map = toNow(state);
     Area area;
-    for (const auto& vertices : polygon.rings) {
+    for (const auto& vertices : state.polygon.rings) {
         if (vertices.size() < 3) continue;
         Ring& ring = area.emplace_back();
         ring.reserve(vertices.size());
         for (const Polygon::Vertex& vertex : vertices) {
-            ring.push_back(vertex.point);
+            ring.push_back(map(vertex.point));
         }
     }
     return area;
@@ -139,6 +155,7 @@ void polygonMode(Machine& machine, const Instruction& instruction) {
 }
 
 void edgePolygon(Machine& machine, const Instruction& /*instruction*/) {
+    if (machine.share() >= 1) return;
     for (const auto& ring : machine.state.polygon.rings) {
         drawEdges(machine, ring);
     }
@@ -150,7 +167,8 @@ void fillPolygon(Machine& machine, const Instruction& instruction) {
         machine.state.polygon = {};
         return;
     }
-    const Area area = areaOf(machine.state.polygon);
+    if (machine.share() >= 1) return;
+    const Area area = areaOf(machine.state);
     if (!area.empty()) machine.drawArea(area, method == 1 ? FillRule::Winding : FillRule::EvenOdd);
 }
 

@@ -5,7 +5,7 @@
 
 namespace plotter {
 
-// The rings of the last polygon made, those with an inside.
-Area areaOf(const Polygon& polygon);
+// The rings of the last polygon made, those with an inside; plotter units.
+Area areaOf(const State& state);
 
 }  // namespace plotter

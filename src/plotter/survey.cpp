@@ -57,6 +57,12 @@ void dropTrailingPage(std::vector<SurveySheet::Page>& pages) {
     if (pages.size() > 1 && !pages.back().draws) pages.pop_back();
 }
 
+// What areas get by being cut can be more than their points say.
+std::size_t mostText(std::size_t bytes) {
+    constexpr std::size_t bytesAPoint = 13;
+    return bytesAPoint * (POINTS_OF_ANY_FILE + POINTS_A_BYTE * bytes);
+}
+
 }  // namespace
 
 Survey survey(std::string_view file, const Watch& watch) {
@@ -98,7 +104,7 @@ bool write(std::string_view file, const Survey& survey, std::size_t page, const 
     const Findings& findings = *survey.findings;
     const std::string_view bytes = findings.prepared.owned ? findings.prepared.bytes : prepareBytes(file).bytes;
     const double factor = survey.pages[page].factor;
-    PlainWriter writer({page, factor, &findings.palettes[page], findings.coloursChosen}, sink);
+    PlainWriter writer({page, factor, &findings.palettes[page], findings.coloursChosen, mostText(bytes.size())}, sink);
     Traits traits = findings.traits;
     traits.tolerance = 0.25 / factor;
     Report report;
