@@ -26,23 +26,6 @@ void forgetRecorder() {
 
 // ---- parsing --------------------------------------------------------------------------------------------------------
 
-// Finds the numbers of a text and adds them up.
-int64_t sumNumbers(std::string_view text) {
-    int64_t sum = 0;
-    const char* at = text.data();
-    const char* end = at + text.size();
-    while (at != end) {
-        uint32_t digit = static_cast<uint32_t>(*at++) - '0';
-        if (digit > 9) continue;
-        uint32_t number = digit;
-        for (; at != end && (digit = static_cast<uint32_t>(*at) - '0') <= 9; ++at) {
-            number = number * 10 + digit;
-        }
-        sum += number;
-    }
-    return sum;
-}
-
 int64_t sumCoordinates(const Picture& picture) {
     int64_t sum = 0;
     picture.forEachRecord([&sum](const CompactCodeRecord& record) {

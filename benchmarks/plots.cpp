@@ -134,3 +134,32 @@ Plot labels(int64_t count) {
     plot.items = count;
     return plot;
 }
+
+Plot scaledPenMoves(int64_t bytes) {
+    const Plot moves = penMoves(bytes);
+    Plot plot = {"IN;SP1;IP0,0,8000,5000;SC0,16000,0,10000;", moves.items};
+    plot.text.reserve(moves.text.size() * 3 / 2);
+    for (std::size_t i = 0; i < moves.text.size(); ++i) {
+        plot.text += moves.text[i];
+        const bool digit = moves.text[i] >= '0' && moves.text[i] <= '9';
+        const bool more = i + 1 < moves.text.size() && moves.text[i + 1] >= '0' && moves.text[i + 1] <= '9';
+        if (digit && !more) plot.text += ".5";
+    }
+    return plot;
+}
+
+int64_t sumNumbers(std::string_view text) {
+    int64_t sum = 0;
+    const char* at = text.data();
+    const char* end = at + text.size();
+    while (at != end) {
+        uint32_t digit = static_cast<uint32_t>(*at++) - '0';
+        if (digit > 9) continue;
+        uint32_t number = digit;
+        for (; at != end && (digit = static_cast<uint32_t>(*at) - '0') <= 9; ++at) {
+            number = number * 10 + digit;
+        }
+        sum += number;
+    }
+    return sum;
+}

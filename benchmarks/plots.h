@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 // The sheet that all of them lie on; ten units are a pixel of a picture of 1600 x 1000.
 inline constexpr int32_t SHEET_WIDTH = 15960;
@@ -23,3 +24,9 @@ Plot strokes(int64_t segments, double penWidth);
 
 // So many labels of eight letters, 80 units wide a character, 120 high. items: the labels.
 Plot labels(int64_t count);
+
+// The same moves for a plotter: half units as user units under SC, with a fraction each.
+Plot scaledPenMoves(int64_t bytes);
+
+// The yardstick of whoever reads numbers: finds those of a text and adds them up.
+int64_t sumNumbers(std::string_view text);

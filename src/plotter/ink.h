@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
+#include <tuple>
 
 namespace plotter {
 
@@ -11,7 +11,9 @@ struct Colour {
     uint8_t green = 0;
     uint8_t blue = 0;
     friend bool operator==(const Colour&, const Colour&) = default;
-    friend auto operator<=>(const Colour&, const Colour&) = default;
+    friend bool operator<(const Colour& a, const Colour& b) {
+        return std::tie(a.red, a.green, a.blue) < std::tie(b.red, b.green, b.blue);
+    }
 };
 
 struct Ink {

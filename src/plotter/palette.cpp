@@ -124,7 +124,7 @@ PenKey keyOf(const Ink& ink, bool coloursChosen) {
 Palette::Palette(const PenUse& use) {
     const Choice choice = chooseKeys(use);
     std::vector<PenKey> keys = choice.kept;
-    std::ranges::sort(keys);
+    std::sort(keys.begin(), keys.end());
 
     // Pens keep their numbers where the viewer shows them. As soon as one has a colour of its own all say theirs: a
     // file that gives colours to some pens leaves the others to the plotter.

@@ -16,7 +16,9 @@ inline constexpr int32_t MOST_COLOURS = 63;
 struct PenKey {
     int32_t pen = 0;  // 0: the colour counts
     Colour colour;
-    friend auto operator<=>(const PenKey&, const PenKey&) = default;
+    friend bool operator<(const PenKey& a, const PenKey& b) {
+        return std::tie(a.pen, a.colour) < std::tie(b.pen, b.colour);
+    }
 };
 
 // How much is drawn with each; a measure of ink.

@@ -3,6 +3,7 @@
 
 #include "digits.h"
 #include "plotter.h"
+#include "short_numbers.h"
 
 // The viewer's dialect and a plotter's are the same here: absolute moves in whole numbers, pens that are chosen before
 // they draw and have one colour, polygons whose rings are drawn with the pen down.
@@ -26,7 +27,8 @@ constexpr uint16_t nameOf(char first, char second) {
 // Where an instruction stands that says nothing, or what both understand alike.
 class PlainScan {
   public:
-    explicit PlainScan(std::string_view file) : at_(file.data()), end_(file.data() + file.size()) {}
+    // exact: every number is read, also where it may be skipped.
+    PlainScan(std::string_view file, bool exact) : at_(file.data()), end_(file.data() + file.size()), exact_(exact) {}
 
     bool run() {
         while (skipBlanks()) {
@@ -35,8 +37,15 @@ class PlainScan {
             at_ += 2;
             if (!carryOut(name)) return false;
         }
-        return !inPolygon_ && !mayBeDot_ && isNarrow();
+        if (skippedAny_) {
+            widen(0, 0);
+            widen(SHORT_NUMBER, SHORT_NUMBER);
+        }
+        isWide_ = !isNarrow();
+        return !inPolygon_ && !mayBeDot_ && !isWide_;
     }
+    // Whether the numbers that were skipped may have been the reason for a no.
+    bool isDoubtful() const { return isWide_ && skippedAny_; }
 
   private:
     // False at the end.
@@ -124,6 +133,13 @@ class PlainScan {
         std::size_t points = 0;
         if (at != end && *at == ' ') ++at;
         while (at != end && begins(*at)) {
+            if (maySkip()) {
+                const ShortNumbers skipped = skipShortNumbers(at, end);
+                skippedAny_ = skippedAny_ || skipped.pairs != 0;
+                points += skipped.pairs;
+                at = skipped.behind;
+                if (at == end || !begins(*at)) break;
+            }
             int64_t x = 0;
             int64_t y = 0;
             if (!readNumber(at, end, x) || at == end || (*at != ',' && *at != ' ')) return false;
@@ -137,6 +153,9 @@ class PlainScan {
         points_ = points;
         return 2 * points <= MOST_PARAMETERS && ends();
     }
+
+    // Whether it does not matter which numbers come, as long as they are short.
+    bool maySkip() const { return !exact_ && down_ && drawn_ && placed_ && !inPolygon_ && !mayBeDot_; }
 
     bool takePoint(int64_t x, int64_t y) {
         if (x > MOST_COORDINATE || x < -MOST_COORDINATE || y > MOST_COORDINATE || y < -MOST_COORDINATE) return false;
@@ -230,6 +249,9 @@ class PlainScan {
 
     const char* at_;
     const char* end_;
+    bool exact_;
+    bool skippedAny_ = false;
+    bool isWide_ = false;
     std::array<int64_t, 4> numbers_ = {};
     std::size_t count_ = 0;
     std::size_t points_ = 0;  // of one instruction
@@ -264,7 +286,10 @@ bool isInHostsDialect(std::string_view file) {
 }  // namespace
 
 bool isPlain(std::string_view file) {
-    return PlainScan(file).run() || isInHostsDialect(file);
+    PlainScan scan(file, false);
+    if (scan.run()) return true;
+    if (scan.isDoubtful() && PlainScan(file, true).run()) return true;
+    return isInHostsDialect(file);
 }
 
 }  // namespace plotter

@@ -40,8 +40,8 @@ std::optional<double> PolylineDecoder::number() {
             return std::nullopt;
         }
         if (first) negative = digit % 2 != 0;
-        sum += first ? (digit / 2) : digit * weight;
-        weight *= first ? digits / 2 : digits;
+        sum += first ? static_cast<double>(digit >> 1) : digit * weight;
+        weight *= first ? digits >> 1 : digits;
         first = false;
         if (!last) continue;
         ++at_;

@@ -80,6 +80,7 @@ Survey survey(std::string_view file, const Watch& watch) {
         if (!ran.whole) return result;
         findings->coloursChosen = ran.coloursChosen;
         result.report = report;
+        if (sheet.hadTooManyPages()) result.report.meetBound("pages", 0);
         std::vector<SurveySheet::Page> pages = sheet.takePages();
         dropTrailingPage(pages);
         ran.found.large = ran.found.large || (ran.sizeAsked && isLarge(pages));

@@ -72,7 +72,8 @@ void SurveySheet::area(const Area& rings, const Ink& ink) {
 
 void SurveySheet::nextPage() {
     settle();
-    if (pages_.size() < MOST_PAGES) pages_.emplace_back();
+    tooMany_ = tooMany_ || pages_.size() == MOST_PAGES;
+    if (!tooMany_) pages_.emplace_back();
 }
 
 std::vector<SurveySheet::Page> SurveySheet::takePages() {

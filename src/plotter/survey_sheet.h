@@ -28,6 +28,7 @@ class SurveySheet final : public Sheet {
 
     // All pages, when nothing more comes; the last may be empty.
     std::vector<Page> takePages();
+    bool hadTooManyPages() const { return tooMany_; }
 
   private:
     void use(const Ink& ink, double amount);
@@ -37,6 +38,7 @@ class SurveySheet final : public Sheet {
     std::vector<Page> pages_ = std::vector<Page>(1);
     Ink last_;  // whose ink has not been counted yet
     double amount_ = 0;
+    bool tooMany_ = false;
 };
 
 }  // namespace plotter

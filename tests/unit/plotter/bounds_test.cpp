@@ -1,0 +1,104 @@
+// What a few bytes can multiply ends somewhere, and the report says so.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "machine.h"
+#include "plotter.h"
+#include "survey_sheet.h"
+
+namespace plotter {
+namespace {
+
+bool goOn(std::size_t /*bytesDone*/) {
+    return true;
+}
+
+std::string repeated(std::string text, std::string_view unit, std::size_t times) {
+    for (std::size_t i = 0; i < times; ++i) {
+        text += unit;
+    }
+    return text;
+}
+
+bool meets(const Survey& survey, std::string_view bound) {
+    return std::ranges::any_of(survey.report.bounds(),
+                               [bound](const Report::Entry& entry) { return entry.what == bound; });
+}
+
+std::size_t sizeOfText(const std::string& plot, const Survey& survey) {
+    std::size_t size = 0;
+    const auto sink = [&size](std::string_view piece) {
+        size += piece.size();
+        return true;
+    };
+    EXPECT_TRUE(write(plot, survey, 0, sink, goOn));
+    return size;
+}
+
+// A polygon of 2000 corners, filled again and again: the points of any file are used up after 1250 times, for it must
+// be cut for the viewer.
+TEST(Bounds, PointsOnThePaperEnd) {
+    std::string plot = "IN;SP1;PU0,0;PM0;PD";
+    for (int i = 0; i < 2000; ++i) {
+        plot += std::to_string(i * 7919 % 5000) + "," + std::to_string(i * 104729 % 5000) + ",";
+    }
+    plot += "0,0;PM2;";
+    const std::string few = repeated(plot, "FP", 100);
+    EXPECT_FALSE(meets(survey(few, goOn), "points on the paper"));
+    const std::string many = repeated(plot, "FP", 3000);
+    const Survey found = survey(many, goOn);
+    EXPECT_TRUE(meets(found, "points on the paper"));
+    EXPECT_LE(sizeOfText(many, found), 13 * (POINTS_OF_ANY_FILE + POINTS_A_BYTE * many.size()) + 100'000);
+}
+
+// Curves get coarser before anything is left out.
+TEST(Bounds, CirclesAreAllDrawn) {
+    const std::string plot = repeated("IN;SP1;", "CI900;", 200'000);
+    const Survey found = survey(plot, goOn);
+    EXPECT_FALSE(meets(found, "points on the paper"));
+    EXPECT_LT(sizeOfText(plot, found), 200'000'000U);
+}
+
+TEST(Bounds, CornersOfAPolygonEnd) {
+    const std::string plot = repeated("IN;SP1;PU0,0;PM0;", "CI900,1;", 20'000);
+    EXPECT_TRUE(meets(survey(plot, goOn), "points of a polygon"));
+}
+
+TEST(Bounds, ThePagesBehindTheLastAreOnIt) {
+    const std::string plot = repeated("IN;SP1;", "PU0,0;PD9,9;PG;", MOST_PAGES + 10);
+    const Survey found = survey(plot, goOn);
+    EXPECT_EQ(found.pages.size(), MOST_PAGES);
+    EXPECT_TRUE(meets(found, "pages"));
+    std::string text;
+    const auto sink = [&text](std::string_view piece) {
+        text += piece;
+        return true;
+    };
+    ASSERT_TRUE(write(plot, found, MOST_PAGES - 1, sink, goOn));
+    EXPECT_EQ(std::ranges::count(text, 'D'), 11);
+}
+
+TEST(Bounds, APageThatIsNotThereIsNotWritten) {
+    const std::string plot = "IN;SP1;PU0,0;PD9,9;";
+    const auto sink = [](std::string_view /*piece*/) { return true; };
+    EXPECT_FALSE(write(plot, survey(plot, goOn), 1, sink, goOn));
+}
+
+TEST(Bounds, TheWatchStopsBothPasses) {
+    const std::string plot = repeated("IN;SP1;", "PU0,0;PD9.5,9;", 100'000);
+    EXPECT_FALSE(survey(plot, [](std::size_t done) { return done < 200'000; }).whole);
+    const Survey found = survey(plot, goOn);
+    std::size_t size = 0;
+    const auto sink = [&size](std::string_view piece) {
+        size += piece.size();
+        return true;
+    };
+    EXPECT_FALSE(write(plot, found, 0, sink, [](std::size_t done) { return done < 200'000; }));
+    EXPECT_FALSE(write(
+        plot, found, 0, [](std::string_view /*piece*/) { return false; }, goOn));
+}
+
+}  // namespace
+}  // namespace plotter
