@@ -62,7 +62,7 @@ TEST(Bounds, CirclesAreAllDrawn) {
 }
 
 TEST(Bounds, CornersOfAPolygonEnd) {
-    const std::string plot = repeated("IN;SP1;PU0,0;PM0;", "CI900,1;", 20'000);
+    const std::string plot = repeated("IN;SP1;PU0,0;PM0;", "CI900;", 200'000);
     EXPECT_TRUE(meets(survey(plot, goOn), "points of a polygon"));
 }
 
