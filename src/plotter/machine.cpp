@@ -93,6 +93,11 @@ void Machine::initialise() {
     state.lost = false;
 }
 
+void Machine::switchOn() {
+    initialise();
+    state.pens.selected = 1;
+}
+
 void Machine::setFrame(const Frame& frame) {
     Coordinates& coordinates = state.coordinates;
     if (frame == coordinates.frame) return;

@@ -80,8 +80,10 @@ class Machine {
     // Where plotter units lie on the paper from now on. A changed frame resets P1, P2 and the window, drops the polygon
     // and takes the pen to P1.
     void setFrame(const Frame& frame);
-    // As after switching on; the page is kept.
+    // As IN leaves it; page and pen are kept.
     void initialise();
+    // As after switching on, with pen 1 in the holder; the page is kept.
+    void switchOn();
     // What IN leaves and DF resets as well: scaling, attributes, characters.
     void setDefaults();
     // The page is full. Nothing happens while nothing has been drawn on it, unless forced.

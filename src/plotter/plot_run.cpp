@@ -47,7 +47,7 @@ class PlotRun {
 
     void step(Reader& reader, std::string_view bytes) {
         if (printer_.language() == Language::Plotter) {
-            const ManifestRow* row = reader.next(labelTerminator(machine_.state.characters));
+            const ManifestRow* row = reader.next(labelEnd());
             if (row != nullptr) {
                 carryOut(*row, reader.instruction());
                 return;
@@ -56,6 +56,11 @@ class PlotRun {
         }
         machine_.setOffset(reader.at());
         reader.goTo(printer_.step(bytes, reader.at()));
+    }
+
+    LabelEnd labelEnd() const {
+        const Characters& characters = machine_.state.characters;
+        return {labelTerminator(characters), labelsAreWide(characters)};
     }
 
     void carryOut(const ManifestRow& row, const Instruction& instruction) {

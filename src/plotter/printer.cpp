@@ -215,7 +215,7 @@ void Printer::resetAll() {
     overlay_ = -1;
     isRecording_ = false;
     takePage();
-    machine_.initialise();
+    machine_.switchOn();
     language_ = home_;
     isPrinterPage_ = home_ == Language::Printer;
 }
@@ -251,6 +251,7 @@ void Printer::switchDevice(char letter) {
     const bool off = letter == 'Z' || letter == ')';
     if (on && isOff_) {
         machine_.endPage();
+        machine_.switchOn();
     }
     isOff_ = off || (isOff_ && !on);
 }

@@ -209,7 +209,7 @@ const ManifestRow* Reader::readName() {
     return nullptr;
 }
 
-const ManifestRow* Reader::next(char terminator) {
+const ManifestRow* Reader::next(LabelEnd labelEnd) {
     while (true) {
         brokenOff_.reset();
         if (going_ != nullptr) {
@@ -219,12 +219,12 @@ const ManifestRow* Reader::next(char terminator) {
         }
         const ManifestRow* row = readName();
         if (row == nullptr) return nullptr;
-        if (read(*row, terminator)) return row;
+        if (read(*row, labelEnd)) return row;
     }
 }
 
 // False: the instruction is damaged, and dropped.
-bool Reader::read(const ManifestRow& row, char terminator) {
+bool Reader::read(const ManifestRow& row, LabelEnd labelEnd) {
     switch (row.form) {
         case Form::Numbers:
             if (!readNumbers()) return false;
@@ -237,7 +237,7 @@ bool Reader::read(const ManifestRow& row, char terminator) {
             readEncoded();
             return true;
         case Form::Label:
-            readLabel(terminator);
+            readLabel(labelEnd);
             return true;
         case Form::Terminator:
             readTerminator();
@@ -409,7 +409,23 @@ std::size_t Reader::endOfLabel(char terminator) {
     return end < bytes_.size() ? end : endOfBrokenLabel();
 }
 
-void Reader::readLabel(char terminator) {
+void Reader::readWideLabel(char terminator) {
+    const std::size_t start = at_;
+    while (at_ + 1 < bytes_.size() && !(bytes_[at_] == '\0' && bytes_[at_ + 1] == terminator)) {
+        at_ += 2;
+    }
+    instruction_.text = bytes_.substr(start, at_ - start);
+    instruction_.endsEarly = at_ + 1 >= bytes_.size();
+    if (instruction_.endsEarly) brokenOff_ = Ending::InLabel;
+    at_ = std::min(at_ + 2, bytes_.size());
+}
+
+void Reader::readLabel(LabelEnd labelEnd) {
+    if (labelEnd.isWide) {
+        readWideLabel(labelEnd.byte);
+        return;
+    }
+    const char terminator = labelEnd.byte;
     const std::size_t start = at_;
     std::size_t end = endOfLabel(terminator);
     // Writers that forget the terminator leave the language in mid-label.

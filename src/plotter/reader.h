@@ -13,14 +13,20 @@
 
 namespace plotter {
 
+// What ends a label: a byte; with LM that byte behind a zero, the two of them a pair like all others.
+struct LabelEnd {
+    char byte = 3;
+    bool isWide = false;
+};
+
 class Reader {
   public:
     // The bytes must live as long as the reader.
     Reader(std::string_view bytes, Report& report);
 
     // The next instruction from that place on, or null at an ESC or the end; at() then stands there. instruction() is
-    // valid until the next call. terminator: what ends a label.
-    const ManifestRow* next(char terminator);
+    // valid until the next call.
+    const ManifestRow* next(LabelEnd labelEnd);
     const Instruction& instruction() const { return instruction_; }
 
     std::size_t at() const { return at_; }
@@ -43,13 +49,14 @@ class Reader {
     void skipTo(char end);
     bool atLineStart() const;
 
-    bool read(const ManifestRow& row, char terminator);
+    bool read(const ManifestRow& row, LabelEnd labelEnd);
     bool readNumbers();
     void readPlainNumbers();
     bool readPairs(const ManifestRow& row);
     double readNumber();
     void readEncoded();
-    void readLabel(char terminator);
+    void readLabel(LabelEnd labelEnd);
+    void readWideLabel(char terminator);
     void readTerminator();
     void readCharacter();
     void readQuoted();

@@ -47,6 +47,41 @@ TEST_P(OutputName, ComesOfThePatternAndTheSource) {
 
 INSTANTIATE_TEST_SUITE_P(Rows, OutputName, testing::ValuesIn(NAME_ROWS), byRowName);
 
+struct PageRow : NamedRow {
+    const char* pattern;
+    int page;
+    bool oneOfSeveral;
+    const char* output;
+};
+
+// clang-format off
+constexpr PageRow PAGE_ROWS[] = {
+    {"OnlyOne",          "%n.pdf",     1,  false, "b.pdf"},
+    {"FirstOfSeveral",   "%n.png",     1,  true,  "b-1.png"},
+    {"TwelfthOfSeveral", "%n.png",     12, true,  "b-12.png"},
+    {"Said",             "%n_%p.png",  2,  true,  "b_2.png"},
+    {"SaidOfOne",        "%n_%p.png",  1,  false, "b_1.png"},
+    {"PercentThenP",     "%n%%p.png",  3,  true,  "b%p-3.png"},
+    {"InAFolderWithDot", "d.x/%n.svg", 2,  true,  "d.x/b-2.svg"},
+};
+// clang-format on
+
+class OutputPage : public testing::TestWithParam<PageRow> {};
+
+TEST_P(OutputPage, IsNamed) {
+    const PageRow& row = GetParam();
+    EXPECT_EQ(outputName(row.pattern, "b.plt", row.page, row.oneOfSeveral).toStdString(), row.output);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, OutputPage, testing::ValuesIn(PAGE_ROWS), byRowName);
+
+TEST(PagePattern, NamesPages) {
+    EXPECT_TRUE(namesPages("%p.png"));
+    EXPECT_TRUE(namesPages("%%%p.png"));
+    EXPECT_FALSE(namesPages("%%p.png"));
+    EXPECT_FALSE(namesPages("%n.png"));
+}
+
 struct PatternRow : NamedRow {
     const char* pattern;
     bool namesEach;

@@ -62,6 +62,12 @@ TEST_P(Plots, AreRecognised) {
     EXPECT_EQ(holdsDrawing(GetParam().bytes), GetParam().isPlot);
 }
 
+TEST(Recognition, TellsTextAndEscapesFromOtherFiles) {
+    EXPECT_FALSE(isBinary("IN;PU0,0;"sv));
+    EXPECT_FALSE(isBinary("\033E\0\0"sv));
+    EXPECT_TRUE(isBinary("\177ELF\0\0"sv));
+}
+
 // Neither is looked at again and again.
 TEST(Recognition, TakesTimeByTheByte) {
     std::string polylines;
