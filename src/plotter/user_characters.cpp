@@ -7,7 +7,6 @@ namespace {
 
 // Numbers of UC from these on move its pen.
 constexpr double PEN_DOWN = 99;
-constexpr double PEN_UP = -99;
 // Of UC: so many steps to a capital's width and height.
 constexpr Point STEPS = {4, 8};
 // In DL, in front of a point that the pen goes to without drawing.

@@ -13,7 +13,7 @@ DRAG = 100, 100, 380, 330
 PAGES = "".join(f"PU0,0;PD4000,0,4000,3000,0,3000,0,0;SP{pen};PU{pen * 500},200;PD{pen * 900},2800;PG;" for pen in (1, 2, 3))
 PLOTTED = f"IN;SP1;{PAGES}"
 SCALED = f"IN;IP0,0,4000,3000;SC0,40,0,30;SP1;PU0,0;PD40,0,40,30,0,0;"
-SLOW = "CI900,1;" * 50_000  # which takes the plotter its time
+SLOW = "LB" + ("H" * 80 + "\r") * 40_000 + "\3;"  # which takes the plotter its time
 
 
 def pages_in(plot, text=PLOTTED):

@@ -1,6 +1,7 @@
 #include "plotted_file.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <algorithm>
 #include <new>
 #include <system_error>
@@ -10,6 +11,19 @@
 #include "plot_report.h"
 
 namespace qrvel {
+
+namespace {
+
+constexpr auto WORK_IS_DONE = QEvent::User;  // nobody else posts to it
+
+}  // namespace
+
+bool PlottedFile::Home::event(QEvent* event) {
+    if (event->type() != WORK_IS_DONE) return QObject::event(event);
+    const Done hears = done;  // it may begin the next work
+    hears();
+    return true;
+}
 
 void PlottedFile::look(bool asIs, Done done) {
     run([this, asIs] { doLook(asIs); }, std::move(done));
@@ -31,13 +45,14 @@ void PlottedFile::run(std::function<void()> work, Done done) {
     stop_ = false;
     bytesDone_ = 0;
     failure_.clear();
-    const auto job = [this, work = std::move(work), done = std::move(done)] {
+    home_.done = std::move(done);
+    const auto job = [this, work = std::move(work)] {
         try {
             work();
         } catch (const std::bad_alloc&) {
             failure_ = "not enough memory";
         }
-        if (!stop_) QMetaObject::invokeMethod(&home_, done, Qt::QueuedConnection);
+        if (!stop_) QCoreApplication::postEvent(&home_, new QEvent(WORK_IS_DONE));
     };
     try {
         thread_ = std::thread(job);

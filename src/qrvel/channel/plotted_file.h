@@ -61,7 +61,14 @@ class PlottedFile {
     void doWritePage(std::size_t page);
     plotter::Watch watch();
 
-    QObject home_;  // of the thread that hears of the end
+    // Lives in the thread that is to hear of the end.
+    class Home : public QObject {
+      public:
+        bool event(QEvent* event) override;
+        Done done;
+    };
+
+    Home home_;
     std::unique_ptr<Spool> file_;
     std::unique_ptr<Spool> page_;
     FileLook found_;
