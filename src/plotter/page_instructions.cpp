@@ -102,6 +102,9 @@ void scale(Machine& machine, const Instruction& instruction) {
     const bool factors = kind == 2;
     const bool flat = factors ? n[1] == 0 || n[3] == 0 : n[0] == n[1] || n[2] == n[3];
     if (flat) return;
+    const Coordinates& coordinates = machine.state.coordinates;
+    const bool paperIsKnown = coordinates.frame.size || coordinates.sheet;
+    if (!paperIsKnown && coordinates.p2 == coordinates.room(machine.traits().large)) machine.noteSizeAsked();
     constexpr Scaling::Type types[] = {Scaling::Type::Anisotropic, Scaling::Type::Isotropic,
                                        Scaling::Type::PointFactor};
     const double left = std::clamp(instruction.number(5, 50), 0.0, 100.0);
