@@ -298,7 +298,7 @@ constexpr LikeRow LIKE[] = {
     {U"ﾊﾋﾌﾍﾎﾏﾐﾑﾒﾓﾔﾕﾖﾗﾘﾙﾚﾛﾜﾝﾞﾟ"sv,           U"ハヒフヘホマミムメモヤユヨラリルレロワン\"°"sv},
 };
 
-constexpr FormRow FORMS[] = {
+constexpr FormRow FORM_ROWS[] = {
     {U'─', "1100"}, {U'│', "0011"}, {U'┌', "0101"}, {U'┐', "1001"}, {U'└', "0110"}, {U'┘', "1010"},
     {U'├', "0111"}, {U'┤', "1011"}, {U'┬', "1101"}, {U'┴', "1110"}, {U'┼', "1111"},
     {U'═', "2200"}, {U'║', "0022"}, {U'╔', "0202"}, {U'╗', "2002"}, {U'╚', "0220"}, {U'╝', "2020"},
@@ -335,7 +335,7 @@ std::span<const LikeRow> likeTable() {
     return LIKE;
 }
 std::span<const FormRow> formTable() {
-    return FORMS;
+    return FORM_ROWS;
 }
 
 }  // namespace plotter

@@ -238,7 +238,7 @@ constexpr int MOST_HALVINGS = 40;
 constexpr std::size_t MOST_LOOKS_AT_A_POINT = 20;
 constexpr std::size_t MOST_LOOKS_ANYWAY = 100'000;
 
-struct Part {
+struct CutPart {
     Area area;
     int halvings = 0;
 };
@@ -341,11 +341,11 @@ bool cutArea(const Area& area, const AreaLimits& limits, const AreaTaker& taker)
         return true;
     }
     bool whole = true;
-    std::vector<Part> parts;
+    std::vector<CutPart> parts;
     parts.push_back({withoutNonsense(area)});
     std::size_t left = pointsOf(parts.front().area) * MOST_LOOKS_AT_A_POINT + MOST_LOOKS_ANYWAY;
     while (!parts.empty()) {
-        const Part part = std::move(parts.back());
+        const CutPart part = std::move(parts.back());
         parts.pop_back();
         if (fits(part.area, limits)) {
             if (!part.area.empty()) taker(part.area);

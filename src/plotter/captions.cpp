@@ -7,13 +7,12 @@
 #include "character_sets.h"
 #include "glyphs.h"
 #include "typeface_widths.h"
+#include "units.h"
 
 namespace plotter {
 
 namespace {
 
-constexpr double UNITS_PER_INCH = 1016;
-constexpr double UNITS_PER_POINT = UNITS_PER_INCH / 72;
 constexpr double CAPITAL_HEIGHT = 21;  // of the glyphs
 constexpr double CAPITAL_WIDTH = 14;
 constexpr double CAPITAL_TO_EM = 0.7;  // of a printer's typefaces

@@ -1,15 +1,13 @@
 #include "character_instructions.h"
 
+#include "units.h"
+
 namespace plotter {
 
 namespace {
 
-constexpr double CENTIMETRE = 400;  // plotter units
-// Larger numbers are of no use to anybody, and smaller than that all products of two are numbers still.
-constexpr double LARGEST = 0x1p30;
-
 double bounded(double number) {
-    return std::isnan(number) ? 0 : std::clamp(number, -LARGEST, LARGEST);
+    return std::isnan(number) ? 0 : std::clamp(number, -FARTHEST, FARTHEST);
 }
 
 // One number alone or a size of nothing changes nothing.
@@ -82,7 +80,7 @@ void setSet(Typeface& typeface, const Instruction& instruction) {
 
 void absoluteSize(Machine& machine, const Instruction& instruction) {
     if (!instruction.has(1)) machine.state.characters.size = {};
-    setSize(machine, CharacterSize::Kind::Absolute, instruction, {CENTIMETRE, CENTIMETRE});
+    setSize(machine, CharacterSize::Kind::Absolute, instruction, {UNITS_PER_CENTIMETRE, UNITS_PER_CENTIMETRE});
 }
 
 void relativeSize(Machine& machine, const Instruction& instruction) {

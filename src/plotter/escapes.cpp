@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ascii.h"
+
 namespace plotter {
 
 namespace {
@@ -25,11 +27,8 @@ bool isCapital(char c) {
 bool isSecondOfTwo(char c) {
     return c >= 0x30 && c <= 0x7e;
 }
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-char toCapital(char c) {
+// Of a small letter or a sign beside them; all others are their own.
+char toLast(char c) {
     return isSmall(c) ? static_cast<char>(c - 0x20) : c;
 }
 
@@ -118,7 +117,7 @@ bool EscapeReader::next(EscapeField& field) {
         return false;
     }
     goesOn_ = isSmall(bytes_[at_]);
-    read.letter = toCapital(bytes_[at_++]);
+    read.letter = toLast(bytes_[at_++]);
     if (carriesData(family_, group_, read.letter)) {
         read.data = takeData(read);
         const double count = family_ == '*' && group_ == 'b' ? std::abs(read.value) : read.value;

@@ -7,13 +7,12 @@
 
 #include "line_types.h"
 #include "machine.h"
+#include "units.h"
 
 namespace plotter {
 
 namespace {
 
-constexpr double UNITS_PER_MILLIMETRE = 40;
-constexpr std::size_t MOST_GAPS = 20;
 constexpr double MOST_RASTER_SIDE = 255;  // pixels
 constexpr double DEFAULT_SCREEN = 50;     // per cent
 // Of a pattern that is not there.
@@ -22,16 +21,16 @@ constexpr double UNKNOWN_SHADE = 0.5;
 // ---- hatch lines ----
 
 // Shorter pieces, and shorter gaps between two of them, come from rounding; plotter units.
-constexpr double NOTHING = 1e-6;
+constexpr double SHORTEST_PIECE = 1e-6;
 // Beyond, a double does not hold every line's number.
 constexpr double LAST_LINE = 0x1p52;
 // Plotter units: lines closer together are none, and corners further away are none. Far from what any drawing has, and
 // near enough that nothing overflows.
 constexpr double SMALLEST_PERIOD = 1e-3;
-constexpr double FARTHEST = 1e15;
+constexpr double FARTHEST_CORNER = 1e15;
 
 bool isNear(Point p) {
-    return std::abs(p.x) <= FARTHEST && std::abs(p.y) <= FARTHEST;  // false for what is not a number
+    return std::abs(p.x) <= FARTHEST_CORNER && std::abs(p.y) <= FARTHEST_CORNER;  // false for what is not a number
 }
 
 // Directions are exact along the axes, or a line along a border would be inside or not by chance.
@@ -184,7 +183,7 @@ void insideOf(std::vector<Crossing>& crossings, FillRule rule, std::vector<std::
         winding = rule == FillRule::EvenOdd ? 1 - winding : winding + crossing.direction;
         if (!was) begin = crossing.at;
         if (winding != 0) continue;
-        if (!parts.empty() && begin - parts.back().second <= NOTHING) {
+        if (!parts.empty() && begin - parts.back().second <= SHORTEST_PIECE) {
             parts.back().second = crossing.at;
         } else {
             parts.emplace_back(begin, crossing.at);
@@ -218,7 +217,7 @@ class HatchSweep {
             crossings_.push_back({edge->at(height), edge->direction});
         insideOf(crossings_, rule_, parts_);
         for (const auto& [begin, end] : parts_) {
-            if (end - begin <= NOTHING) continue;
+            if (end - begin <= SHORTEST_PIECE) continue;
             const std::array<Point, 2> piece = {frame_.outward({begin, height}), frame_.outward({end, height})};
             taker_(piece, static_cast<int64_t>(line));
         }
@@ -528,7 +527,7 @@ void addPixel(RasterPattern& pattern, int32_t pen) {
 
 // Pixels that are missing are white. But of a large pattern the reader hands over the first thousands alone, which then
 // stand for all.
-std::optional<RasterPattern> patternOf(std::span<const double> numbers) {
+std::optional<RasterPattern> rasterPatternOf(std::span<const double> numbers) {
     constexpr std::size_t ENOUGH = 4000;
     const double width = std::floor(numbers[0]);
     const double height = std::floor(numbers[1]);
@@ -599,7 +598,7 @@ void rasterFill(Machine& machine, const Instruction& instruction) {
     std::optional<RasterPattern>& pattern = fills.patterns[static_cast<std::size_t>(number) - 1];
     if (instruction.numbers.size() == 1) pattern.reset();
     if (!instruction.has(3)) return;
-    if (auto given = patternOf(instruction.numbers.subspan(1))) pattern = std::move(given);
+    if (auto given = rasterPatternOf(instruction.numbers.subspan(1))) pattern = std::move(given);
 }
 
 void userFill(Machine& machine, const Instruction& instruction) {

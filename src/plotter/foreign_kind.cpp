@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 
+#include "ascii.h"
 #include "plotter.h"
 
 namespace plotter {
@@ -54,14 +55,14 @@ constexpr std::array LANGUAGES = {
 };
 // clang-format on
 
-constexpr std::string_view WHITE = " \t\r\n\f";
+constexpr std::string_view WHITE_SPACE = " \t\r\n\f";
 
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view BYTE_ORDER_MARK = "\xef\xbb\xbf";
     if (text.starts_with(BYTE_ORDER_MARK)) {
         text.remove_prefix(BYTE_ORDER_MARK.size());
     }
-    text.remove_prefix(std::min(text.find_first_not_of(WHITE), text.size()));
+    text.remove_prefix(std::min(text.find_first_not_of(WHITE_SPACE), text.size()));
     return text;
 }
 
@@ -70,7 +71,7 @@ std::string_view nextLine(std::string_view& text) {
     std::string_view line = text.substr(0, end);
     text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     line = trimmed(line);
-    return line.substr(0, line.find_last_not_of(WHITE) + 1);
+    return line.substr(0, line.find_last_not_of(WHITE_SPACE) + 1);
 }
 
 // A header of 14 bytes; the two words behind the size are reserved.
@@ -96,8 +97,7 @@ bool isGerber(std::string_view text) {
 
 std::string_view enteredLanguage(std::string_view head) {
     std::string capitals(head);
-    std::ranges::transform(capitals, capitals.begin(),
-                           [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+    std::ranges::transform(capitals, capitals.begin(), toCapital);
     if (capitals.find("@PJL") == std::string::npos) {
         return {};
     }

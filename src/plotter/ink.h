@@ -16,11 +16,14 @@ struct Colour {
     }
 };
 
+inline constexpr Colour BLACK = {0, 0, 0};
+inline constexpr Colour WHITE = {255, 255, 255};
+
 struct Ink {
-    int32_t pen = 1;            // as the file numbers it
-    Colour colour = {0, 0, 0};  // that the file gives the pen; of no meaning where the file gives no colours
-    double shade = 1;           // 1: the pen's own colour, 0: the paper's
-    double width = 0;           // plotter units; 0: the thinnest line
+    int32_t pen = 1;        // as the file numbers it
+    Colour colour = BLACK;  // that the file gives the pen; of no meaning where the file gives no colours
+    double shade = 1;       // 1: the pen's own colour, 0: the paper's
+    double width = 0;       // plotter units; 0: the thinnest line
     friend bool operator==(const Ink&, const Ink&) = default;
 };
 

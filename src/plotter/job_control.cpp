@@ -4,20 +4,14 @@
 #include <array>
 #include <charconv>
 
+#include "ascii.h"
+
 namespace plotter {
 
 namespace {
 
 constexpr std::string_view MARK = "@PJL";
 constexpr std::string_view BLANKS = " \t\r\n\f\v=\"";
-
-char toCapital(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
-bool sameWord(std::string_view a, std::string_view b) {
-    return std::ranges::equal(a, b, {}, toCapital, toCapital);
-}
 
 std::size_t skipWhite(std::string_view bytes, std::size_t offset) {
     constexpr std::string_view WHITE(" \t\r\n\f\0", 6);

@@ -2,20 +2,18 @@
 
 #include "glyph_tables.h"
 #include "typeface_widths.h"
+#include "units.h"
 
 namespace plotter {
 
 namespace {
 
-constexpr double ADVANCE = 1.5;  // of widths of a capital
-constexpr double LINE_FEED = 2;  // of heights
+constexpr double LINE_SPACING = 2;  // of heights
 // A text typeface's em: capitals are 0.7 of it high, and an average one is two thirds as wide as high.
 constexpr double CAPITALS_TO_EM = 1 / 0.7;
 constexpr double AVERAGE_WIDTH = 0.695;
 // Letters of a heavy typeface are drawn twice, so far apart; of widths.
 constexpr double HEAVY = 0.05;
-// Beyond it no plotter has coordinates.
-constexpr double FARTHEST = 0x1p30;
 // Downloaded characters are drawn on a grid. Pen plotters have 32 steps to a capital's width and to its height; later
 // ones have 32 to the font's height in points, which is one and a half capitals, and letters in this proportion.
 constexpr double USER_GRID = 32;
@@ -248,7 +246,7 @@ Cell LabelWriter::cellFor(const Walk& walk, const Token& token, bool report) {
 
 Point LabelWriter::stepOf(const Face& now, double advance) const {
     const double along = advance + spaceAdvance(now) * lettering_.extraSpace;
-    const double upwards = LINE_FEED * now.height * (1 + lettering_.extraLine);
+    const double upwards = LINE_SPACING * now.height * (1 + lettering_.extraLine);
     switch (lettering_.path) {
         case 1:
             return {0, -upwards};
@@ -417,14 +415,14 @@ Point Lettering::turned(Point p) const {
 
 Point Lettering::step(const Face& face) const {
     const double along = spaceAdvance(face) * (1 + extraSpace);
-    const double upwards = LINE_FEED * face.height * (1 + extraLine);
+    const double upwards = LINE_SPACING * face.height * (1 + extraLine);
     const Point steps[] = {{along, 0}, {0, -upwards}, {-along, 0}, {0, upwards}};
     return turned(steps[path & 3]);
 }
 
 Point Lettering::feed(const Face& face) const {
     const double along = spaceAdvance(face) * (1 + extraSpace);
-    const double upwards = LINE_FEED * face.height * (1 + extraLine);
+    const double upwards = LINE_SPACING * face.height * (1 + extraLine);
     // A quarter turn to the right of the path.
     const Point feeds[] = {{0, -upwards}, {-along, 0}, {0, upwards}, {along, 0}};
     return turned(feeds[path & 3]) * (feedReversed ? -1 : 1);

@@ -17,6 +17,9 @@
 
 namespace plotter {
 
+// From one character to the next, in widths of a capital.
+inline constexpr double ADVANCE = 1.5;
+
 // Capitals of no mirrored size; plotter units.
 struct Face {
     enum class Spacing : uint8_t { Fixed, Stick, Sans, Serif };

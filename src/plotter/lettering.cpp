@@ -3,15 +3,11 @@
 #include <array>
 #include <cstdio>
 
+#include "units.h"
+
 namespace plotter {
 
 namespace {
-
-// Plotter units.
-constexpr double INCH = 1016;
-constexpr double POINT = INCH / 72;
-constexpr double CENTIMETRE = 400;
-constexpr double FARTHEST = 0x1p30;
 
 // Capitals of machines that nobody has told a size; centimetres. A pen plotter with A3 paper would take larger ones,
 // but nobody knows the paper of a file that does not say, and the smaller ones spoil no drawing.
@@ -20,7 +16,6 @@ constexpr Point DEFAULT_HPGL2_SIZE = {0.188, 0.269};
 // Of the stick font.
 constexpr double DEFAULT_PITCH = 9;
 constexpr double DEFAULT_POINTS = 11.5;
-constexpr double ADVANCE = 1.5;            // of widths
 constexpr double STICK_CAPITAL = 2.0 / 3;  // of the font's height
 // Of text typefaces: capitals, and an average letter's width, of the em and of a capital's height; a typewriter's
 // characters are 0.6 em wide each.
@@ -54,8 +49,8 @@ Face::Spacing spacingOf(const Typeface& typeface) {
 
 // Of a font's capitals by its pitch and height.
 Point sizeOf(const Typeface& typeface, Face::Spacing spacing) {
-    const double height = typeface.height.value_or(DEFAULT_POINTS) * POINT;
-    const double advance = INCH / typeface.pitch.value_or(DEFAULT_PITCH);
+    const double height = typeface.height.value_or(DEFAULT_POINTS) * UNITS_PER_POINT;
+    const double advance = UNITS_PER_INCH / typeface.pitch.value_or(DEFAULT_PITCH);
     if (spacing == Face::Spacing::Sans || spacing == Face::Spacing::Serif) {
         return {height * TEXT_CAPITAL * TEXT_AVERAGE, height * TEXT_CAPITAL};
     }
@@ -66,7 +61,7 @@ Point sizeOf(const Typeface& typeface, Face::Spacing spacing) {
 }
 
 Point defaultSize(const Machine& machine) {
-    return (machine.traits().hpgl2 ? DEFAULT_HPGL2_SIZE : DEFAULT_SIZE) * CENTIMETRE;
+    return (machine.traits().hpgl2 ? DEFAULT_HPGL2_SIZE : DEFAULT_SIZE) * UNITS_PER_CENTIMETRE;
 }
 
 Point sizeOfFace(Machine& machine, const Typeface& typeface, Face::Spacing spacing) {

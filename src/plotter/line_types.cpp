@@ -4,16 +4,15 @@
 #include <numeric>
 
 #include "machine.h"
+#include "units.h"
 
 namespace plotter {
 
 namespace {
 
 constexpr int32_t RESTORED = 99;  // LT99
-constexpr std::size_t MOST_GAPS = 20;
-constexpr double UNITS_PER_MILLIMETRE = 40;
 // Ends of parts that are closer together than this share of the pattern are the same.
-constexpr double SAME = 1e-9;
+constexpr double SAME_END = 1e-9;
 
 // clang-format off
 constexpr std::array<Pattern, PATTERNED_TYPES> STANDARD = {
@@ -107,7 +106,7 @@ class RunningPattern {
         : pattern_(pattern), length_(length), residue_(residue) {}
 
     void along(const Segment& segment, Dash& dash) {
-        const double same = SAME * length_;
+        const double same = SAME_END * length_;
         double done = 0;
         while (done < segment.length) {
             const double end = done + (pattern_.parts[residue_.part] - residue_.done) * length_;
@@ -139,7 +138,7 @@ class RunningPattern {
 
 // So many whole patterns that none is longer than it should be.
 void fitAlong(const Segment& segment, const Pattern& pattern, double length, Dash& dash) {
-    const double times = std::max(1.0, std::ceil(segment.length / length - SAME));
+    const double times = std::max(1.0, std::ceil(segment.length / length - SAME_END));
     for (std::size_t time = 0; static_cast<double>(time) < times; ++time) {
         const auto at = [&](double share) {
             return segment.at(segment.length * ((static_cast<double>(time) + share) / times));

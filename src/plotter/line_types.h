@@ -25,9 +25,12 @@ inline constexpr std::size_t MOST_DASHES = 1'000'000;
 // Plotter units: a pattern that is shorter is solid under any pen.
 inline constexpr double SHORTEST_PATTERN = 0.5;
 
+// Numbers of UL and UF; more are passed over.
+inline constexpr std::size_t MOST_GAPS = 20;
+
 struct Pattern {
-    static constexpr std::size_t MOST_PARTS = 21;  // UL's 20, and one more where the first is halved
-    std::array<double, MOST_PARTS> parts{};        // shares of the length, 1 in all
+    static constexpr std::size_t MOST_PARTS = MOST_GAPS + 1;  // one more where the first is halved
+    std::array<double, MOST_PARTS> parts{};                   // shares of the length, 1 in all
     std::size_t count = 0;
 
     friend bool operator==(const Pattern&, const Pattern&) = default;

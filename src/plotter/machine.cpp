@@ -6,12 +6,11 @@ namespace plotter {
 
 namespace {
 
-constexpr Colour WHITE = {255, 255, 255};
 // Plotter units, 6.7 km: as far from the origin something is drawn, so that it fits into the output whole.
-constexpr double FARTHEST = 268'000'000;
+constexpr double FARTHEST_ON_PAPER = 268'000'000;
 
 bool isOnPaper(Point p) {
-    return std::abs(p.x) <= FARTHEST && std::abs(p.y) <= FARTHEST;  // false for what is not a number
+    return std::abs(p.x) <= FARTHEST_ON_PAPER && std::abs(p.y) <= FARTHEST_ON_PAPER;  // false for what is not a number
 }
 
 // An area that must be cut for the viewer gets the more points by it.

@@ -1,12 +1,11 @@
 #include "instructions.h"
+#include "units.h"
 
 #include <bit>
 
 namespace plotter {
 
 namespace {
-
-constexpr double UNITS_PER_MILLIMETRE = 40;
 
 std::optional<int32_t> penNumber(double number) {
     const int32_t pen = toInteger(number);

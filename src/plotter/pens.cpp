@@ -4,9 +4,6 @@ namespace plotter {
 
 namespace {
 
-constexpr Colour WHITE = {255, 255, 255};
-constexpr Colour BLACK = {0, 0, 0};
-
 // clang-format off
 constexpr std::array<Colour, 4> FOUR = {
     WHITE, BLACK, Colour{255, 0, 0}, Colour{0, 255, 0}};

@@ -17,8 +17,8 @@ constexpr int64_t MOST_COORDINATE = 1 << 30;
 constexpr int64_t LONGEST_SIDE = 131'071;  // beyond, the viewer's products wrap on the finest page
 constexpr std::size_t MOST_DIGITS = 10;
 constexpr int32_t MOST_PEN = 63;
-constexpr std::size_t POINTS_IN_A_RING = 1998;
-constexpr std::size_t RINGS_IN_AN_AREA = 256;
+constexpr std::size_t MOST_POINTS_IN_A_RING = 1998;
+constexpr std::size_t MOST_RINGS_IN_AN_AREA = 256;
 
 constexpr uint16_t nameOf(char first, char second) {
     return static_cast<uint16_t>(first << 8 | second);
@@ -175,7 +175,7 @@ class PlainScan {
     }
 
     // The first point behind PM1 is reached with the pen up, all others with the pen down.
-    bool takeVertex() { return down_ == (ringPoints_ != 0) && ++ringPoints_ <= POINTS_IN_A_RING; }
+    bool takeVertex() { return down_ == (ringPoints_ != 0) && ++ringPoints_ <= MOST_POINTS_IN_A_RING; }
 
     void widen(int64_t x, int64_t y) {
         if (x < lowX_) lowX_ = x;
@@ -239,7 +239,7 @@ class PlainScan {
         if (!inPolygon_ || ringPoints_ < 2) return false;
         if (mode == 1) {
             ringPoints_ = 0;
-            return ++rings_ <= RINGS_IN_AN_AREA;
+            return ++rings_ <= MOST_RINGS_IN_AN_AREA;
         }
         inPolygon_ = false;
         hasPolygon_ = true;

@@ -16,8 +16,8 @@ constexpr std::size_t POINTS_IN_A_RING = 1990;
 constexpr std::size_t RINGS_IN_AN_AREA = 250;
 constexpr int32_t WIDEST = 32000;  // output units, of the viewer's 16 bits
 constexpr std::size_t PIECE = 65536;
-constexpr std::size_t ROOM = 256;        // longer than all that is written between two looks at what is left
-constexpr std::size_t MOST_DIGITS = 12;  // of 32 bits, with the sign
+constexpr std::size_t ROOM = 256;           // longer than all that is written between two looks at what is left
+constexpr std::size_t LONGEST_NUMBER = 12;  // of 32 bits, with the sign
 
 bool isWithinLimits(const Area& area) {
     return area.size() <= RINGS_IN_AN_AREA &&
@@ -79,7 +79,7 @@ void PlainWriter::text(std::string_view text) {
 }
 
 void PlainWriter::number(int32_t number) {
-    next_ = std::to_chars(next_, next_ + MOST_DIGITS, number).ptr;
+    next_ = std::to_chars(next_, next_ + LONGEST_NUMBER, number).ptr;
 }
 
 void PlainWriter::pair(Place place) {

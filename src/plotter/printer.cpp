@@ -7,10 +7,10 @@ namespace plotter {
 
 namespace {
 
-constexpr std::string_view WHITE(" \t\r\n\f\0", 6);
+constexpr std::string_view BLANKS(" \t\r\n\f\0", 6);
 
 std::size_t skipWhite(std::string_view bytes, std::size_t offset) {
-    return std::min(bytes.find_first_not_of(WHITE, offset), bytes.size());
+    return std::min(bytes.find_first_not_of(BLANKS, offset), bytes.size());
 }
 
 char charAt(std::string_view bytes, std::size_t at) {
@@ -50,8 +50,6 @@ double decipoints(double value) {
 }
 
 constexpr double MOST_DOTS_PER_INCH = 9600;
-// The baseline of the first line, below the top margin, in lines.
-constexpr double FIRST_LINE = 0.75;
 
 }  // namespace
 
@@ -354,7 +352,7 @@ void Printer::carryOut(const EscapeReader& reader, const EscapeField& field) {
 }
 
 std::size_t Printer::stepText(std::string_view bytes, std::size_t offset) {
-    const bool beginsLine = offset == 0 || WHITE.find(bytes[offset - 1]) != std::string_view::npos;
+    const bool beginsLine = offset == 0 || BLANKS.find(bytes[offset - 1]) != std::string_view::npos;
     if (beginsLine && bytes[offset] == '@' && startsJobLine(bytes, offset)) {
         return enterJob(bytes, offset);
     }

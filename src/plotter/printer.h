@@ -35,6 +35,8 @@ inline constexpr std::size_t MOST_MACRO_BYTES = std::size_t{4} << 20;
 inline constexpr std::size_t MOST_CAPTION_CHARACTERS = 100'000;
 // Lengths and places on a page, plotter units: 600 inches, longer than any roll is cut.
 inline constexpr double MOST_LENGTH = 600 * UNITS_PER_INCH;
+// The baseline of the first line, below the top margin, in lines.
+inline constexpr double FIRST_LINE = 0.75;
 // Palettes that lie on one another, and cursors.
 inline constexpr std::size_t MOST_PUSHED = 32;
 

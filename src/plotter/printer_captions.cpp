@@ -12,7 +12,7 @@ namespace {
 
 constexpr char BACKSPACE = 0x08;
 constexpr char TAB = 0x09;
-constexpr char LINE_FEED = 0x0a;
+constexpr char LINE_FEED_BYTE = 0x0a;
 constexpr char FORM_FEED = 0x0c;
 constexpr char CARRIAGE_RETURN = 0x0d;
 constexpr char SHIFT_OUT = 0x0e;
@@ -108,7 +108,7 @@ void Printer::control(char c) {
                 feedLine(1);
             }
             break;
-        case LINE_FEED:
+        case LINE_FEED_BYTE:
             feedLine(1);
             if (feedReturns) {
                 returnCarriage();
@@ -198,12 +198,11 @@ Ink Printer::captionInk() const {
 
 // A rule reaches to the right and downwards; it follows the direction of text.
 void Printer::fillRule(double how) {
-    constexpr double SOLID = 0, SHADED = 2;
+    constexpr double SOLID = 0, UNSEEN = 1, SHADED = 2;
     constexpr double HATCHED = 0.5;  // as dark as the patterns are, about
     const Point size = {std::max(settings_.rule.x, 0.0), std::max(settings_.rule.y, 0.0)};
     const double shade = how == SOLID ? 1 : how == SHADED ? std::clamp(settings_.pattern / 100, 0.0, 1.0) : HATCHED;
-    constexpr double WHITE = 1;
-    if (size.x == 0 || size.y == 0 || how == WHITE || shade == 0) {
+    if (size.x == 0 || size.y == 0 || how == UNSEEN || shade == 0) {
         return;
     }
     Ring ring = {{0, 0}, {size.x, 0}, {size.x, -size.y}, {0, -size.y}};

@@ -8,9 +8,6 @@ namespace plotter {
 
 namespace {
 
-constexpr double DEFAULT_MARGIN = UNITS_PER_INCH / 2;  // above and below text
-// The baseline of the first line, below the top margin, in lines.
-constexpr double FIRST_LINE = 0.75;
 constexpr int SIDES = 4;
 // Of raster on a plotter's sheet, dots an inch, as long as the file says nothing.
 constexpr double SHEET_RESOLUTION = 300;

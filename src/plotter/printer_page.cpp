@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <array>
 
+#include "ascii.h"
+
 namespace plotter {
 
 namespace {
 
 constexpr double DOT = UNITS_PER_INCH / 300;
-constexpr double DEFAULT_MARGIN = UNITS_PER_INCH / 2;  // of a frame, above and below
 
 // clang-format off
 constexpr std::array PAPERS = {
@@ -41,10 +42,6 @@ struct SideMargins {
 constexpr SideMargins INCH_MARGINS = {75, 60};
 constexpr SideMargins METRIC_MARGINS = {71, 59};
 
-char toCapital(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
-
 }  // namespace
 
 const PaperSize* findPaper(double code) {
@@ -53,8 +50,8 @@ const PaperSize* findPaper(double code) {
 }
 
 const PaperSize* findPaper(std::string_view name) {
-    const auto* const found = std::ranges::find_if(
-        PAPERS, [&](const PaperSize& paper) { return std::ranges::equal(paper.name, name, {}, {}, toCapital); });
+    const auto* const found =
+        std::ranges::find_if(PAPERS, [&](const PaperSize& paper) { return sameWord(paper.name, name); });
     return found != PAPERS.end() ? &*found : nullptr;
 }
 

@@ -9,10 +9,12 @@
 
 #include "coordinates.h"
 #include "plane.h"
+#include "units.h"
 
 namespace plotter {
 
-inline constexpr double UNITS_PER_INCH = 1016;
+// Above and below text, and a frame.
+inline constexpr double DEFAULT_MARGIN = UNITS_PER_INCH / 2;
 
 struct PaperSize {
     int code;               // of ESC&l#A

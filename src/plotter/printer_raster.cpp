@@ -8,8 +8,6 @@ namespace plotter {
 
 namespace {
 
-constexpr Colour WHITE = {255, 255, 255};
-constexpr Colour BLACK = {0, 0, 0};
 constexpr Colour RED = {255, 0, 0};
 constexpr Colour GREEN = {0, 255, 0};
 constexpr Colour YELLOW = {255, 255, 0};

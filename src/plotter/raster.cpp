@@ -8,7 +8,7 @@ namespace plotter {
 
 namespace {
 
-constexpr uint32_t WHITE = 0xffffff;
+constexpr uint32_t WHITE_PIXEL = 0xffffff;
 constexpr std::size_t EXACT_COLOURS = 4096;  // of a picture; with more they are rounded
 constexpr std::size_t RINGS_AT_ONCE = 200;   // of an area that is handed over
 constexpr int BITS_OF_BYTE = 8;
@@ -240,9 +240,9 @@ void Raster::begin(const RasterPlace& place, const PixelFormat& format, std::vec
     cells_.clear();
     mixed_.clear();
     runs_.clear();
-    colours_.assign(1, WHITE);
+    colours_.assign(1, WHITE_PIXEL);
     indices_.clear();
-    indices_.emplace(WHITE, uint16_t{0});
+    indices_.emplace(WHITE_PIXEL, uint16_t{0});
 }
 
 bool Raster::spend(double steps, std::size_t offset) {
@@ -411,7 +411,7 @@ void Raster::findRuns() {
             findRunsOfPixels();
             break;
     }
-    while (!runs_.empty() && runs_.back().colour == WHITE) {
+    while (!runs_.empty() && runs_.back().colour == WHITE_PIXEL) {
         runs_.pop_back();
     }
 }
@@ -428,7 +428,7 @@ void Raster::findRunsOfPlanes() {
             return colourOfIndex(index);
         }
         const uint32_t light = (index & 1 ? 0xff0000u : 0) | (index & 2 ? 0xff00u : 0) | (index & 4 ? 0xffu : 0);
-        return format_.subtractive ? WHITE - light : light;
+        return format_.subtractive ? WHITE_PIXEL - light : light;
     };
     const auto isEven = [&](const RowDecoder& plane, std::size_t byte) {
         const uint8_t bits = plane.at(byte);
@@ -465,7 +465,7 @@ uint32_t Raster::colourOfBits(std::size_t column) const {
         primaries[1] = primaries[2] = primaries[0];
     }
     const uint32_t light = primaries[0] << 16 | primaries[1] << 8 | primaries[2];
-    return format_.subtractive ? WHITE - light : light;
+    return format_.subtractive ? WHITE_PIXEL - light : light;
 }
 
 void Raster::findRunsOfPixels() {
@@ -500,7 +500,7 @@ void Raster::mix(std::size_t times) {
     std::size_t cell = 0;
     std::size_t cellEnd = reduction_;
     for (const Run& run : runs_) {
-        if (run.colour == WHITE) {
+        if (run.colour == WHITE_PIXEL) {
             continue;
         }
         const uint64_t dark[] = {255 - (run.colour >> 16), 255 - (run.colour >> 8 & 0xff), 255 - (run.colour & 0xff)};

@@ -4,12 +4,11 @@
 #include <cstring>
 
 #include "digits.h"
+#include "escapes.h"
 
 namespace plotter {
 
 namespace {
-
-constexpr char ESCAPE = 27;
 
 // How many numbers are handed over at once: whole pairs and whole groups of six, so that memory does not grow with an
 // instruction.

@@ -3,6 +3,7 @@
 #include "plot_run.h"
 #include "plotter.h"
 #include "survey_sheet.h"
+#include "units.h"
 
 namespace plotter {
 
@@ -17,8 +18,7 @@ struct Findings {
 namespace {
 
 // The viewer's coordinates: far from where its 32-bit products wrap, and fine enough for any zoom.
-constexpr double LONGEST_SIDE = 131'000;
-constexpr double FARTHEST = 0x1p30;
+constexpr double LONGEST_OUTPUT_SIDE = 131'000;
 constexpr int MOST_DOUBLINGS = 12;
 
 // A4 in plotter units, with a little to spare: what is larger was drawn on larger paper.
@@ -32,7 +32,7 @@ double factorFor(const Box& extents) {
         {std::abs(extents.low.x), std::abs(extents.low.y), std::abs(extents.high.x), std::abs(extents.high.y)});
     double factor = std::ldexp(1.0, MOST_DOUBLINGS);
     const double least = std::ldexp(1.0, -MOST_DOUBLINGS);
-    while (factor > least && (side * factor > LONGEST_SIDE || reach * factor > FARTHEST)) {
+    while (factor > least && (side * factor > LONGEST_OUTPUT_SIDE || reach * factor > FARTHEST)) {
         factor /= 2;
     }
     return factor;

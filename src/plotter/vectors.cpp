@@ -2,13 +2,11 @@
 #include "character_instructions.h"
 #include "instructions.h"
 #include "polyline_decoder.h"
+#include "units.h"
 
 namespace plotter {
 
 namespace {
-
-// HP-GL/2's coordinates end here; a pen that is sent farther is lost.
-constexpr double FARTHEST = 0x1p30;
 
 bool inRange(Point p) {
     return std::abs(p.x) < FARTHEST && std::abs(p.y) < FARTHEST;  // false for what is not a number

@@ -24,8 +24,8 @@ using namespace recorder;
 namespace {
 
 // Windows that script.mdiClient names.
-constexpr uintptr_t mainWindow = 0x2000;
-constexpr uintptr_t mdiClient = 0x2001;
+constexpr uintptr_t mainWindowId = 0x2000;
+constexpr uintptr_t mdiClientId = 0x2001;
 constexpr uintptr_t acceleratorTable = 0x2002;
 
 // -I=number and -P=number, letters in either case.
@@ -77,8 +77,8 @@ WHandle WIinitialise(int32_t argc, char** argv, uint32_t flag) {
 void* WIgetvar(WHandle app, uint32_t kind) {
     if (!note(__func__, app, kind)) return nullptr;
     if (script.mdiClient) {
-        world.variables.mainWindow = systemHandle<void*>(mainWindow);
-        world.variables.mdiClient = systemHandle<void*>(mdiClient);
+        world.variables.mainWindow = systemHandle<void*>(mainWindowId);
+        world.variables.mdiClient = systemHandle<void*>(mdiClientId);
     }
     switch (kind) {
         case 0:

@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr uint32_t SHELL_PART = 7;  // where the shell has its action bar
+constexpr uint32_t ACTION_BAR_PART = 7;  // of the shell
 
 // In the order of the texts, which the toolkit fills in.
 // clang-format off
@@ -39,7 +39,7 @@ static_assert(ROWS == HPGL_ACTION_BAR_TEXTS);
 }  // namespace
 
 WHandle HPGLcreateActionBar(WHandle shell, WHandle object) {
-    const WHandle bar = ACTBARcreate(SHLquerywid(shell, SHELL_PART), object, rows, ROWS);
+    const WHandle bar = ACTBARcreate(SHLquerywid(shell, ACTION_BAR_PART), object, rows, ROWS);
     ACTBARsetmp1(bar, 4, 3, 2, 0);
     ACTBARset(bar, object, TheTexts.actionBar);
     ACTBARreset(bar);

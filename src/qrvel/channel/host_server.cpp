@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "application.h"
+#include "error_text.h"
 #include "notices.h"
 #include "own_texts.h"
 #include "protocol.h"
@@ -29,10 +30,6 @@ constexpr std::size_t MOST_PATH = sizeof(sockaddr_un::sun_path) - 1;
 bool refuse(const QString& path, const QString& reason) {
     sayLine(ownText(OwnText::CannotListen).arg(path, reason));
     return false;
-}
-
-QString errorText() {
-    return QString::fromLocal8Bit(std::strerror(errno));
 }
 
 // Where there is no runtime folder, one of the user's own takes its place: nobody else may look into it. Answers why it

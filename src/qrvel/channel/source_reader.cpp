@@ -11,16 +11,14 @@
 #include <cstring>
 #include <utility>
 
+#include "error_text.h"
+
 namespace qrvel {
 
 namespace {
 
 // Reading at one turn of the loop; short enough that the window stays alive.
 constexpr auto TURN = std::chrono::milliseconds(8);
-
-QString errorText() {
-    return QString::fromLocal8Bit(std::strerror(errno));
-}
 
 // Polling instead of a non-blocking descriptor: that flag would be seen by all who share our standard input.
 bool isReadable(int file) {

@@ -1,0 +1,21 @@
+// Letters and digits of ASCII, whatever the language of the session.
+#pragma once
+
+#include <algorithm>
+#include <string_view>
+
+namespace plotter {
+
+inline bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+inline char toCapital(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+inline bool sameWord(std::string_view a, std::string_view b) {
+    return std::ranges::equal(a, b, {}, toCapital, toCapital);
+}
+
+}  // namespace plotter
