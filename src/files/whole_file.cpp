@@ -19,6 +19,12 @@ namespace fs = std::filesystem;
 
 constexpr mode_t ANYBODY = 0666;
 constexpr mode_t PERMISSIONS = 0777;
+constexpr mode_t OWNER_ONLY = 0600;  // until it is whole
+
+// The name of a file that is not in its place yet begins so.
+constexpr char BESIDE[] = ".kelhpgl-";
+constexpr int MOST_ATTEMPTS = 100;
+constexpr int MOST_LINKS = 40;  // that lead to each other, as the kernel has it
 
 class SignalsWait {
   public:
@@ -34,12 +40,6 @@ class SignalsWait {
   private:
     sigset_t before_;
 };
-
-fs::path behindLinks(const std::string& file) {
-    std::error_code missing;
-    const fs::path found = fs::canonical(file, missing);
-    return missing ? fs::path(file) : found;
-}
 
 fs::path folderOf(const fs::path& file) {
     return file.has_parent_path() ? file.parent_path() : fs::path(".");
@@ -67,14 +67,28 @@ bool isOnDisk(int descriptor) {
     return fsync(descriptor) == 0 || errno == EINVAL;
 }
 
-// Answers an error number, or 0.
-int fill(int descriptor, std::string_view bytes, mode_t permissions) {
-    const bool filled = writeAll(descriptor, bytes) && fchmod(descriptor, permissions) == 0 && isOnDisk(descriptor);
-    const int error = filled ? 0 : errno;
-    return close(descriptor) == 0 || error != 0 ? error : errno;
+// Gives a file without a name one that nobody has; empty where that does not work.
+std::string linkBeside(int descriptor, const fs::path& file) {
+    const std::string open = "/proc/self/fd/" + std::to_string(descriptor);
+    for (int attempt = 0; attempt < MOST_ATTEMPTS; ++attempt) {
+        const std::string name = folderOf(file) / (BESIDE + std::to_string(getpid()) + '-' + std::to_string(attempt));
+        if (linkat(AT_FDCWD, open.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0) return name;
+        if (errno != EEXIST) break;
+    }
+    return {};
 }
 
 }  // namespace
+
+fs::path behindLinks(const std::string& file) {
+    fs::path found = file;
+    std::error_code none;
+    for (int links = 0; links < MOST_LINKS && fs::is_symlink(fs::symlink_status(found, none)); ++links) {
+        const fs::path to = fs::read_symlink(found, none);
+        found = to.is_absolute() ? to : folderOf(found) / to;
+    }
+    return found;
+}
 
 std::string obstacleTo(const std::string& file) {
     struct stat about = {};
@@ -89,18 +103,52 @@ std::string obstacleTo(const std::string& file) {
     return access(folderOf(target).c_str(), W_OK | X_OK) == 0 ? "" : std::strerror(errno);
 }
 
-std::string writeWhole(const std::string& file, std::string_view bytes) {
-    if (std::string obstacle = obstacleTo(file); !obstacle.empty()) return obstacle;
+WholeFile::WholeFile(const std::string& file) : target_(behindLinks(file)), problem_(obstacleTo(file)) {
+    if (!problem_.empty()) return;
+    descriptor_ = open(folderOf(target_).c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, OWNER_ONLY);
+    if (descriptor_ >= 0) return;
+    beside_ = folderOf(target_) / (BESIDE + std::string("XXXXXX"));
+    descriptor_ = mkostemp(beside_.data(), O_CLOEXEC);
+    if (descriptor_ < 0) {
+        beside_.clear();
+        fail(errno);
+    }
+}
+
+WholeFile::~WholeFile() {
+    if (descriptor_ >= 0) close(descriptor_);
+    if (!beside_.empty()) unlink(beside_.c_str());
+}
+
+bool WholeFile::fail(int error) {
+    problem_ = std::strerror(error);
+    return false;
+}
+
+// A file without a name gets one beside its place first: a link does not replace what is there, and a renaming does.
+bool WholeFile::putInPlace() {
+    if (beside_.empty()) {
+        const std::string name = linkBeside(descriptor_, target_);
+        if (name.empty()) return false;
+        beside_ = name;
+    }
+    if (std::rename(beside_.c_str(), target_.c_str()) != 0) return false;
+    beside_.clear();
+    return true;
+}
+
+bool WholeFile::finish() {
+    if (descriptor_ < 0) return false;
+    if (fchmod(descriptor_, permissionsFor(target_)) != 0 || !isOnDisk(descriptor_)) return fail(errno);
     const SignalsWait signalsWait;
-    const fs::path target = behindLinks(file);
-    std::string beside = folderOf(target) / ".kelhpgl-XXXXXX";
-    const int descriptor = mkostemp(beside.data(), O_CLOEXEC);
-    if (descriptor < 0) return std::strerror(errno);
-    int error = fill(descriptor, bytes, permissionsFor(target));
-    if (error == 0 && std::rename(beside.c_str(), target.c_str()) != 0) error = errno;
-    if (error == 0) return {};
-    unlink(beside.c_str());
-    return std::strerror(error);
+    return putInPlace() || fail(errno);
+}
+
+std::string writeWhole(const std::string& name, std::string_view bytes) {
+    WholeFile file(name);
+    if (file.problem().empty() && !writeAll(file.descriptor(), bytes)) return std::strerror(errno);
+    file.finish();
+    return file.problem();
 }
 
 }  // namespace kelfiles
