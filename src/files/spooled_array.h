@@ -34,16 +34,21 @@ class SpooledArray {
         return *this;
     }
 
-    std::size_t size() const { return size_; }
-    bool empty() const { return size_ == 0; }
-    const T& back() const { return data()[size_ - 1]; }
-    std::span<const T> all() const { return {data(), size_}; }
+    std::size_t size() const { return mapped_ != nullptr ? size_ : memory_.size(); }
+    bool empty() const { return size() == 0; }
+    T& back() { return data()[size() - 1]; }
+    const T& back() const { return data()[size() - 1]; }
+    std::span<const T> all() const { return {data(), size()}; }
     void clear() { SpooledArray().swap(*this); }
 
     // Throws std::bad_alloc when there is no room; what is there stays.
     void push_back(const T& element) {
+        if (mapped_ == nullptr && memory_.size() < MOST_IN_MEMORY) {
+            memory_.push_back(element);
+            return;
+        }
         if (size_ == capacity_) grow();
-        data()[size_++] = element;
+        mapped_[size_++] = element;
     }
 
   private:
@@ -63,36 +68,29 @@ class SpooledArray {
         if (file_ >= 0) close(file_);
     }
 
-    void grow() {
-        if (capacity_ < MOST_IN_MEMORY) {
-            memory_.resize(std::min(std::max<std::size_t>(capacity_ * 2, 1024), MOST_IN_MEMORY));
-            capacity_ = memory_.size();
-        } else {
-            growFile(capacity_ + capacity_ / 2);
-        }
-    }
-
     // Room that a file has not got yet would be asked for when it is written to, and a full disk be a signal then.
-    void growFile(std::size_t capacity) {
+    void grow() {
+        const std::size_t capacity = std::max(capacity_ + capacity_ / 2, 2 * MOST_IN_MEMORY);
         if (file_ < 0) file_ = openTemporaryFile();
-        const auto bytes = static_cast<off_t>(capacity * sizeof(T));
-        if (file_ < 0 || posix_fallocate(file_, 0, bytes) != 0) throw std::bad_alloc();
+        if (file_ < 0 || posix_fallocate(file_, 0, static_cast<off_t>(capacity * sizeof(T))) != 0)
+            throw std::bad_alloc();
         void* const mapped = mapped_ != nullptr
                                  ? mremap(mapped_, capacity_ * sizeof(T), capacity * sizeof(T), MREMAP_MAYMOVE)
                                  : mmap(nullptr, capacity * sizeof(T), PROT_READ | PROT_WRITE, MAP_SHARED, file_, 0);
         if (mapped == MAP_FAILED) throw std::bad_alloc();
-        const bool first = mapped_ == nullptr;
+        if (mapped_ == nullptr) {
+            size_ = memory_.size();
+            std::ranges::copy(memory_, static_cast<T*>(mapped));
+            memory_ = {};
+        }
         mapped_ = static_cast<T*>(mapped);
         capacity_ = capacity;
-        if (!first) return;
-        std::copy_n(memory_.data(), size_, mapped_);
-        memory_ = {};
     }
 
-    std::vector<T> memory_;
-    T* mapped_ = nullptr;  // of the file; null: all is in memory
+    std::vector<T> memory_;  // empty once the file is there
+    T* mapped_ = nullptr;
     int file_ = -1;
-    std::size_t size_ = 0;
+    std::size_t size_ = 0;  // of what is mapped
     std::size_t capacity_ = 0;
 };
 

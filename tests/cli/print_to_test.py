@@ -43,10 +43,10 @@ BLACK, RED, GREEN, BLUE = b"\0\0\0", b"\xff\0\0", b"\0\x80\0", b"\0\0\xff"
 INKS = (BLACK, RED, GREEN, BLUE)
 
 
-def environment(locale="C.UTF-8"):
+def environment(locale="C.UTF-8", **more):
     kept = {key: value for key, value in os.environ.items()
             if key not in ("DISPLAY", "WAYLAND_DISPLAY", "LANGUAGE", "QT_QPA_PLATFORM") and not key.startswith("LC_")}
-    return {**kept, "LC_ALL": locale, "LANG": locale, "KEL_CONFIG_DIR": "/nonexistent"}
+    return {**kept, "LC_ALL": locale, "LANG": locale, "KEL_CONFIG_DIR": "/nonexistent", **more}
 
 
 def has_locale(name):
@@ -75,10 +75,10 @@ class Printing(unittest.TestCase):
         file.write_bytes(data)
         return file
 
-    def run_in(self, folder, *arguments, stdin=subprocess.DEVNULL, locale="C.UTF-8"):
+    def run_in(self, folder, *arguments, stdin=subprocess.DEVNULL, locale="C.UTF-8", **variables):
         """Exit code and standard error; nothing is ever written to standard output."""
         given = {"input": stdin} if isinstance(stdin, bytes) else {"stdin": stdin}
-        done = subprocess.run([PROGRAM, *arguments], cwd=folder, env=environment(locale), capture_output=True,
+        done = subprocess.run([PROGRAM, *arguments], cwd=folder, env=environment(locale, **variables), capture_output=True,
                               timeout=PATIENCE, check=False, **given)
         self.assertEqual(done.stdout, b"")
         return done.returncode, done.stderr.decode()
@@ -342,7 +342,7 @@ WRONG = [
      (1, "kelhpgl: square.plt has no page 2, the last is 1\n")),
     (["--print-to", "link.svg", "square.plt"], (1, "kelhpgl: cannot write link.svg: it is one of the drawings\n")),
     (["--print-to", "pipe.svg", "square.plt"], (1, "kelhpgl: cannot write pipe.svg: Not an ordinary file\n")),
-    (["--picture", "pipe.svg", "square.plt"], (1, "kelhpgl: cannot write pipe.svg: Not an ordinary file\n")),
+    (["--picture", "pipe.png", "square.plt"], (1, "kelhpgl: cannot write pipe.png: Not an ordinary file\n")),
     (["--print-to", "none/out.svg", "square.plt"],
      (1, "kelhpgl: cannot write none/out.svg: No such file or directory\n")),
     (["--print-to", "square.plt/out.svg", "square.plt"],
@@ -399,6 +399,7 @@ class Outcomes(Printing):
         (folder / "folder.svg").mkdir()
         (folder / "link.svg").symlink_to("square.plt")
         os.mkfifo(folder / "pipe.svg")
+        os.mkfifo(folder / "pipe.png")
         for name in ("square.plt", "with blanks.plt", "Größe.plt", "two\nlines.plt", "-dash.plt", "-", b"no\xfetext.plt"):
             (folder / os.fsdecode(name)).write_bytes(SQUARE)
         (folder / "empty.plt").write_bytes(b"")
@@ -703,6 +704,98 @@ class Remarks(Printing):
     def test_an_empty_drawing_gives_a_white_page(self):
         self.assertEqual(self.said(b"IN;SP1;PU0,0;PA100.5,100;PU5,5;"),
                          (0, "kelhpgl: out.svg: the drawing is empty, the page is white\n"))
+
+
+# ---- too much -------------------------------------------------------------------------------------------------------
+
+class Bounds(Printing):
+    """A page has a bound of its own in bytes: a few bytes of a plot can draw very much."""
+
+    CIRCLES = b"IN;SP1;PA1000,1000;PD2000,2000;" + b"CI900;" * 1000  # 72 chords each at least, of 4 bytes
+    LINES = b"IN;SP1;PU0,0;PD" + b",".join(b"%d,%d" % (x, x % 2 * 4000) for x in range(20000)) + b";"
+
+    def test_a_page_beyond_is_refused_and_the_next_is_printed(self):
+        self.plot("circles.plt", self.CIRCLES)
+        for ending in ("pdf", "svg", "png"):
+            for manner in ([], ["--as-is"]):
+                self.assertEqual(
+                    self.run_it(*manner, "--print-to", f"%n.{ending}", "circles.plt", "square.plt",
+                                KEL_MOST_PAGE_BYTES="200000"),
+                    (1, f"kelhpgl: cannot write circles.{ending}: the page is too large\n"))
+                self.assertNotIn(f"circles.{ending}".encode(), self.files())
+                self.assert_whole(self.folder / f"square.{ending}")
+
+    def test_a_page_below_is_printed(self):
+        self.plot("lines.plt", self.LINES)
+        self.prints("--print-to", "lines.pdf", "lines.plt", KEL_MOST_PAGE_BYTES="100000")
+        self.assert_whole(self.folder / "lines.pdf")
+
+    def test_pages_of_one_file_count_together(self):
+        self.plot("pages.plt", (self.LINES + b"PG;") * 3)
+        self.assertEqual(self.run_it("--print-to", "pages.pdf", "pages.plt", KEL_MOST_PAGE_BYTES="200000"),
+                         (1, "kelhpgl: cannot write pages.pdf: the page is too large\n"))
+        self.prints("--print-to", "pages.pdf", "pages.plt", KEL_MOST_PAGE_BYTES="300000")
+        self.assert_whole(self.folder / "pages.pdf")
+
+    def test_much_is_kept_in_a_file(self):
+        """Beyond 16 MiB, four million points. The same lines again and again are the same picture."""
+        begin, there_and_back, end = b"IN;SP1;PU0,0;PD1000,1000;", b"PR9,0,-9,0;", b"PA0,500;"
+        self.plot("often.plt", begin + there_and_back * 2200000 + end)
+        self.plot("twice.plt", begin + there_and_back * 2 + end)
+        for name in ("often", "twice"):
+            self.prints("--as-is", "--print-to", "%n.png", f"{name}.plt")
+        self.assertEqual((self.folder / "often.png").read_bytes(), (self.folder / "twice.png").read_bytes())
+
+    def test_it_ends_at_once_whatever_it_does(self):
+        self.plot("circles.plt", self.CIRCLES * 1000)
+        for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP):
+            for manner in (["--print-to", "out.pdf"], ["--print-to", "out.svg"], ["--picture", "out.png"]):
+                for wait in (0.5, 2.5):
+                    process = subprocess.Popen([PROGRAM, *manner, "circles.plt"], cwd=self.folder, env=environment(),
+                                               stdin=subprocess.DEVNULL, stderr=subprocess.PIPE)
+                    time.sleep(wait)
+                    process.send_signal(number)
+                    begun = time.monotonic()
+                    process.communicate(timeout=PATIENCE)
+                    self.assertLess(time.monotonic() - begun, 2)
+                    self.assertNotEqual(process.returncode, 0)
+                    self.assertEqual(self.files(), [b"circles.plt", b"square.plt"])
+
+
+# ---- files that are not its own -------------------------------------------------------------------------------------
+
+class Guards(Printing):
+    def test_a_picture_has_its_ending(self):
+        for arguments in (["--picture", "square.plt"], ["--picture", "square.plt", "other.plt"]):
+            self.assertEqual(self.run_it(*arguments),
+                             (2, "kelhpgl: no name that ends with .png: square.plt\n" + HINT))
+        self.assertEqual((self.folder / "square.plt").read_bytes(), SQUARE)
+
+    def test_no_picture_is_written_onto_its_source(self):
+        self.plot("plot.png", SQUARE)
+        (self.folder / "link.png").symlink_to("plot.png")
+        os.link(self.folder / "plot.png", self.folder / "hard.png")
+        for output in ("plot.png", "./plot.png", "link.png", "hard.png"):
+            for arguments in (["--picture", output, "plot.png"], ["plot.png", "--picture", output]):
+                self.assertEqual(self.run_it(*arguments),
+                                 (1, f"kelhpgl: cannot write {output}: it is one of the drawings\n"))
+            with open(self.folder / "plot.png", "rb") as stdin:
+                self.assertEqual(self.run_it("--picture", output, "-", stdin=stdin)[0], 1)
+        self.assertEqual((self.folder / "plot.png").read_bytes(), SQUARE)
+
+    def test_standard_input_is_a_source_too(self):
+        self.plot("plot.pdf", SQUARE)
+        with open(self.folder / "plot.pdf", "rb") as stdin:
+            self.assertEqual(self.run_it("--print-to", "plot.pdf", "-", stdin=stdin)[0], 1)
+        self.assertEqual((self.folder / "plot.pdf").read_bytes(), SQUARE)
+
+    def test_two_names_for_one_output_are_one(self):
+        (self.folder / "second.pdf").symlink_to("first.pdf")
+        self.plot("first.plt", SQUARE)
+        self.plot("second.plt", SQUARE)
+        self.assertEqual(self.run_it("--print-to", "%n.pdf", "first.plt", "second.plt")[0], 1)
+        self.assert_whole(self.folder / "first.pdf")
+        self.assertTrue((self.folder / "second.pdf").is_symlink())
 
 
 # ---- many files -----------------------------------------------------------------------------------------------------

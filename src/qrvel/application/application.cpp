@@ -1,5 +1,7 @@
 #include "application.h"
 
+#include <unistd.h>
+
 #include <QWidget>
 #include <clocale>
 #include <cstdio>
@@ -45,10 +47,15 @@ Application::Application(Options taken) : options(std::move(taken)), qt(makeQApp
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(makeAppIcon());
 
+    for (const QByteArray& source : options.sources) {
+        source == STANDARD_INPUT ? filesRead.add(STDIN_FILENO) : filesRead.add(source.toStdString());
+    }
     if (!options.printTo.isEmpty()) conversion = std::make_unique<Conversion>(options);
+    if (!options.picture.isEmpty()) status = 1;  // until it is written
     variables.notifyId = options.notifyId;
     variables.notifyWindow = reinterpret_cast<void*>(options.notifyWindow);
-    endSignals = std::make_unique<EndSignals>(quitApplication);
+    endSignals =
+        std::make_unique<EndSignals>(quitApplication, !options.printTo.isEmpty() || !options.picture.isEmpty());
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, quitApplication, Qt::DirectConnection);
     running = this;
     pump::setInputBlock([] { return running != nullptr && running->state.inputBlocked != 0; });

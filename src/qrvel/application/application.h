@@ -8,6 +8,7 @@
 
 #include "conversion.h"
 #include "end_signals.h"
+#include "file_ids.h"
 #include "handles.h"
 #include "language.h"
 #include "messages.h"
@@ -32,6 +33,7 @@ struct Application : Object {
     QTranslator qtTexts;                     // of Qt's own windows
     const char* const* loadTitle = nullptr;  // where the viewer keeps these of its texts (Wloadtxt), which it may
     const char* const* loadText = nullptr;   // still replace by its own; not owned
+    kelfiles::FileIds filesRead;             // what drawings come from: never to be written
     std::unique_ptr<Conversion> conversion;  // with --print-to
     MessageQueue messages;
     std::unique_ptr<EndSignals> endSignals;

@@ -14,9 +14,26 @@ namespace {
 
 constexpr int SIGNALS[] = {SIGINT, SIGTERM, SIGHUP};
 
-std::atomic<int> signalledEvent{-1};
+constexpr unsigned PATIENCE = 1;  // seconds
 
-void onSignal(int /*number*/) {
+std::atomic<int> signalledEvent{-1};
+std::atomic<bool> endsAtOnce{false};
+std::atomic<int> lastSignal{SIGTERM};
+
+// As if the signal that asked for the end had never been waited for.
+void onPatienceOver(int /*number*/) {
+    const int number = lastSignal;
+    sigset_t one;
+    sigemptyset(&one);
+    sigaddset(&one, number);
+    std::signal(number, SIG_DFL);
+    pthread_sigmask(SIG_UNBLOCK, &one, nullptr);
+    std::raise(number);
+}
+
+void onSignal(int number) {
+    lastSignal = number;
+    if (endsAtOnce) alarm(PATIENCE);
     const int kept = errno;
     const uint64_t one = 1;
     [[maybe_unused]] const auto written = write(signalledEvent, &one, sizeof one);
@@ -34,13 +51,15 @@ void setHandler(int number, void (*handler)(int)) {
 
 }  // namespace
 
-EndSignals::EndSignals(std::function<void()> ended)
+EndSignals::EndSignals(std::function<void()> ended, bool atOnce)
     : event_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), notifier_(event_, QSocketNotifier::Read) {
     QObject::connect(&notifier_, &QSocketNotifier::activated, [event = event_, ended = std::move(ended)] {
         uint64_t count = 0;
         if (read(event, &count, sizeof count) > 0) ended();
     });
     signalledEvent = event_;
+    endsAtOnce = atOnce;
+    if (atOnce) setHandler(SIGALRM, onPatienceOver);
     for (const int number : SIGNALS) {
         setHandler(number, onSignal);
     }

@@ -16,7 +16,6 @@
 #include "conversion.h"
 #include "page_format.h"
 #include "protocol.h"
-#include "source_reader.h"
 
 namespace qrvel {
 
@@ -31,6 +30,7 @@ using Words = std::span<const char* const>;
 }
 
 void setPicture(Options& options, const char* value) {
+    if (formatOf(value) != PageFormat::Png) refuse("no name that ends with .png", value);
     options.picture = value;
 }
 

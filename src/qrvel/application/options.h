@@ -9,8 +9,10 @@
 
 namespace qrvel {
 
+inline constexpr char STANDARD_INPUT[] = "-";
+
 struct Options {
-    QByteArrayList sources;      // file names as their bytes, "-" for standard input, in the order given
+    QByteArrayList sources;      // file names as their bytes, STANDARD_INPUT among them, in the order given
     bool pipedIn = false;        // no source is named, but there is a pipe or a file on standard input
     bool frames = false;         // standard input carries frames, answers go to standard output
     QByteArray channelName;      // under which hosts find the viewer; empty: they do not

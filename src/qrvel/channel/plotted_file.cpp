@@ -7,6 +7,7 @@
 #include <system_error>
 #include <utility>
 
+#include "memory.h"
 #include "plot_recognition.h"
 #include "plot_report.h"
 
@@ -15,6 +16,12 @@ namespace qrvel {
 namespace {
 
 constexpr auto WORK_IS_DONE = QEvent::User;  // nobody else posts to it
+
+// Of a page's text: the viewer makes three times as much of it, and a page to print comes to it.
+qint64 mostTextBytes() {
+    constexpr uint64_t PART_OF_MEMORY = 12;
+    return static_cast<qint64>(kelfiles::memoryInAll() / PART_OF_MEMORY);
+}
 
 }  // namespace
 
@@ -82,13 +89,17 @@ void PlottedFile::doLook(bool asIs) {
 
 void PlottedFile::doWritePage(std::size_t page) {
     auto written = std::make_unique<Spool>();
+    qint64 size = 0;
     const auto append = [&](std::string_view piece) {
-        return !stop_ && written->append(piece.data(), static_cast<qint64>(piece.size()));
+        size += static_cast<qint64>(piece.size());
+        return !stop_ && size <= mostTextBytes() && written->append(piece.data(), static_cast<qint64>(piece.size()));
     };
     const bool whole = plotter::write(file_->bytes(), found_.survey, page, append, watch());
     if (stop_) return;
     if (whole && written->finish()) {
         page_ = std::move(written);
+    } else if (size > mostTextBytes()) {
+        failure_ = "the page takes more than the memory";
     } else {
         failure_ = written->failure().isEmpty() ? QString("there is no such page") : written->failure();
     }

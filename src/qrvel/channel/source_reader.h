@@ -7,11 +7,10 @@
 #include <functional>
 #include <memory>
 
+#include "options.h"
 #include "spool.h"
 
 namespace qrvel {
-
-inline constexpr char STANDARD_INPUT[] = "-";
 
 class SourceReader {
   public:

@@ -1,6 +1,6 @@
 #include "spool.h"
 
-#include <unistd.h>
+#include "memory.h"
 
 namespace qrvel {
 
@@ -8,9 +8,9 @@ namespace {
 
 constexpr qint64 MOST_IN_MEMORY = qint64{16} * 1024 * 1024;
 
-// A drawing takes several times its size when it is parsed, so half of the machine's memory is the limit.
+// A drawing takes several times its size when it is parsed, so half of the memory is the limit.
 struct Limit {
-    qint64 bytes = static_cast<qint64>(sysconf(_SC_PHYS_PAGES)) * sysconf(_SC_PAGESIZE) / 2;
+    qint64 bytes = static_cast<qint64>(kelfiles::memoryInAll() / 2);
     QString reason = "more data than half of the memory";
 };
 

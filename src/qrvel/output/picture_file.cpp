@@ -30,20 +30,19 @@ void savePictureAfterPaint(const Child& child) {
     if (app->options.picture.isEmpty() || app->state.quit != 0) return;
     const DataChannel* channel = findDataChannel();
     if (channel == nullptr || !channel->hasDelivered() || !child.surface || !child.surface->isComplete()) return;
-    const std::string problem = save(child.surface->shown(), app->options.picture);
+    const std::string problem = app->filesRead.hold(app->options.picture.toStdString())
+                                    ? qPrintable(ownText(OwnText::IsSource))
+                                    : save(child.surface->shown(), app->options.picture);
     if (!problem.empty()) {
         showNotice(ownText(OwnText::CannotWrite)
                        .arg(QString::fromLocal8Bit(app->options.picture), QString::fromStdString(problem)));
-        app->status = 1;
     }
+    app->status = problem.empty() ? 0 : 1;
     quitApplication();
 }
 
 void failPicture() {
-    Application* app = application();
-    if (app->options.picture.isEmpty()) return;
-    app->status = 1;
-    quitApplication();
+    if (!application()->options.picture.isEmpty()) quitApplication();
 }
 
 }  // namespace qrvel

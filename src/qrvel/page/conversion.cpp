@@ -1,13 +1,12 @@
 #include "conversion.h"
 
-#include <sys/stat.h>
+#include <utility>
 
 #include "application.h"
 #include "notices.h"
 #include "own_texts.h"
 #include "page_delivery.h"
 #include "page_format.h"
-#include "source_reader.h"
 
 namespace qrvel {
 
@@ -71,22 +70,21 @@ Conversion::Conversion(const Options& options) : pattern_(options.printTo), sour
     choice_.paper = options.paper;
     choice_.landscape = options.landscape;
     choice_.dpi = options.dpi;
-    for (const QByteArray& source : options.sources) {
-        if (const auto id = idOf(source)) sourceIds_.insert(*id);
-    }
 }
 
 Conversion::~Conversion() = default;
 
-std::optional<Conversion::FileId> Conversion::idOf(const QByteArray& file) {
-    struct stat about = {};
-    if (stat(file.constData(), &about) != 0) return std::nullopt;
-    return FileId(about.st_dev, about.st_ino);
+std::size_t Conversion::bytesKept() const {
+    std::size_t bytes = 0;
+    for (const auto& page : pages_) {
+        bytes += page->page.recording().bytes();
+    }
+    return bytes;
 }
 
-bool Conversion::isSource(const QByteArray& file) const {
-    const auto id = idOf(file);
-    return id && sourceIds_.contains(*id);
+// By what it is, not by its name: it may have several.
+void Conversion::written() {
+    written_.add(choice_.fileName.toStdString());
 }
 
 void Conversion::reading(const QByteArray& source) {
@@ -108,9 +106,10 @@ bool Conversion::begin(const QByteArray& source, const SourcePage& page) {
     }
     const bool oneOfSeveral = !keepsPagesTogether() && !(page.first && page.last);
     choice_.fileName = outputName(pattern_, source, page.number, oneOfSeveral);
-    if (written_.contains(choice_.fileName)) {
+    const std::string name = choice_.fileName.toStdString();
+    if (written_.hold(name)) {
         sayWhy(OwnText::WrittenAlready);
-    } else if (isSource(choice_.fileName)) {
+    } else if (application()->filesRead.hold(name)) {
         sayWhy(OwnText::IsSource);
     } else {
         return true;

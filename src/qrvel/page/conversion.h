@@ -5,11 +5,9 @@
 #include <QByteArray>
 #include <cstdint>
 #include <memory>
-#include <optional>
-#include <set>
-#include <utility>
 #include <vector>
 
+#include "file_ids.h"
 #include "own_texts.h"
 #include "print_choice.h"
 
@@ -47,9 +45,11 @@ class Conversion {
     // Takes a page that has been drawn, and answers those that are to be written now: itself or, where they are kept
     // together, none before the last page, and then all.
     PrintedPages collect(std::unique_ptr<PrintedPage> page);
+    // What those that wait for the last one take.
+    std::size_t bytesKept() const;
 
     // What became of the source: its file is written; nothing, which has been said; or nothing, which is said here.
-    void written() { written_.insert(choice_.fileName); }
+    void written();
     void fail() { failed_ = true; }
     void notPrinted();
     // No source is left.
@@ -59,18 +59,13 @@ class Conversion {
     int32_t status() const { return failed_ || !ended_ ? 1 : 0; }
 
   private:
-    using FileId = std::pair<uint64_t, uint64_t>;  // device and inode
-
-    static std::optional<FileId> idOf(const QByteArray& file);
-    bool isSource(const QByteArray& file) const;
     void sayWhy(OwnText reason);
 
     QByteArray pattern_;
     PrintChoice choice_;
     qsizetype sources_;
     qsizetype read_ = 0;
-    std::set<FileId> sourceIds_;
-    std::set<QByteArray> written_;
+    kelfiles::FileIds written_;
     SourcePage page_;          // whose picture comes next, or came last
     PrintedPages pages_;       // before it that go into the same file
     bool incomplete_ = false;  // one of them is missing, so that file is not written

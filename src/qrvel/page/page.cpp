@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <new>
 
+#include "memory.h"
+
 namespace qrvel {
 
 namespace {
@@ -23,11 +25,18 @@ OUTPoint corner(int64_t x, int64_t y) {
 
 }  // namespace
 
+std::size_t mostPageBytes() {
+    constexpr std::size_t PART_OF_MEMORY = 8;
+    const auto asked = qgetenv("KEL_MOST_PAGE_BYTES").toULongLong();
+    return asked > 0 ? asked : kelfiles::memoryInAll() / PART_OF_MEMORY;
+}
+
 template <class Keep>
 void Page::keep(Keep keep) {
     if (tooLarge_) return;
     try {
         keep();
+        if (recording_.bytes() > mostBytes_) throw std::bad_alloc();
     } catch (const std::bad_alloc&) {
         tooLarge_ = true;
         recording_ = Recording(sheet_);

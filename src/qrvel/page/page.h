@@ -10,9 +10,15 @@
 
 namespace qrvel {
 
+// Bytes that the pages of one file may take together: an eighth of the memory, for the picture that they come from and
+// the file that they become need some, too. KEL_MOST_PAGE_BYTES in the environment asks for another number.
+std::size_t mostPageBytes();
+
 class Page final : public OutputDevice {
   public:
-    explicit Page(const Sheet& sheet) : sheet_(sheet), recording_(sheet) {}
+    // mostBytes: of its drawing.
+    explicit Page(const Sheet& sheet, std::size_t mostBytes = mostPageBytes())
+        : sheet_(sheet), mostBytes_(mostBytes), recording_(sheet) {}
 
     const Sheet& sheet() const { return sheet_; }
     const Recording& recording() const { return recording_; }
@@ -35,6 +41,7 @@ class Page final : public OutputDevice {
     void keep(Keep keep);
 
     Sheet sheet_;
+    std::size_t mostBytes_;
     Recording recording_;
     bool tooLarge_ = false;
 };

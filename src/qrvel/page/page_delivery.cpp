@@ -2,13 +2,14 @@
 
 #include <cups/cups.h>
 
-#include <QBuffer>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <QTemporaryFile>
 #include <algorithm>
 #include <new>
 
 #include "data_channel.h"
+#include "file_device.h"
 #include "own_texts.h"
 #include "page_format.h"
 #include "page_painter.h"
@@ -29,36 +30,33 @@ QString cannotPrint(const PageGoal& goal, const QString& reason) {
 
 using Pages = std::span<const Page* const>;
 
-// The whole file in memory, so that what stands in the way of writing it is known at once, and where from. Empty when
-// a page is too large.
-QByteArray contentOf(Pages pages, const PageGoal& goal) {
-    QBuffer content;
-    content.open(QBuffer::WriteOnly);
-    const bool drawn = writePages(content, goal.format, goal.dpi, pages);
-    return drawn ? content.data() : QByteArray();
-}
-
-std::string_view viewOf(const QByteArray& bytes) {
-    return {bytes.constData(), static_cast<std::size_t>(bytes.size())};
+// Straight into the file, for it may be many times as large as the drawing. Answers what went wrong, or nothing.
+QString draw(int descriptor, Pages pages, const PageGoal& goal) {
+    FileDevice device(descriptor);
+    const bool drawn = writePages(device, goal.format, goal.dpi, pages);
+    const QString problem = device.finish();
+    return drawn || !problem.isEmpty() ? problem : ownText(OwnText::PageTooLarge);
 }
 
 QString writeFile(Pages pages, const PageGoal& goal) {
-    const std::string name = goal.name.toStdString();
-    std::string problem = kelfiles::obstacleTo(name);
-    if (problem.empty()) {
-        const QByteArray content = contentOf(pages, goal);
-        if (content.isEmpty()) return cannotWrite(goal, ownText(OwnText::PageTooLarge));
-        problem = kelfiles::writeWhole(name, viewOf(content));
+    kelfiles::WholeFile whole(goal.name.toStdString());
+    if (!whole.problem().empty()) return cannotWrite(goal, QString::fromStdString(whole.problem()));
+    if (const QString problem = draw(whole.descriptor(), pages, goal); !problem.isEmpty()) {
+        return cannotWrite(goal, problem);
     }
-    return problem.empty() ? QString() : cannotWrite(goal, QString::fromStdString(problem));
+    return whole.finish() ? QString() : cannotWrite(goal, QString::fromStdString(whole.problem()));
 }
 
 QString sendToHost(Pages pages, const PageGoal& goal) {
     DataChannel* channel = findDataChannel();
     if (channel == nullptr || !channel->takesPages()) return ownText(OwnText::NoHost);
-    const QByteArray content = contentOf(pages, goal);
-    if (content.isEmpty()) return cannotWrite(goal, ownText(OwnText::PageTooLarge));
-    channel->sendPage(endingOf(goal.format), viewOf(content));
+    QTemporaryFile file;
+    const QString problem = file.open() ? draw(file.handle(), pages, goal) : file.errorString();
+    if (!problem.isEmpty()) return cannotWrite(goal, problem);
+    const uchar* const content = file.map(0, file.size());
+    if (content == nullptr) return cannotWrite(goal, file.errorString());
+    channel->sendPage(endingOf(goal.format),
+                      {reinterpret_cast<const char*>(content), static_cast<std::size_t>(file.size())});
     return {};
 }
 

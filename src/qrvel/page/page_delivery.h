@@ -23,7 +23,7 @@ struct PageGoal {
 };
 
 struct PrintedPage {
-    PrintedPage(const Sheet& sheet, PageGoal to) : page(sheet), goal(std::move(to)) {}
+    PrintedPage(const Sheet& sheet, PageGoal to, std::size_t mostBytes) : page(sheet, mostBytes), goal(std::move(to)) {}
 
     Page page;
     PageGoal goal;

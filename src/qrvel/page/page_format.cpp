@@ -1,5 +1,6 @@
 #include "page_format.h"
 
+#include <QBuffer>
 #include <QImageWriter>
 #include <QPageLayout>
 #include <QPainter>
@@ -48,7 +49,9 @@ bool writePdf(QIODevice& device, int /*dpi*/, Pages pages) {
 }
 
 bool writeSvg(QIODevice& device, int /*dpi*/, Pages pages) {
+    constexpr std::size_t TIMES_AS_LARGE = 4;  // the text, which is made in memory
     const Page& page = *pages.front();
+    if (page.recording().bytes() > mostPageBytes() / TIMES_AS_LARGE) return false;
     const Placement placement = placeOf(page);
     const QSizeF units = placement.paper * UNITS_A_MILLIMETRE;
     QSvgGenerator generator;
@@ -71,9 +74,10 @@ bool writePng(QIODevice& device, int dpi, Pages pages) {
     const int dotsAMetre = static_cast<int>(std::lround(dpi * 1000.0 / MILLIMETRES_AN_INCH));
     image.setDotsPerMeterX(dotsAMetre);
     image.setDotsPerMeterY(dotsAMetre);
-    QImageWriter writer(&device, "PNG");
+    QBuffer content;  // libpng would speak of a full disk itself
+    QImageWriter writer(&content, "PNG");
     writer.setQuality(PNG_QUALITY);
-    return writer.write(image);
+    return writer.write(image) && device.write(content.data()) == content.size();
 }
 
 struct Row {

@@ -83,8 +83,10 @@ int32_t OUTopendevice(WHandle child, uint32_t destination, uint32_t format, cons
     if (found == nullptr) return 0;
     const PrintChoice choice = currentPrintChoice();
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    found->printed = std::make_unique<PrintedPage>(layOut(choice.paper, choice.landscape),
-                                                   goalOf(destination, format, name, choice));
+    const std::size_t kept = conversion() != nullptr ? conversion()->bytesKept() : 0;
+    found->printed =
+        std::make_unique<PrintedPage>(layOut(choice.paper, choice.landscape), goalOf(destination, format, name, choice),
+                                      mostPageBytes() - std::min(mostPageBytes(), kept));
     found->page = &found->printed->page;
     sendSizeOfContainer(found->container);
     return 1;

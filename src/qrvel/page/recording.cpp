@@ -58,7 +58,7 @@ void Recording::include(int x, int y) {
 }
 
 void Recording::addPoint(int x, int y, bool begins) {
-    points_.emplace_back(x, y, begins);
+    points_.push_back(PagePoint(x, y, begins));
     include(x, y);
 }
 
@@ -169,10 +169,11 @@ void Recording::addOutline(const Text& cell, unsigned char character, uint32_t c
 
 void Recording::addRun(const Text& run, std::string_view bytes, uint32_t colour) {
     if (std::all_of(bytes.begin(), bytes.end(), [](char c) { return c == ' '; })) return;
-    texts_.push_back(run);
-    texts_.back().begin = characters_.size();
-    texts_.back().length = bytes.size();
+    Text placed = run;
+    placed.begin = characters_.size();
+    placed.length = bytes.size();
     characters_ += bytes;
+    texts_.push_back(placed);
     open(Kind::Text, 0, colour);
     steps_.back().end = texts_.size();
     const auto low = static_cast<int>(std::floor(run.y));

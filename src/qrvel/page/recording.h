@@ -1,7 +1,8 @@
 // What is drawn on a page, kept in the order in which it was drawn: only when all of it is known can it be centred.
 //
-// Four bytes a point, so a plot of millions of lines is kept whole: what cannot be seen on the sheet is cut off on the
-// way in, and the rest has coordinates of 15 bits. Lines that go on where the one before ended are joined.
+// Four bytes a point, and in a file where they are many, so a plot of millions of lines is kept whole: what cannot be
+// seen on the sheet is cut off on the way in, and the rest has coordinates of 15 bits. Lines that go on where the one
+// before ended are joined. Each operation that keeps something throws std::bad_alloc when there is no room for it.
 #pragma once
 
 #include <QPolygonF>
@@ -11,10 +12,10 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "out.h"
 #include "paper.h"
+#include "spooled_array.h"
 
 namespace qrvel {
 
@@ -56,6 +57,11 @@ class Recording {
 
     void clear();
     bool isEmpty() const { return steps_.empty(); }
+    // That it takes, in memory and in its files.
+    std::size_t bytes() const {
+        return points_.size() * sizeof(PagePoint) + steps_.size() * sizeof(Step) + texts_.size() * sizeof(Text) +
+               characters_.size();
+    }
     // Of all that was drawn in the area of the sheet; nothing when nothing was.
     std::optional<QRectF> bounds() const;
 
@@ -116,9 +122,9 @@ class Recording {
     int areaHeight_;
     int bleed_;   // units around the area that are kept
     Reach thin_;  // of thin strokes, and of areas
-    std::vector<Step> steps_;
-    std::vector<PagePoint> points_;
-    std::vector<Text> texts_;
+    kelfiles::SpooledArray<Step> steps_;
+    kelfiles::SpooledArray<PagePoint> points_;
+    kelfiles::SpooledArray<Text> texts_;
     std::string characters_;
     bool overflows_ = false;
     OUTPoint lowest_{};  // corners of what was drawn
@@ -129,10 +135,10 @@ template <class Drawer>
 void Recording::drawOn(Drawer& drawer) const {
     std::size_t point = 0;
     std::size_t text = 0;
-    for (const Step& step : steps_) {
+    for (const Step& step : steps_.all()) {
         if (step.kind == Kind::Text) {
             for (; text < step.end; ++text) {
-                const Text& kept = texts_[text];
+                const Text& kept = texts_.all()[text];
                 drawer.text(PageText{.x = kept.x,
                                      .y = kept.y,
                                      .cellWidth = kept.cellWidth,
@@ -142,7 +148,7 @@ void Recording::drawOn(Drawer& drawer) const {
             }
             continue;
         }
-        const std::span points = std::span(points_).subspan(point, step.end - point);
+        const std::span points = points_.all().subspan(point, step.end - point);
         point = step.end;
         if (step.kind == Kind::Stroke) {
             drawer.stroke(points, step.width, step.colour);
