@@ -44,6 +44,7 @@ CBlock* GetNewCBlock(CBlockList* blocks) {
     }
     const CBlock fresh = {HPGL_BLOCK_SIZE, 0, data, data, data};
     if (!HPGLappendListElement(blocks, &fresh, 1, sizeof fresh, printBlock, freeBlock)) {
+        TRCTraceError(HPGLTraceHandle, "GetNewCBlock: no memory to append NewCBlock\n");
         free(data);
         return nullptr;
     }

@@ -40,14 +40,17 @@ CBlock* HPGLlastCBlock(CBlockList* blocks);
 // null (after an error line, list unchanged) when memory is lacking.
 CBlock* GetNewCBlock(CBlockList* blocks);
 
+inline bool HPGLCBlockHasRoom(const CBlock* block, int32_t n) {
+    return block->Occupied + n < block->Size;
+}
 // The block into which n more bytes can be written: this one or a new one; null when none can be had.
 inline CBlock* HPGLCBlockMakeRoom(CBlockList* blocks, CBlock* block, int32_t n) {
-    return block->Occupied + n < block->Size ? block : GetNewCBlock(blocks);
+    return HPGLCBlockHasRoom(block, n) ? block : GetNewCBlock(blocks);
 }
 
 // Takes n bytes behind actPnt as written; 0 when that would fill the block.
 inline int32_t HPGLCBlockAdvance(CBlock* block, int32_t n) {
-    if (block->Occupied + n >= block->Size) return 0;
+    if (!HPGLCBlockHasRoom(block, n)) return 0;
     block->Occupied += n;
     block->actPnt += n;
     return 1;

@@ -24,6 +24,14 @@ int32_t signedValue(uint32_t sum) {
     return sum % 2 == 0 ? half : -half;
 }
 
+// The record was opened with the count of all its values: one for which there is no block is taken off again.
+int32_t storeBytes(IStatus* status, CBlockList* blocks, CBlock** block, const void* bytes, int32_t n) {
+    if (HPGLwriteBytes(blocks, block, bytes, n) != 0) return 1;
+    status->parameterCount -= status->polyline.owed;
+    HPGLkeepValue(status, *block, bytes, n);
+    return 0;
+}
+
 int32_t storeValue(IStatus* status, CBlockList* blocks, CBlock** block, int32_t value, bool wasCut) {
     EncodedPolyline& polyline = status->polyline;
     if (polyline.item == PolylineItem::FractionBits) {
@@ -33,9 +41,9 @@ int32_t storeValue(IStatus* status, CBlockList* blocks, CBlock** block, int32_t 
     // A pen number that was cut is stored like every value completed later, in 32 bits.
     if (polyline.item == PolylineItem::PenNumber && !wasCut) {
         const auto pen = static_cast<int16_t>(value);
-        return HPGLwriteBytes(blocks, block, &pen, sizeof pen);
+        return storeBytes(status, blocks, block, &pen, sizeof pen);
     }
-    return HPGLwriteBytes(blocks, block, &value, sizeof value);
+    return storeBytes(status, blocks, block, &value, sizeof value);
 }
 
 int32_t endItem(IStatus* status, CBlockList* blocks, CBlock** block) {

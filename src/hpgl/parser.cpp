@@ -30,16 +30,40 @@ int32_t beginCall(Chunk* chunk) {
 
 // ---- parameters -----------------------------------------------------------------------------------------------------
 
-// Counts a parameter; true while it is one that is stored.
-bool countParameter(IStatus* status) {
+// Of the next parameter: those beyond are counted only.
+bool isStored(const IStatus* status) {
+    return status->parameterCount < HPGL_MAX_PARAMETERS;
+}
+
+void countParameter(IStatus* status) {
     if (status->parameterCount < INT32_MAX) ++status->parameterCount;
-    return status->parameterCount <= HPGL_MAX_PARAMETERS;
+}
+
+int32_t storeValue(IStatus* status, CBlockList* blocks, CBlock** block, const void* bytes, int32_t n) {
+    if (HPGLwriteBytes(blocks, block, bytes, n) == 0) {
+        HPGLkeepValue(status, *block, bytes, n);
+        return 0;
+    }
+    countParameter(status);
+    return 1;
+}
+
+// What found no block in an earlier call.
+int32_t storeOwedValue(Chunk* chunk) {
+    IStatus* status = chunk->status;
+    if (status->owedBytes == 0) return 1;
+    if (HPGLwriteBytes(chunk->parser->blocks, &chunk->block, status->owedValue, status->owedBytes) == 0) return 0;
+    status->owedBytes = 0;
+    countParameter(status);
+    setNoOfParameters(chunk->block, status->parameterCount);
+    return 1;
 }
 
 int32_t countAndConvert(Chunk* chunk) {
     IStatus* status = chunk->status;
-    if (!countParameter(status)) return 1;
-    return HPGLconvertParameter(status, chunk->parser->blocks, &chunk->block);
+    if (isStored(status)) return HPGLconvertParameter(status, chunk->parser->blocks, &chunk->block);
+    countParameter(status);
+    return 1;
 }
 
 // The signature repeats.
@@ -53,11 +77,11 @@ void nextSignatureLetter(IStatus* status) {
 
 int32_t completeParameter(Chunk* chunk) {
     IStatus* status = chunk->status;
-    if (countAndConvert(chunk) == 0) return 0;
+    const int32_t done = countAndConvert(chunk);
     nextSignatureLetter(status);
     status->pending = 0;
     status->bufferPointer = status->numberBuffer;
-    return 1;
+    return done;
 }
 
 void collect(IStatus* status, char c) {
@@ -128,9 +152,9 @@ bool takesPlainNumbers(const Chunk& chunk) {
 }
 
 // Takes separators and plain numbers as parseByte would, without a look-up, the number buffer or the C library, until
-// something else comes, which is left to parseByte.
-int32_t parsePlainNumbers(Chunk* chunk) {
-    if (!takesPlainNumbers(*chunk)) return 1;
+// something else comes, or the block is full, which is left to parseByte.
+void parsePlainNumbers(Chunk* chunk) {
+    if (!takesPlainNumbers(*chunk)) return;
     IStatus* status = chunk->status;
     const char* at = chunk->text + chunk->at;
     const char* end = chunk->text + chunk->length;
@@ -140,18 +164,17 @@ int32_t parsePlainNumbers(Chunk* chunk) {
         const char letter = *status->signatureLetter;
         if (number.behind == nullptr || !endsNumber(number.behind, end)) break;
         if (letter == 'C' || (number.minusZero && letter == 'R')) break;
-        if (countParameter(status)) {
-            chunk->block = HPGLCBlockMakeRoom(chunk->parser->blocks, chunk->block, letter == 'I' ? 2 : 4);
-            if (chunk->block == nullptr) return 0;
+        if (isStored(status)) {
+            if (!HPGLCBlockHasRoom(chunk->block, letter == 'I' ? 2 : 4)) break;
             appendPlainNumber(chunk->block, letter, number.value);
         }
+        countParameter(status);
         nextSignatureLetter(status);
         at = *number.behind == '-' ? number.behind - 1 : number.behind;
     }
     const auto used = at - (chunk->text + chunk->at);
     if (used > 0) status->mnemonic[1] = at[-1];
     chunk->at += used;
-    return 1;
 }
 
 // ---- the bytes behind a command -------------------------------------------------------------------------------------
@@ -199,11 +222,14 @@ int32_t parseLabelByte(Chunk* chunk, char c) {
         HPGLcloseCommand(status);
         return 1;
     }
-    if (countParameter(status) && HPGLwriteBytes(chunk->parser->blocks, &chunk->block, &c, 1) == 0) {
-        return 0;
+    int32_t done = 1;
+    if (isStored(status)) {
+        done = storeValue(status, chunk->parser->blocks, &chunk->block, &c, 1);
+    } else {
+        countParameter(status);
     }
     TRCTrace(HPGLTraceHandle, TRC_DETAIL, "%c", c);
-    return 1;
+    return done;
 }
 
 int32_t parsePolylineBytes(Chunk* chunk) {
@@ -298,7 +324,11 @@ int32_t beginCommand(Chunk* chunk, const HPGLCommand* row) {
 
 int32_t openCommand(Chunk* chunk, const HPGLCommand* row) {
     IStatus* status = chunk->status;
-    if (closeRecord(chunk) == 0 || beginCommand(chunk, row) == 0) return 0;
+    if (closeRecord(chunk) == 0) {
+        HPGLcloseCommand(status);  // what follows is no parameter of it
+        return 0;
+    }
+    if (beginCommand(chunk, row) == 0) return 0;
     status->commandId = static_cast<int32_t>(row->id);
     status->bufferPointer = status->numberBuffer;
     status->signatureStart = row->signature;
@@ -383,10 +413,10 @@ int32_t parseByte(Chunk* chunk) {
 }
 
 int32_t parseChunk(Chunk* chunk) {
-    if (beginCall(chunk) == 0) return 0;
+    if (beginCall(chunk) == 0 || storeOwedValue(chunk) == 0) return 0;
     if (chunk->status->pseudoLength > 0 && continuePseudoName(chunk) == 0) return 0;
     while (chunk->at < chunk->length) {
-        if (parsePlainNumbers(chunk) == 0) return 0;
+        parsePlainNumbers(chunk);
         if (chunk->at < chunk->length && parseByte(chunk) == 0) return 0;
     }
     // The same record may grow in the next call; its count is written again then.
@@ -405,10 +435,17 @@ int32_t HPGLwriteBytes(CBlockList* blocks, CBlock** block, const void* bytes, in
     return 1;
 }
 
+void HPGLkeepValue(IStatus* status, CBlock* block, const void* bytes, int32_t n) {
+    setNoOfParameters(block, status->parameterCount);
+    memcpy(status->owedValue, bytes, static_cast<size_t>(n));
+    status->owedBytes = n;
+}
+
 int32_t HPGLopenRecord(IStatus* status, CBlockList* blocks, CBlock** block, uint8_t id, uint8_t count) {
+    const uint8_t head[] = {id, count};
     HPGLCBlockMarkCommand(*block);
     status->parameterCount = count;
-    if (HPGLwriteBytes(blocks, block, &id, 1) != 0 && HPGLwriteBytes(blocks, block, &count, 1) != 0) return 1;
+    if (HPGLwriteBytes(blocks, block, head, sizeof head) != 0) return 1;
     // Without a record there is no count to write, and nothing that parameters could belong to.
     HPGLCBlockClearCommand(*block);
     HPGLcloseCommand(status);
@@ -424,38 +461,40 @@ int32_t HPGLconvertParameter(IStatus* status, CBlockList* blocks, CBlock** block
     const char* text = status->numberBuffer;
     const PlainNumber plain = readPlainNumber(text, status->bufferPointer);
     const bool isPlain = plain.behind == status->bufferPointer;
+    const bool isFirst = status->parameterCount == 0;
     int32_t done = 1;
     *status->bufferPointer = '\0';
     switch (*status->signatureLetter) {
         case 'C': {
             const auto length = static_cast<int32_t>(status->bufferPointer - text);
-            done = HPGLwriteBytes(blocks, block, text, length);
+            done = storeValue(status, blocks, block, text, length);
             TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %s", text);
             break;
         }
         case 'I': {
             const auto value = static_cast<int16_t>(isPlain ? plain.value : atoi(text));
-            done = HPGLwriteBytes(blocks, block, &value, sizeof value);
+            done = storeValue(status, blocks, block, &value, sizeof value);
             TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %d", static_cast<int>(value));
             break;
         }
         case 'L': {
             const auto value = isPlain ? plain.value : static_cast<int32_t>(atol(text));
-            done = HPGLwriteBytes(blocks, block, &value, sizeof value);
+            done = storeValue(status, blocks, block, &value, sizeof value);
             TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %d", static_cast<int>(value));
             break;
         }
         case 'R': {
             const bool isWhole = isPlain && !plain.minusZero;
             const auto value = isWhole ? static_cast<float>(plain.value) : static_cast<float>(atof(text));
-            done = HPGLwriteBytes(blocks, block, &value, sizeof value);
+            done = storeValue(status, blocks, block, &value, sizeof value);
             TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %f", static_cast<double>(value));
             break;
         }
         default:
-            break;  // no signature: counted, not stored
+            countParameter(status);  // no signature: there is nothing to store
+            break;
     }
-    if (status->commandId == CMD_DT && status->parameterCount == 1) status->labelTerminator = text[0];
+    if (status->commandId == CMD_DT && isFirst) status->labelTerminator = text[0];
     return done;
 }
 

@@ -72,6 +72,9 @@ struct IStatus {
     char pseudoName[10];
     int32_t pseudoLength;  // 0: none
     char lastByte;         // of the chunk before, as it stood in the text
+    // A whole value for which no block could be had; it is stored as soon as there is one.
+    char owedValue[HPGL_NUMBER_LENGTH];
+    int32_t owedBytes;  // of it; 0: none
 };
 
 // A parser instance; owns everything of the picture.

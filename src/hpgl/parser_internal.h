@@ -9,8 +9,12 @@ void HPGLresetStatus(IStatus* status);
 // Copies n bytes into the open record; *block is where it lies, before and after. 0 when no block could be had.
 int32_t HPGLwriteBytes(CBlockList* blocks, CBlock** block, const void* bytes, int32_t n);
 
-// Converts the number buffer by the current signature letter and appends it to the open record. 0 when no block could
-// be had.
+// Keeps a value of n bytes, at most HPGL_NUMBER_LENGTH, for which no block could be had: the next call of HPGLparseCode
+// begins with it. The open record, which lies in `block`, gets the count of those that are there.
+void HPGLkeepValue(IStatus* status, CBlock* block, const void* bytes, int32_t n);
+
+// Converts the number buffer by the current signature letter, appends it to the open record and counts it. 0 when no
+// block could be had: the value is then kept, and not counted.
 int32_t HPGLconvertParameter(IStatus* status, CBlockList* blocks, CBlock** block);
 
 // Decodes one value of an encoded polyline, going on from an incomplete one. Answers the number of bytes consumed; the

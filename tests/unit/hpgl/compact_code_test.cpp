@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <sstream>
 
 #include "display.h"
 #include "failing_allocator.h"
@@ -108,9 +109,13 @@ TEST_F(CompactCode, StaysAsItWasWithoutMemory) {
 TEST_F(CompactCode, LosesNothingWhenTheListHasNoMemory) {
     write(GetNewCBlock(&blocks), 7, 'a');
     for (int allocation = 1; allocation < 3; ++allocation) {
-        failing_allocator::failAfter(allocation);
-        GetNewCBlock(&blocks);
-        failing_allocator::reset();
+        EXPECT_EQ(traceOf(1,
+                          [&] {
+                              failing_allocator::failAfter(allocation);
+                              EXPECT_EQ(GetNewCBlock(&blocks), nullptr);
+                              failing_allocator::reset();
+                          }),
+                  "GetNewCBlock: no memory to append NewCBlock\n");
         EXPECT_EQ(occupiedOf(&blocks), "7 ");
     }
 }
@@ -327,6 +332,71 @@ TEST_F(CompactCode, OpensNoRecordWithoutABlock) {
     EXPECT_EQ(occupiedOf(TheParser->blocks), "29999 10 ");
     EXPECT_NE(recordsText().find("rec 0 29997 23 PU 0\nrec 1 0 20 PD 2 3 4\n"), std::string::npos);
 }
+
+struct LackRow : NamedRow {
+    int pensUp;             // PU records of two bytes in front
+    std::string_view text;  // its last value finds no block
+    std::string_view next;
+    const char* without;  // the records of `text`
+    const char* whole;    // those of both, once there is a block again
+};
+
+// clang-format off
+constexpr LackRow LACKS[] = {
+    {"Number",           14993, "PA1,2,3;",   "4;",   "PA 2 1 2\n",   "PA 4 1 2 3 4\n"},
+    {"FirstNumber",      14997, "PA7;",       "8;",   "PA 0\n",       "PA 2 7 8\n"},
+    {"ShortNumber",      14998, "SP1;",       "PU;",  "SP 0\n",       "SP 1 1\nPU 0\n"},
+    {"NumberBeforeName", 14997, "PA7PD8,",    "9;",   "PA 0\n",       "PA 1 7\n"},
+    {"NumberBeforeSign", 14997, "PA7-8,",     "9;",   "PA 0\n",       "PA 2 7 9\n"},
+    {"RestIsLost",       14997, "PA7,8,9;",   "PD;",  "PA 0\n",       "PA 1 7\nPD 0\n"},
+    {"NothingFollows",   14997, "PA7;",       "",     "PA 0\n",       "PA 1 7\n"},
+    {"Characters",       14998, "SM++;",      "",     "SM 0\n",       "SM 1 2b\n"},
+    {"LabelCharacter",   14998, "LBAB",       "C\003","LB 1 41\n",    "LB 3 414243\n"},
+    {"EncodedX",         14997, "PE\301",     ";",    "PR 0\n",       "PR 1 1\nPA 0\n"},
+    {"EncodedY",         14995, "PE\301\301", ";",    "PR 1 1\n",     "PR 2 1 1\nPA 0\n"},
+    {"EncodedPen",       14998, "PE:\301",    ";",    "SP 0\n",       "SP 1 1\nPA 0\n"},
+};
+// clang-format on
+
+class CompactCodeLack : public CompactCode, public testing::WithParamInterface<LackRow> {
+  protected:
+    static int parse(std::string_view text) {
+        return HPGLparseCode(TheParser, text.data(), static_cast<int64_t>(text.size()));
+    }
+    // Name, count and parameters of all but the first n records.
+    static std::string recordsBehind(int n) {
+        std::istringstream lines(recordsText());
+        std::string all;
+        for (std::string line; std::getline(lines, line);) {
+            if (--n < 0) all += line.substr(line.find_first_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ")) + "\n";
+        }
+        return all;
+    }
+    static void expectTheSame() {
+        const LackRow& row = GetParam();
+        HPGLdestroyParser(TheParser);
+        TheParser = HPGLinitParser();
+        ASSERT_EQ(parse(repeated("PU", row.pensUp)), 1);
+        failing_allocator::failSize(30000);
+        EXPECT_EQ(parse(row.text), 0);
+        EXPECT_EQ(recordsBehind(row.pensUp), row.without);
+        EXPECT_EQ(parse(row.next), 0);
+        EXPECT_EQ(recordsBehind(row.pensUp), row.without);
+        failing_allocator::reset();
+        EXPECT_EQ(parse(row.next), 1);
+        EXPECT_EQ(recordsBehind(row.pensUp), row.whole);
+    }
+};
+
+TEST_P(CompactCodeLack, LosesNoValueAndCountsNoneThatIsMissing) {
+    expectTheSame();
+}
+
+TEST_P(CompactCodeLack, IsTheSameWhileEverythingIsTraced) {
+    const TraceCapture trace(3);
+    expectTheSame();
+}
+INSTANTIATE_TEST_SUITE_P(Rows, CompactCodeLack, testing::ValuesIn(LACKS), byRowName);
 
 TEST_F(CompactCode, ReportsNoFirstBlock) {
     TheParser = HPGLinitParser();
