@@ -1,6 +1,5 @@
 #include "interpreter.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "arithmetic.h"
@@ -304,7 +303,7 @@ bool polygonMode(State* state, const Record& record) {
     switch (record.count > 0 ? HPGLreadI(record.params) : 0) {
         case 0:
             state->polygonMode = true;
-            state->polygonEdged = state->polygonFilled = false;
+            HPGLbeginRedraws(&state->redraws);
             if (HPGLPBufBegin(state->polygon, state->X, state->Y) == 0) warn("Cant init Polygonbuffer");
             break;
         case 1:
@@ -322,28 +321,20 @@ bool polygonMode(State* state, const Record& record) {
     return true;
 }
 
-// False, once with a warning, when polygons have been drawn again too often.
-bool mayDrawAgain(State* state) {
-    if (state->polygonPointsLeft < 0) return false;
-    state->polygonPointsLeft -= HPGLPBufPoints(state->polygon) + HPGLPBufUsed(state->polygon);
-    if (state->polygonPointsLeft < 0) warn("polygons are drawn too often, the rest of them is left out");
-    return state->polygonPointsLeft >= 0;
-}
-
-void drawPolygon(State* state, bool* drawn, bool fill) {
-    if (*drawn && !mayDrawAgain(state)) return;
-    *drawn = true;
-    HPGLdrawPolygon(state->display, currentPen(state)->width, state->polygon, fill);
+bool drawPolygon(State* state, bool fill) {
+    const int32_t width = currentPen(state)->width;
+    if (HPGLmayDrawPolygon(&state->redraws, state->display, width, state->polygon, fill, NAME)) {
+        HPGLdrawPolygon(state->display, width, state->polygon, fill);
+    }
+    return true;
 }
 
 bool edgePolygon(State* state, const Record& /*record*/) {
-    drawPolygon(state, &state->polygonEdged, false);
-    return true;
+    return drawPolygon(state, false);
 }
 
 bool fillPolygon(State* state, const Record& /*record*/) {
-    drawPolygon(state, &state->polygonFilled, true);
-    return true;
+    return drawPolygon(state, true);
 }
 
 // ---- labels ---------------------------------------------------------------------------------------------------------
@@ -504,12 +495,6 @@ void resetPenWidths(HPGLPen* pens) {
     }
 }
 
-int64_t polygonPointsAllowed(const CBlockList* blocks) {
-    constexpr int64_t pointBytes = 8;
-    const int64_t room = int64_t{HPGLgetListCount(blocks)} * HPGL_BLOCK_SIZE / pointBytes;
-    return std::max(HPGL_POLYGON_POINTS_PER_PASS, room * HPGL_POLYGON_DRAWINGS_PER_POINT);
-}
-
 }  // namespace
 
 void HPGLaddBezierPoints(HPGLPBuf* buf, HPGLPBufPoint p0, HPGLPBufPoint p1, HPGLPBufPoint p2, HPGLPBufPoint p3,
@@ -531,7 +516,7 @@ int32_t HPGLinterpretCompactCode(ParseInt* view, HPGLDisplay* display, int32_t f
     state.view = view;
     state.display = display;
     state.rotationSign = flag;
-    state.polygonPointsLeft = polygonPointsAllowed(view->blocks);
+    state.redraws = HPGLredrawAllowance(view->blocks);
     createBuffers(&state);
     resetPenWidths(view->PStatus);
     HPGLallocDeviceArrays(display, HPGL_MAIN_POLYGONS, HPGL_POLYGON_POINTS);

@@ -6,6 +6,7 @@
 #include "display.h"
 #include "parser.h"
 #include "polygon_buffer.h"
+#include "redraw_allowance.h"
 #include "step_loop.h"
 
 // A label font as AD and SD define it. The fields are the kinds 1 to 7 of their parameters, in that order.
@@ -39,18 +40,11 @@ struct HPGLInterpState {
     HPGLPBuf* polygon = nullptr;  // PM: HPGL_MAIN_POLYGONS sub-polygons
     HPGLPBuf* local = nullptr;    // one circle, arc, wedge or curve in the making
     StepAllowance allowance;
-    bool polygonEdged = false, polygonFilled = false;  // since it was begun
-    int64_t polygonPointsLeft = 0;  // that may still be drawn again; below 0 once that has been stopped
+    RedrawAllowance redraws;  // of FP and EP
 };
 
 inline constexpr int32_t HPGL_MAIN_POLYGONS = 256;
 inline constexpr int32_t HPGL_CURVE_SEGMENTS = 20;
-
-// A polygon of half a million points can be drawn again by two letters. The first FP and the first EP of each polygon
-// are free; others together draw as many points a pass as this, or this many times the points that the picture's data
-// has room for, whichever is more. Each sub-polygon counts as one point besides its own.
-inline constexpr int64_t HPGL_POLYGON_POINTS_PER_PASS = 20'000'000;
-inline constexpr int64_t HPGL_POLYGON_DRAWINGS_PER_POINT = 4;
 
 // Adds the points of a cubic Bézier curve behind its start: segments + 1 of them, the last one the end.
 void HPGLaddBezierPoints(HPGLPBuf* buf, HPGLPBufPoint p0, HPGLPBufPoint p1, HPGLPBufPoint p2, HPGLPBufPoint p3,

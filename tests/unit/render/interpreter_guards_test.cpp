@@ -269,4 +269,66 @@ TEST(PolygonPoints, GrowWithTheData) {
     EXPECT_EQ(drawings(), 30'000'000 / 1002 + 1);
 }
 
+// How often polygons are drawn in a window of 1000 x 1000 pixels, one a plotter unit.
+int64_t drawingsOnAMillionPixels(const std::string& text) {
+    TheDisplay.DSizeX = TheDisplay.DSizeY = TheDisplay.DSize = 996;
+    TheDisplay.MaxX = TheDisplay.MaxY = TheDisplay.USize = 996;
+    parseText(text);
+    return drawings();
+}
+
+constexpr char SHEET[] = "PM0;PA996,0,996,996,0,996;PM2;";
+
+TEST(PolygonPixels, AreLimitedAPass) {
+    const FreshViewer viewer;
+    int64_t drawn = 0;
+    EXPECT_EQ(traceOf(1, [&] { drawn = drawingsOnAMillionPixels(SHEET + times(900, "FP")); }), "");
+    EXPECT_EQ(drawn, 900);
+    EXPECT_EQ(traceOf(1, [&] { drawn = drawingsOnAMillionPixels(SHEET + times(5000, "FP")); }),
+              "WARNING-HPGLinterpretCompactCode: polygons are drawn too often, the rest of them is left out\n");
+    EXPECT_GT(drawn, 900);
+    EXPECT_LT(drawn, 1010);
+}
+
+TEST(PolygonPixels, OfEdgesCountToo) {
+    const FreshViewer viewer;
+    const int64_t thin = drawingsOnAMillionPixels(SHEET + times(50'000, "EP"));
+    const int64_t wide = drawingsOnAMillionPixels("PW10;" + (SHEET + times(50'000, "EP")));
+    EXPECT_GT(thin, 1000);
+    EXPECT_LT(thin, 10'000);
+    EXPECT_GT(wide, 200);
+    EXPECT_LT(wide, thin);
+}
+
+// A hundred sides as high as the window, in a tenth of it.
+TEST(PolygonPixels, CountTheRowsOfEverySide) {
+    const FreshViewer viewer;
+    const std::string saw = "PM0;PA" + times(50, "0,996,100,0,") + ";PM2;";
+    EXPECT_LT(drawingsOnAMillionPixels(saw + times(5000, "FP")), 900);
+}
+
+TEST(PolygonPixels, AboveTheWindowAreFree) {
+    const FreshViewer viewer;
+    const std::string above = "PA0,2000;PM0;PA996,2000,996,2996,0,2996;PM2;";
+    EXPECT_EQ(drawingsOnAMillionPixels(above + times(50'000, "FP")), 50'000);
+    EXPECT_EQ(drawingsOnAMillionPixels(above + times(50'000, "EP")), 50'000);
+}
+
+TEST(PolygonPixels, OfNewPolygonsAreFree) {
+    const FreshViewer viewer;
+    EXPECT_EQ(drawingsOnAMillionPixels(times(3000, SHEET + std::string("FPEP"))), 2 * 3000);
+}
+
+// Fifty blocks: a thousand pixels for each of 1.5 million bytes.
+TEST(PolygonPixels, GrowWithTheData) {
+    const FreshViewer viewer;
+    drawingsOnAMillionPixels("");
+    std::vector<std::string> blocks(50, codeOf(times(5000, "FP")));
+    blocks.front() = codeOf(SHEET);
+    setBlocks(blocks);
+    const int64_t drawn = drawings();
+    EXPECT_GT(drawn, 1400);
+    EXPECT_LT(drawn, 1510);
+}
+
 }  // namespace
