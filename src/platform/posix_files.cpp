@@ -4,11 +4,13 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 #include <limits>
+#include <string>
 
 #include "posix.h"
 #include "regular_file.h"
@@ -39,8 +41,10 @@ int aboveStandardStreams(int file) {
     return moved;
 }
 
-// Non-blocking until it is known what the name stands for: a fifo without another end would hold the process up.
+// Non-blocking until it is known what the name stands for: a fifo without another end would hold the process up. What
+// is written to is no link, so that nobody else's file is behind the name.
 int openRegular(const char* name, int flags) {
+    if ((flags & O_ACCMODE) != O_RDONLY) flags |= O_NOFOLLOW;
     const int opened = open(name, flags | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, 0666);
     if (opened < 0) return HFILE_ERROR;
     struct stat status {};
@@ -68,27 +72,49 @@ int accessFlags(UINT style) {
     return (style & OF_WRITE) != 0 ? O_WRONLY : O_RDONLY;
 }
 
+// A file that has been made or emptied here bears this attribute. No other is emptied: a name alone does not say whose
+// content it is. On a file system without attributes only the empty ones are left.
+constexpr char logMark[] = "user.kelhpgl.log";
+
+bool emptyLog(int file) {
+    struct stat status {};
+    if (fstat(file, &status) != 0) return false;
+    if (status.st_size != 0 && fgetxattr(file, logMark, nullptr, 0) < 0) {
+        errno = EEXIST;
+        return false;
+    }
+    if (ftruncate(file, 0) != 0) return false;
+    fsetxattr(file, logMark, "", 0, 0);
+    return true;
+}
+
 // Empties the file only when the lock is held, so that what another holds exclusively keeps its content.
 HFILE openLocked(LPCSTR name, UINT style) {
     const int file = openRegular(name, accessFlags(style));
     if (file < 0) return HFILE_ERROR;
     if (!lockFile(file, style)) return closeFailed(file);
-    if ((style & OF_CREATE) != 0 && ftruncate(file, 0) != 0) return closeFailed(file);
+    if ((style & OF_CREATE) != 0 && !emptyLog(file)) return closeFailed(file);
     return file;
 }
 
 HFILE findRegular(LPCSTR name) {
     struct stat status {};
-    return stat(name, &status) == 0 && isRegular(status.st_mode) ? nothingOpen : HFILE_ERROR;
+    return lstat(name, &status) == 0 && isRegular(status.st_mode) ? nothingOpen : HFILE_ERROR;
 }
 
-HFILE removeRegular(LPCSTR name) {
-    return findRegular(name) != HFILE_ERROR && unlink(name) == 0 ? nothingOpen : HFILE_ERROR;
+// Making the file and taking it away again would be seen by whoever watches the folder.
+HFILE findRoomFor(LPCSTR name) {
+    struct stat status {};
+    if (lstat(name, &status) == 0) errno = EEXIST;
+    if (errno != ENOENT || *name == '\0') return HFILE_ERROR;
+    const std::string path = name;
+    const size_t slash = path.rfind('/');
+    const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+    return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0 ? nothingOpen : HFILE_ERROR;
 }
 
 HFILE openAs(LPCSTR name, UINT style) {
-    if ((style & OF_DELETE) != 0) return removeRegular(name);
-    if ((style & OF_EXIST) != 0) return findRegular(name);
+    if ((style & OF_EXIST) != 0) return (style & OF_CREATE) != 0 ? findRoomFor(name) : findRegular(name);
     return openLocked(name, style);
 }
 
@@ -128,6 +154,14 @@ HFILE closeFile(HFILE file) {
 }
 
 }  // namespace posix
+
+std::FILE* openLogFile(const char* name) {
+    const int file = openLocked(name, OF_CREATE | OF_WRITE);
+    if (file < 0) return nullptr;
+    std::FILE* stream = fdopen(file, "w");
+    if (stream == nullptr) closeFailed(file);
+    return stream;
+}
 
 std::FILE* openRegularFile(const char* name) {
     const int file = openRegular(name, O_RDONLY);

@@ -256,7 +256,6 @@ inline constexpr int OFS_MAXPATHNAME = 128;
 inline constexpr UINT OF_READ = 0x0000;
 inline constexpr UINT OF_WRITE = 0x0001;
 inline constexpr UINT OF_SHARE_EXCLUSIVE = 0x0010;
-inline constexpr UINT OF_DELETE = 0x0200;
 inline constexpr UINT OF_CREATE = 0x1000;
 inline constexpr UINT OF_EXIST = 0x4000;
 
@@ -269,8 +268,10 @@ struct OFSTRUCT {
     CHAR szPathName[OFS_MAXPATHNAME];
 };
 
-// Looks only at the given path. Every open file holds a shared lock; OF_SHARE_EXCLUSIVE needs to be the only holder.
-// OF_EXIST only tests, OF_CREATE truncates, OF_DELETE removes. A handle above 0, or HFILE_ERROR.
+// Looks only at the given path, and opens nothing but ordinary files; through a link nothing is written or found. Every
+// open file holds a shared lock; OF_SHARE_EXCLUSIVE needs to be the only holder. OF_CREATE makes the file, or truncates
+// one that is empty or was made or truncated so before: any other is left alone. OF_EXIST only tests, with OF_CREATE
+// whether a file that is not there could be made. A handle above 0, or HFILE_ERROR.
 HFILE OpenFile(LPCSTR name, OFSTRUCT* info, UINT style);
 // The number of bytes written, or HFILE_ERROR as an unsigned value.
 UINT _lwrite(HFILE file, LPCSTR bytes, UINT count);

@@ -26,6 +26,7 @@ struct Channel {
     bool transmissionBegun;  // set by the first begin chunk ever, never cleared
     bool colonPrefix;        // the begin chunk began with a colon: so may the others
     FILE* echo;              // null: not open
+    bool echoFailed;         // and that has been said
     FILE* pictureFile;       // the file that the data named last
 };
 
@@ -95,8 +96,9 @@ void closeEcho() {
 void openEcho() {
     closeEcho();
     if (TheShell.echoName[0] == '\0') return;
-    channel.echo = fopen(TheShell.echoName, "w");
-    if (channel.echo != nullptr) return;
+    channel.echo = openLogFile(TheShell.echoName);
+    if (channel.echo != nullptr || channel.echoFailed) return;
+    channel.echoFailed = true;
     OutputDebugStringA("HPGL: the echo file cannot be written: ");
     OutputDebugStringA(TheShell.echoName);
     OutputDebugStringA("\n");

@@ -18,14 +18,15 @@ void makeStem(char (&stem)[7], const char* base) {
     stem[6] = '\0';
 }
 
-// Whether the file can be had for writing alone. One that was not there before is taken away again: a name costs
-// nothing until something is written.
+// Whether the file can be had for writing alone. One that is not there is not made: a name costs nothing until
+// something is written.
 bool canBeWritten(const char* name) {
     OFSTRUCT info = {};
-    const bool existed = OpenFile(name, &info, OF_EXIST) != HFILE_ERROR;
-    const HFILE file = OpenFile(name, &info, OF_WRITE | OF_SHARE_EXCLUSIVE | (existed ? 0 : OF_CREATE));
+    if (OpenFile(name, &info, OF_EXIST) == HFILE_ERROR) {
+        return OpenFile(name, &info, OF_WRITE | OF_CREATE | OF_EXIST) != HFILE_ERROR;
+    }
+    const HFILE file = OpenFile(name, &info, OF_WRITE | OF_SHARE_EXCLUSIVE);
     if (file == HFILE_ERROR) return false;
-    if (!existed) OpenFile(name, &info, OF_DELETE);  // still ours alone
     _lclose(file);
     return true;
 }

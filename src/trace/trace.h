@@ -31,7 +31,8 @@ inline bool TRCAdmits(TRCHandle handle, int32_t level) {
     return handle != 0 && level <= TRCHighestLevel;
 }
 
-// Opens a trace into the named file, or where that cannot be, into name.001 to name.008. The low 4 bits of
+// Opens a trace into the named file, or where that cannot be (it is held, or has another's content), into name.001 to
+// name.008. The low 4 bits of
 // defaultLevels become the file's threshold and the high 4 bits the window's, each only where the environment left 0.
 // 0 when all eight traces are open.
 TRCHandle TRCOpen(const char* name, uint8_t defaultLevels);
@@ -63,6 +64,6 @@ void TRCSetWindowValue(TRCHandle handle, uint32_t index, int32_t value);
 
 // Makes the name of a log file, "BBBBBBnn.log": the base's first six characters before a dot, filled up with '_', and
 // the first of 00 to 09 that can be opened for writing. `buffer` holds `size` characters with the terminator. 1, or 0
-// when all ten fail (the buffer then holds the last name) or it does not fit (the buffer is untouched). Leaves no new
-// file behind.
+// when all ten fail (the buffer then holds the last name) or it does not fit (the buffer is untouched). Makes no
+// file.
 int32_t TRCMakeLogName(char* buffer, size_t size, const char* base);

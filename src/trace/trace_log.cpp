@@ -63,11 +63,12 @@ void nameAttempt(char (&name)[80], int32_t attempt) {
 }
 
 void openFile(TRCSlot* slot) {
-    for (int32_t attempt = 1; attempt <= FILE_ATTEMPTS; ++attempt) {
-        slot->file = openTruncated(slot->fileName);
-        if (slot->file != HFILE_ERROR) return;
+    slot->file = openTruncated(slot->fileName);
+    for (int32_t attempt = 1; attempt < FILE_ATTEMPTS && slot->file == HFILE_ERROR; ++attempt) {
         nameAttempt(slot->fileName, attempt);
+        slot->file = openTruncated(slot->fileName);
     }
+    if (slot->file != HFILE_ERROR) return;
     OutputDebugStringA("HPGL: no trace file can be written, the last one tried is ");
     OutputDebugStringA(slot->fileName);
     OutputDebugStringA("\n");

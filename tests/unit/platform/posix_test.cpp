@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <array>
@@ -65,10 +66,58 @@ TEST_F(Files, CreatesAndWrites) {
     EXPECT_EQ(m_info.cBytes, sizeof(OFSTRUCT));
 }
 
-TEST_F(Files, CreateEmptiesWhatIsThere) {
-    write("a.log", "old");
+// In a process of its own, which has not made the file.
+bool canBeCreatedElsewhere(const std::string& name) {
+    const pid_t child = fork();
+    if (child == 0) _exit(posix::openFile(name.c_str(), nullptr, OF_CREATE | OF_WRITE) != HFILE_ERROR ? 0 : 1);
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WEXITSTATUS(status) == 0;
+}
+
+TEST_F(Files, CreateEmptiesWhatItHasMade) {
+    const std::string name = path("a.log");
+    ASSERT_TRUE(canBeCreatedElsewhere(name));
+    write("a.log", "by another process");
+    if (getxattr(name.c_str(), "user.kelhpgl.log", nullptr, 0) < 0) GTEST_SKIP() << "no attributes here";
     EXPECT_EQ(posix::closeFile(open("a.log", OF_CREATE | OF_WRITE)), 0);
-    EXPECT_EQ(contentOf(path("a.log")), "");
+    EXPECT_EQ(contentOf(name), "");
+}
+
+TEST_F(Files, CreateTakesWhatIsEmpty) {
+    write("a.log", "");
+    EXPECT_EQ(posix::closeFile(open("a.log", OF_CREATE | OF_WRITE)), 0);
+}
+
+TEST_F(Files, CreateLeavesWhatItHasNotMade) {
+    write("a.log", "a letter");
+    EXPECT_EQ(open("a.log", OF_CREATE | OF_WRITE), HFILE_ERROR);
+    EXPECT_EQ(m_info.nErrCode, EEXIST);
+    EXPECT_EQ(openLogFile(path("a.log").c_str()), nullptr);
+    EXPECT_EQ(contentOf(path("a.log")), "a letter");
+}
+
+TEST_F(Files, NothingGoesThroughALink) {
+    write("letter", "");
+    fs::create_symlink(path("letter"), path("a.log"));
+    fs::create_symlink(path("nowhere"), path("b.log"));
+    for (const char* name : {"a.log", "b.log"}) {
+        for (const UINT style : {OF_WRITE, OF_CREATE | OF_WRITE, OF_EXIST, OF_WRITE | OF_CREATE | OF_EXIST}) {
+            EXPECT_EQ(open(name, style), HFILE_ERROR) << name << style;
+        }
+        EXPECT_EQ(openLogFile(path(name).c_str()), nullptr);
+    }
+    EXPECT_FALSE(fs::exists(path("nowhere")));
+}
+
+TEST_F(Files, LogsAreStreams) {
+    for (const char* text : {"first", "next"}) {
+        std::FILE* log = openLogFile(path("a.log").c_str());
+        ASSERT_NE(log, nullptr);
+        std::fputs(text, log);
+        std::fclose(log);
+        EXPECT_EQ(contentOf(path("a.log")), text);
+    }
 }
 
 TEST_F(Files, WriteWithoutCreateNeedsTheFile) {
@@ -118,17 +167,21 @@ TEST_F(Files, ExistOnlyTests) {
     posix::closeFile(alone);
 }
 
-TEST_F(Files, DeleteRemoves) {
-    write("a.log", "x");
-    EXPECT_GT(open("a.log", OF_DELETE), 0);
+TEST_F(Files, ExistWithCreateTestsForRoom) {
+    constexpr UINT style = OF_WRITE | OF_CREATE | OF_EXIST;
+    EXPECT_GT(open("a.log", style), 0);
     EXPECT_FALSE(fs::exists(path("a.log")));
-    EXPECT_EQ(open("a.log", OF_DELETE), HFILE_ERROR);
+    write("a.log", "");
+    EXPECT_EQ(open("a.log", style), HFILE_ERROR);
+    EXPECT_EQ(open("none/a.log", style), HFILE_ERROR);
+    EXPECT_EQ(open("a.log/b.log", style), HFILE_ERROR);
+    EXPECT_EQ(posix::openFile("", nullptr, style), HFILE_ERROR);
 }
 
 TEST_F(Files, OnlyRegularFiles) {
     fs::create_directory(path("folder"));
     ASSERT_EQ(mkfifo(path("fifo").c_str(), 0600), 0);
-    for (const UINT style : {OF_READ, OF_WRITE, OF_CREATE | OF_WRITE, OF_EXIST, OF_DELETE}) {
+    for (const UINT style : {OF_READ, OF_WRITE, OF_CREATE | OF_WRITE, OF_EXIST, OF_WRITE | OF_CREATE | OF_EXIST}) {
         EXPECT_EQ(open("folder", style), HFILE_ERROR) << style;
         EXPECT_EQ(open("fifo", style), HFILE_ERROR) << style;
         EXPECT_EQ(posix::openFile("/dev/null", &m_info, style), HFILE_ERROR) << style;

@@ -215,6 +215,36 @@ TEST_F(Channel, ChunksAfterTheEndAreNotEchoed) {
     EXPECT_EQ(folder.read("echo__00.log"), "IN;");
 }
 
+TEST_F(Channel, EchoesIntoNoLinkAndNoLetter) {
+    script.configuration["LOGF"] = "echo";
+    folder.write("letter", "kept");
+    for (int number = 0; number < 10; ++number) {
+        std::filesystem::create_symlink("letter", "echo__0" + std::to_string(number) + ".log");
+    }
+    recordsOf({{BEGIN, "IN;"}, {END, ""}});
+    EXPECT_EQ(folder.read("letter"), "kept");
+    std::filesystem::rename("letter", "echo__00.log");
+    recordsOf({{BEGIN, "IN;"}, {END, ""}});
+    EXPECT_EQ(folder.read("echo__00.log"), "kept");
+}
+
+TEST_F(Channel, AFifoForAnEchoDoesNotHoldItUp) {
+    script.configuration["LOGF"] = "echo";
+    for (int number = 0; number < 10; ++number) {
+        ASSERT_EQ(mkfifo(("echo__0" + std::to_string(number) + ".log").c_str(), 0600), 0);
+    }
+    EXPECT_EQ(recordsOf({{BEGIN, "IN;"}, {END, "SP1;"}}), INSP);
+}
+
+TEST_F(Channel, AnEchoThatCannotBeIsSaidOnce) {
+    script.configuration["LOGF"] = "echo";
+    folder.write("echo__00.log", "a letter");
+    recordsOf({{BEGIN, "IN;"}, {END, ""}, {BEGIN, "IN;"}, {END, ""}});
+    const size_t said = recorder::calls.find("OutputDebugStringA \"echo__00.log\"");
+    EXPECT_NE(said, std::string::npos);
+    EXPECT_EQ(recorder::calls.find("OutputDebugStringA \"echo__00.log\"", said + 1), std::string::npos);
+}
+
 // ---- files named by the data ----------------------------------------------------------------------------------------
 
 TEST_F(Channel, ReadsTheNamedFile) {

@@ -1,6 +1,7 @@
 // The trace log: levels, slots, the file and its headers, lines.
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -300,10 +301,23 @@ TEST_F(TraceLog, NamesThePlatform) {
     }
 }
 
-TEST_F(TraceLog, EmptiesAnOldFile) {
-    ScratchFolder::write("t.log", std::string(5000, 'x'));
+TEST_F(TraceLog, EmptiesAnOldLog) {
+    TRCTraceError(openAt("1"), "%s", std::string(500, 'x').c_str());
+    _lclose(TRCGlobal.slots[0].file);
+    TRCForgetEverything();
     openAt("2");
     EXPECT_EQ(opened(), OPENING);
+}
+
+TEST_F(TraceLog, LeavesWhatIsNoLog) {
+    ScratchFolder::write("t.log", "a letter");
+    std::filesystem::create_symlink("t.log", "t.001");
+    std::filesystem::create_symlink("nowhere", "t.002");
+    mkfifo("t.003", 0600);
+    openAt("2");
+    EXPECT_STREQ(TRCGlobal.slots[0].fileName, "t.004");
+    EXPECT_EQ(ScratchFolder::read("t.log"), "a letter");
+    EXPECT_FALSE(std::filesystem::exists("nowhere"));
 }
 
 TEST_F(TraceLog, OpensForTestingThenTruncating) {
@@ -367,7 +381,8 @@ TEST_F(TraceLog, GivesUpAfterNineNames) {
     EXPECT_EQ(handle, 1u);
     EXPECT_NE(calls.find("OpenFile \"x.log\" "), std::string::npos);
     EXPECT_NE(calls.find("OpenFile \"x.008\" "), std::string::npos);
-    EXPECT_EQ(calls.find("OpenFile \"x.009\" "), std::string::npos);
+    EXPECT_EQ(calls.find("x.009"), std::string::npos);
+    EXPECT_NE(calls.find("OutputDebugStringA \"x.008\"\n"), std::string::npos) << calls;
     EXPECT_EQ(TRCGlobal.slots[0].values[TRC_WIDTH], 500);
     EXPECT_EQ(TRCTraceError(handle, "lost\n"), 5);
     TRCClose(handle);
