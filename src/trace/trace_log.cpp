@@ -74,18 +74,17 @@ void openFile(TRCSlot* slot) {
     OutputDebugStringA("\n");
 }
 
-// `line` has room for one more character behind its terminator.
+// `line` has room for one more character behind its terminator. Deliberate: the window, whose turn comes next, gets the
+// line as it stands in the file, and leaves only the line feed out.
 void writeToFile(const TRCSlot* slot, char* line) {
     size_t length = strlen(line);
     if (slot->file == 0 || slot->file == HFILE_ERROR || length == 0 || TRCGlobal.fileLevel == 0) return;
-    const bool lineEnds = line[length - 1] == '\n';
-    if (lineEnds) {
+    if (line[length - 1] == '\n') {
         line[length - 1] = '\r';
         line[length++] = '\n';
         line[length] = '\0';
     }
     _lwrite(slot->file, line, static_cast<UINT>(length));
-    if (lineEnds) memcpy(line + length - 2, "\n", 2);  // the window's turn comes next
 }
 
 void reportOverlong(long length) {
@@ -272,8 +271,8 @@ void TRCWriteRaw(TRCHandle handle, const char* text, bool force) {
     if (slot == nullptr) return;
     LineBuffer line;
     TRCCopyBounded(line, TRC_LINE_SIZE + 1, text);
-    writeToFile(slot, line);
     if (force || TRCGlobal.windowLevel != 0) TRCShowLine(handle, slot, line);
+    writeToFile(slot, line);
 }
 
 void TRCSetWindowValue(TRCHandle handle, uint32_t index, int32_t value) {

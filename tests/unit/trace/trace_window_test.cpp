@@ -191,8 +191,23 @@ TEST_F(TraceWindow, ScrollsClearsAndDraws) {
     EXPECT_NE(calls.find(select + stock(10)), std::string::npos);
 }
 
-TEST_F(TraceWindow, LeavesOnlyATrailingLineFeedOut) {
-    script.environment["DGTRACE"] = "3";  // the file's carriage return must not show here
+struct WindowLineRow : NamedRow {
+    const char* fileLevel;
+    const char* shown;
+};
+
+// clang-format off
+constexpr WindowLineRow LINES[] = {
+    {"AsInTheFile",   "3", R"("a\nb\r" 4|"\n\r" 2|"c" 1|"\r" 1|)"},
+    {"WithoutAFile",  "",  R"("a\nb" 3|"\n" 1|"c" 1|"" 0|)"},
+};
+// clang-format on
+
+class TraceWindowLine : public TraceWindow, public testing::WithParamInterface<WindowLineRow> {};
+
+TEST_P(TraceWindowLine, LeavesOnlyATrailingLineFeedOut) {
+    script.environment["KELGTRACE_WINHT"] = "100";
+    script.environment["DGTRACE"] = GetParam().fileLevel;
     const TRCHandle handle = TRCOpen("t.log", 0);
     calls.clear();
     TRCTraceError(handle, "a\nb\n");
@@ -204,8 +219,9 @@ TEST_F(TraceWindow, LeavesOnlyATrailingLineFeedOut) {
     std::string shown;
     for (std::string line; std::getline(lines, line);)
         shown += line.substr(line.find('"')) + "|";
-    EXPECT_EQ(shown, R"("a\nb" 3|"\n" 1|"c" 1|"" 0|)");
+    EXPECT_EQ(shown, GetParam().shown);
 }
+INSTANTIATE_TEST_SUITE_P(Rows, TraceWindowLine, testing::ValuesIn(LINES), byRowName);
 
 TEST_F(TraceWindow, DoesWithoutAWindow) {
     script.failing = {"CreateWindowExA"};
