@@ -15,9 +15,13 @@
 // No record lies in two blocks: one that reaches a block's end is moved whole into the next.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 
 #include "list.h"
+
+// Values are copied as they stand in memory, wherever compact code is written or read.
+static_assert(std::endian::native == std::endian::little);
 
 inline constexpr int32_t HPGL_BLOCK_SIZE = 30000;
 inline constexpr int32_t HPGL_MAX_PARAMETERS = 255;  // the count is one byte
