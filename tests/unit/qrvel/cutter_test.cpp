@@ -68,8 +68,8 @@ TEST_P(Cutter, NeedsOnlyTheBytesThatItNames) {
 INSTANTIATE_TEST_SUITE_P(Rows, Cutter, testing::ValuesIn(ROWS), byRowName);
 
 // In the viewer's pieces of 256 bytes.
-TEST(Cutter, KeepsNamesOf247CharactersWhole) {
-    const std::string longest = "HPGL_FILE" + std::string(247, 'n');
+TEST(Cutter, KeepsNamesOf246CharactersWhole) {
+    const std::string longest = "HPGL_FILE:" + std::string(246, 'n');
     EXPECT_EQ(cut("IN;" + longest + "\nPU;", 256), "IN;|" + longest + "|\nPU;|");
     EXPECT_EQ(cut("IN;" + longest + "n\nPU;", 256), "IN;|" + longest + "|n\nPU;|");
 }

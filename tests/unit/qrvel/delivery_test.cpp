@@ -150,6 +150,22 @@ TEST_P(FramedDelivery, HasPieces) {
 
 INSTANTIATE_TEST_SUITE_P(Rows, FramedDelivery, testing::ValuesIn(FRAMED), byRowName);
 
+// Whether every chunk that has the word, has the whole name behind it, whatever stands in front.
+bool isWhole(const std::string& front, std::size_t length) {
+    const std::string name = "HPGL_FILE:" + std::string(length, 'n');
+    const std::string pieces = Handing(begin(front) + further("IN;" + name + "\nPU;") + end(), Form::Framed).all();
+    return pieces.find("HPGL_FILE:n{" + std::to_string(length) + '}') != std::string::npos;
+}
+
+// The number that hosts are told holds for all of them.
+TEST(Delivery, KeepsNamesOf245BytesWhole) {
+    EXPECT_TRUE(isWhole("", 245));
+    EXPECT_TRUE(isWhole(":", 245));
+    EXPECT_TRUE(isWhole("", 246));  // no byte is needed for a colon
+    EXPECT_FALSE(isWhole(":", 246));
+    EXPECT_FALSE(isWhole("", 247));
+}
+
 TEST(Delivery, OfAnEndAlone) {
     char buffer[ROOM];
     Receiver receiver{buffer, take};
