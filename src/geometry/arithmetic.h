@@ -6,15 +6,7 @@
 #include <cstdint>
 #include <limits>
 
-inline int32_t wrapAdd(int32_t a, int32_t b) {
-    return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
-}
-inline int32_t wrapSub(int32_t a, int32_t b) {
-    return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
-}
-inline int32_t wrapMul(int32_t a, int32_t b) {
-    return static_cast<int32_t>(static_cast<uint32_t>(a) * static_cast<uint32_t>(b));
-}
+#include "wrapping.h"
 
 // Truncates toward zero. A divisor of 0 is taken as 1: a window or a view without extent must not end the program.
 inline int32_t truncDiv(int32_t a, int32_t b) {

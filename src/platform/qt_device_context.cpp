@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "class_window.h"
+#include "short_coordinate.h"
 #include "windows.h"
 
 namespace {
@@ -122,7 +123,8 @@ BOOL BitBlt(HDC to, int x, int y, int width, int height, HDC from, int fromX, in
     if (target == nullptr || target != source || operation != SRCCOPY) return 0;
     const QRect all = target->surface().rect();
     const QPoint way = QPoint(x, y) - QPoint(fromX, fromY);
-    const QRect there = QRect(fromX, fromY, width, height).intersected(all).intersected(all.translated(-way));
+    const QRect asked(fromX, fromY, shortCoordinate(width), shortCoordinate(height));
+    const QRect there = asked.intersected(all).intersected(all.translated(-way));
     moveRows(target->surface(), there, there.topLeft() + way);
     target->update();
     return 1;
@@ -135,7 +137,9 @@ BOOL Rectangle(HDC context, int left, int top, int right, int bottom) {
     QPainter painter(&target->surface());
     painter.setBrush(contextOf(context)->colour(Kind::brush));
     painter.setPen(contextOf(context)->colour(Kind::pen));
-    painter.drawRect(left, top, right - left - 1, bottom - top - 1);
+    const QPoint first(shortCoordinate(left), shortCoordinate(top));
+    const QPoint last(shortCoordinate(right) - 2, shortCoordinate(bottom) - 2);
+    painter.drawRect(QRect(first, last));
     target->update();
     return 1;
 }
@@ -146,7 +150,8 @@ BOOL TextOutA(HDC context, int x, int y, LPCSTR text, int length) {
     QPainter painter(&target->surface());
     painter.setFont(fixedFont());
     painter.setPen(Qt::black);
-    painter.drawText(x, y + painter.fontMetrics().ascent(), QString::fromLatin1(text, length));
+    painter.drawText(shortCoordinate(x), shortCoordinate(y) + painter.fontMetrics().ascent(),
+                     QString::fromLatin1(text, length));
     target->update();
     return 1;
 }

@@ -3,16 +3,39 @@
 #include <QScreen>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "class_window.h"
+#include "short_coordinate.h"
 #include "windows.h"
+#include "x11_notify.h"
 
 namespace {
 
-// The frame is the window manager's own affair and not known before a window is shown; these are usual ones, pixels.
-constexpr int captionHeight = 24;
-constexpr int frameBorder = 4;
+// Of a window that is not shown yet, pixels.
+struct FrameSizes {
+    int borderWidth;
+    int borderHeight;
+    int captionHeight;
+};
+
+// The frame is the window manager's own affair; usual sizes stand for one that says nothing.
+FrameSizes askForFrameSizes() {
+    const bool onX11 = QGuiApplication::instance() != nullptr && QGuiApplication::platformName() == "xcb";
+    const std::optional<x11::Frame> frame = onX11 ? x11::windowFrame() : std::nullopt;
+    if (!frame) return {.borderWidth = 4, .borderHeight = 4, .captionHeight = 24};
+    const double ratio = QGuiApplication::primaryScreen()->devicePixelRatio();
+    const auto pixels = [ratio](int native) { return qRound(native / ratio); };
+    return {.borderWidth = pixels((frame->left + frame->right) / 2),
+            .borderHeight = pixels(frame->bottom),
+            .captionHeight = pixels(frame->top) - pixels(frame->bottom)};
+}
+
+const FrameSizes& frameSizes() {
+    static const FrameSizes sizes = askForFrameSizes();
+    return sizes;
+}
 
 struct RegisteredClass {
     WNDCLASSA description{};
@@ -34,8 +57,10 @@ const RegisteredClass* findClass(LPCSTR name) {
 
 // Position and size are those with the frame; a widget wants its inside's size, and none is larger than the screen.
 void place(ClassWindow& window, int x, int y, int width, int height) {
-    window.move(x, y);
-    const QSize inside(width - 2 * frameBorder, height - 2 * frameBorder - captionHeight);
+    const FrameSizes& frame = frameSizes();
+    window.move(shortCoordinate(x), shortCoordinate(y));
+    const QSize inside(shortCoordinate(width) - 2 * frame.borderWidth,
+                       shortCoordinate(height) - 2 * frame.borderHeight - frame.captionHeight);
     window.resize(inside.boundedTo(QGuiApplication::primaryScreen()->size()));
 }
 
@@ -102,10 +127,11 @@ int GetSystemMetrics(int index) {
         case SM_CYSCREEN:
             return QGuiApplication::instance() != nullptr ? QGuiApplication::primaryScreen()->geometry().height() : 0;
         case SM_CYCAPTION:
-            return captionHeight;
+            return frameSizes().captionHeight;
         case SM_CXFRAME:
+            return frameSizes().borderWidth;
         case SM_CYFRAME:
-            return frameBorder;
+            return frameSizes().borderHeight;
         default:
             return 0;
     }

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "wrapping.h"
+
 namespace {
 
 constexpr char WINDOW_CLASS[] = "KELG_DEBUG";
@@ -46,12 +48,13 @@ void createWindow(TRCHandle handle, TRCSlot* slot) {
     const int32_t frameHeight = 2 * GetSystemMetrics(SM_CYFRAME) + GetSystemMetrics(SM_CYCAPTION);
     const int32_t frameWidth = 2 * GetSystemMetrics(SM_CXFRAME);
     const int32_t height = slot->values[TRC_HEIGHT];
-    const int32_t top = GetSystemMetrics(SM_CYSCREEN) - height - slot->values[TRC_Y] - frameHeight;
+    const int32_t bottom = wrapSub(GetSystemMetrics(SM_CYSCREEN), slot->values[TRC_Y]);
+    const int32_t top = wrapSub(wrapSub(bottom, height), frameHeight);
     slot->window =
         CreateWindowExA(0, WINDOW_CLASS, slot->fileName,
                         WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MINIMIZEBOX | WS_MAXIMIZEBOX,
-                        slot->values[TRC_X], top, slot->values[TRC_WIDTH] + frameWidth, height + frameHeight, nullptr,
-                        nullptr, GetModuleHandleA(nullptr), nullptr);
+                        slot->values[TRC_X], top, wrapAdd(slot->values[TRC_WIDTH], frameWidth),
+                        wrapAdd(height, frameHeight), nullptr, nullptr, GetModuleHandleA(nullptr), nullptr);
     if (slot->window == nullptr) return;
     SetWindowWord(slot->window, 0, static_cast<WORD>(handle));
     ShowWindow(slot->window, SW_SHOWNOACTIVATE);
@@ -61,18 +64,18 @@ void createWindow(TRCHandle handle, TRCSlot* slot) {
 void drawLine(const TRCSlot* slot, const char* line) {
     const int32_t width = slot->values[TRC_WIDTH];
     const int32_t height = slot->values[TRC_HEIGHT];
-    const int32_t lineHeight = slot->lineHeight;
+    const int32_t lastLine = wrapSub(height, slot->lineHeight);
     size_t length = strlen(line);
     if (length > 0 && line[length - 1] == '\n') --length;
 
     const HDC context = GetDC(slot->window);
     SelectObject(context, slot->font);
-    BitBlt(context, 0, 0, width, height - lineHeight, context, 0, lineHeight, SRCCOPY);
+    BitBlt(context, 0, 0, width, lastLine, context, 0, slot->lineHeight, SRCCOPY);
     SelectObject(context, GetStockObject(WHITE_BRUSH));
     SelectObject(context, GetStockObject(WHITE_PEN));
-    Rectangle(context, 0, height - lineHeight, width, height);
+    Rectangle(context, 0, lastLine, width, height);
     SelectObject(context, GetStockObject(BLACK_PEN));
-    TextOutA(context, 0, height - lineHeight, line, static_cast<int>(length));
+    TextOutA(context, 0, lastLine, line, static_cast<int>(length));
     ReleaseDC(slot->window, context);
 }
 
