@@ -68,7 +68,7 @@ std::unique_ptr<Transmission> transmissionOf(const std::string& frames) {
 void handOver(const std::string& frames, int turns) {
     static char buffer[ROOM];
     got = {};
-    Receiver receiver{.buffer = buffer, .callback = take, .begun = true};
+    Receiver receiver{.buffer = buffer, .callback = take, .begun = true, .addsTo = true};
     Delivery delivery(receiver, transmissionOf(frames));
     for (int turn = 1; !delivery.isOver(); ++turn) {
         delivery.run(std::chrono::steady_clock::time_point::min());

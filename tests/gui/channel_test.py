@@ -86,14 +86,15 @@ def every_frame_may_have_data(desktop, plot):
 
 
 def without_a_begin_a_transmission_adds(desktop, plot):
-    """But the first of all makes a new picture; an empty end shows what there is."""
+    """But until one has had a begin, an end alone makes a new picture, whatever its length; later an empty one shows what
+    there is."""
+    long = beside(plot, "long.plt", "PU;" * 200 + plot.read_text())
+    short = beside(plot, "short.plt", MORE)
     with viewer_for_hosts(desktop, plot) as viewer, connect(channel_path(plot)) as host:
-        host.send(frame(END))
-        host.expect_shown()
-        expect_picture(viewer, beside(plot, "empty.plt"))
-        host.send(frame(END, plot.read_bytes()))
-        host.expect_shown()
-        expect_picture(viewer, plot)
+        for alone in beside(plot, "empty.plt"), other(plot), short, long, other(plot), long, beside(plot, "empty.plt"):
+            host.send(frame(END, alone.read_bytes()))
+            host.expect_shown()
+            expect_picture(viewer, alone)
         host.show(plot.read_bytes())
         host.send(frame(FURTHER, MORE.encode()), frame(END))
         host.expect_shown()

@@ -129,9 +129,9 @@ void DataChannel::endTurn() {
     application()->messages.workIsDue();
 }
 
-// Transmissions without a begin add to the picture before, so they are bounded together.
+// Transmissions that add to the picture before are bounded together with it.
 void DataChannel::transmit(std::unique_ptr<Transmission> transmission) {
-    if (transmission->begins()) pictureBytes_ = 0;
+    if (transmission->begins() || !receiver_.addsTo) pictureBytes_ = 0;
     pictureBytes_ += static_cast<qint64>(transmission->size());
     if (pictureBytes_ > Spool::mostBytes()) {
         Speaker* speaker = turn_;

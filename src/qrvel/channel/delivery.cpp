@@ -25,9 +25,14 @@ void Delivery::takeChunk() {
     first_ = true;
 }
 
-// A viewer that has never had a begin chunk makes a new picture at the end chunk: what came before it would be lost.
+// A viewer that has never had a begin chunk makes a new picture at each end chunk. What comes before that would be
+// lost, so it gets a begin chunk of ours. That is nothing to which later transmissions may add when the sender's own
+// text is an end chunk alone that was cut: such senders count on a new picture each time.
 void Delivery::beginIfNever(uint32_t kind, bool hasBytes) {
-    if (receiver_.begun || (kind != WD_CHUNK_BEGIN && !hasBytes)) return;
+    if (receiver_.addsTo || new_ || (kind == WD_CHUNK_FURTHER && !hasBytes)) return;
+    new_ = true;
+    receiver_.addsTo = chunk_.kind != WD_CHUNK_END && kind != WD_CHUNK_END;
+    if (kind == WD_CHUNK_END && !receiver_.begun) return;
     receiver_.begun = true;
     if (kind != WD_CHUNK_BEGIN) receiver_.callback(receiver_.buffer, 0, WD_CHUNK_BEGIN);
 }

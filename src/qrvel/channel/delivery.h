@@ -13,7 +13,8 @@ namespace qrvel {
 struct Receiver {
     char* buffer;  // WD_RECEIVE_BUFFER bytes
     WDCallback callback;
-    bool begun = false;  // it has had a begin chunk
+    bool begun = false;   // it has had a begin chunk
+    bool addsTo = false;  // and has a picture to which a transmission without one adds
 };
 
 class Delivery {
@@ -44,6 +45,7 @@ class Delivery {
     std::unique_ptr<Transmission> transmission_;
     Chunk chunk_{};       // what is left of the one under way
     bool first_ = false;  // none of its pieces has been sent
+    bool new_ = false;    // it has been seen to that the viewer makes a new picture where it must
     bool withColons_ = false;
     bool begun_ = false;
     bool over_ = false;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "protocol.h"
 #include "rows.h"
@@ -35,11 +36,18 @@ void take(const char* data, uint64_t length, uint32_t kind) {
     got += described({data, length}, kind);
 }
 
+std::unique_ptr<Transmission> transmissionOf(const std::string& bytes, Form form) {
+    auto spool = std::make_unique<Spool>();
+    spool->append(bytes.data(), static_cast<qint64>(bytes.size()));
+    spool->finish();
+    return std::make_unique<Transmission>(std::move(spool), form);
+}
+
 class Handing {
   public:
     // begun: the viewer has had a begin chunk before.
     Handing(const std::string& bytes, Form form, bool begun = true)
-        : receiver_{buffer_, take, begun}, delivery(receiver_, transmissionOf(bytes, form)) {
+        : receiver_{buffer_, take, begun, begun}, delivery(receiver_, transmissionOf(bytes, form)) {
         got.clear();
     }
 
@@ -51,13 +59,6 @@ class Handing {
     }
 
   private:
-    static std::unique_ptr<Transmission> transmissionOf(const std::string& bytes, Form form) {
-        auto spool = std::make_unique<Spool>();
-        spool->append(bytes.data(), static_cast<qint64>(bytes.size()));
-        spool->finish();
-        return std::make_unique<Transmission>(std::move(spool), form);
-    }
-
     char buffer_[ROOM];
     Receiver receiver_;
 
@@ -176,12 +177,16 @@ TEST(Delivery, OfAnEndAlone) {
     EXPECT_EQ(got, "E()");
 }
 
-// Until the viewer has had a begin chunk, what has none gets an empty one, unless it is empty too.
+// Until the viewer has had a begin chunk, what would be lost without one gets an empty one. An end chunk that is handed
+// over whole does not: the viewer makes a new picture of it.
 const Row FIRST[] = {
     {"EndAlone", end(), "E()"},
-    {"EndWithData", end("IN;"), "B()E(IN;)"},
+    {"EndWithData", end("IN;"), "E(IN;)"},
+    {"EndFillsAPiece", end(x(256)), "E(x{256})"},
     {"LongEnd", end(x(300)), "B()F(x{256})E(x{44})"},
     {"Further", further() + further("IN;") + further("PU;") + end(), "F()B()F(IN;)F(PU;)E()"},
+    {"EmptyFurther", further() + end("IN;"), "F()E(IN;)"},
+    {"FurtherAndLongEnd", further("IN;") + end(x(300)), "B()F(IN;)F(x{256})E(x{44})"},
     {"Begin", begin() + further("IN;") + end(), "B()F(IN;)E()"},
 };
 
@@ -192,6 +197,41 @@ TEST_P(FirstDelivery, Begins) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, FirstDelivery, testing::ValuesIn(FIRST), byRowName);
+
+// One transmission behind the other to a viewer that is new: "E" makes a new picture as long as it has had no "B".
+struct Several : NamedRow {
+    std::vector<std::string> transmissions;
+    const char* pieces;
+};
+
+const Several SEVERAL[] = {
+    {"EndsAlone", {end("IN;"), end("PU;"), end()}, "E(IN;)E(PU;)E()"},
+    {"BehindALongEnd", {end(x(300)), end("PU;"), end()}, "B()F(x{256})E(x{44})B()E(PU;)B()E()"},
+    {"LongEnds", {end(x(300)), end(x(257))}, "B()F(x{256})E(x{44})B()F(x{256})E(x)"},
+    {"BehindABegin", {begin("IN;") + end(), end("PU;"), end(x(300))}, "B(IN;)E()E(PU;)F(x{256})E(x{44})"},
+    {"BehindAFurther", {further("IN;") + end(), end("PU;")}, "B()F(IN;)E()E(PU;)"},
+    {"FurtherBehindAnEnd", {end("IN;"), further("PU;") + end(), end("PD;")}, "E(IN;)B()F(PU;)E()E(PD;)"},
+    {"FurtherBehindALongEnd",
+     {end(x(300)), further("PU;") + end(), end("PD;")},
+     "B()F(x{256})E(x{44})B()F(PU;)E()E(PD;)"},
+};
+
+class NewViewer : public testing::TestWithParam<Several> {};
+
+TEST_P(NewViewer, Gets) {
+    char buffer[ROOM];
+    Receiver receiver{buffer, take};
+    got.clear();
+    for (const std::string& bytes : GetParam().transmissions) {
+        Delivery delivery(receiver, transmissionOf(bytes, Form::Framed));
+        while (!delivery.isOver()) {
+            delivery.run(AT_LEISURE);
+        }
+    }
+    EXPECT_EQ(got, GetParam().pieces);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, NewViewer, testing::ValuesIn(SEVERAL), byRowName);
 
 TEST(Delivery, GoesOnPieceByPieceWhenThereIsNoTime) {
     Handing handing(begin("IN;") + further("SP1;") + end("PU;"), Form::Framed);
