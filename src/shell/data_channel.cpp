@@ -42,13 +42,21 @@ void beginPicture() {
     TheZoom = nullptr;
 }
 
+// A name that stands in the named file is passed over, also by an end chunk that comes later.
+void takeNamedFile(HPGLGlobal* global) {
+    char* name = global->fileName;
+    if (name == nullptr) return;
+    global->fileName = nullptr;
+    HPGLflushCompactCode(TheParser);
+    readFromFile(TheParser, name);
+    free(global->fileName);
+    global->fileName = name;
+}
+
 void finishPicture() {
     if (TheParser == nullptr) return;
     HPGLGlobal* global = TheParser->global;
-    if (global->fileName != nullptr) {
-        HPGLflushCompactCode(TheParser);
-        readFromFile(TheParser, global->fileName);
-    }
+    takeNamedFile(global);
     HPGLsetupPicture(TheParser, &TheDisplay, RotationSign);
     if (TheZoom != nullptr) HPGLdestroyZoom(TheZoom);  // of a transmission without a begin chunk
     TheZoom = HPGLinitZoom(global->MinX, global->MinY, global->MaxX, global->MaxY);

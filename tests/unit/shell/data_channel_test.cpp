@@ -257,6 +257,7 @@ TEST_F(Channel, ANamedFileNamesNoOther) {
     folder.write("a.plt", "IN;HPGL_FILEb.plt\nSP1;");
     folder.write("b.plt", "PU;");
     EXPECT_EQ(recordsOf({{BEGIN, "HPGL_FILEa.plt"}, {END, ""}}), INSP);
+    EXPECT_EQ(recordsOf({{BEGIN, "HPGL_FILEa.plt"}, {END, ""}, {END, ""}}), INSP);  // nor later
 }
 
 TEST_F(Channel, ReadsItAcrossPieces) {
