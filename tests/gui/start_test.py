@@ -136,6 +136,22 @@ def a_missing_language_ends_it(desktop, plot):
     assert done.returncode == 1 and "Unable to open language file" in done.stderr, done
 
 
+def bad_ends_without_a_window_are_told(desktop, plot):
+    """Once each. What is written well is no bad end."""
+    nowhere = plot.parent / "nowhere"
+    ends = (("--print-to", nowhere / "a.pdf", plot), ("--picture", nowhere / "a.png", plot),
+            ("--picture", plot.with_suffix(".png"), nowhere / "a.plt"), ("--print-to", plot.with_suffix(".pdf"), nowhere))
+    with Host(desktop) as host:
+        for number, words in enumerate(ends, start=41):
+            with desktop.viewer(KELHPGL, "-I=7", f"-P={host.window}", "--print-to", plot.with_suffix(".svg"),
+                                plot) as viewer:
+                viewer.outcome(0)
+            with desktop.viewer(KELHPGL, f"-I={number}", f"-P={host.window}", *words) as viewer:
+                said = viewer.outcome(1)
+            assert said.count("\n") == 1 and "nowhere" in said, said
+            assert host.heard() == f"{MESSAGE} {number} 0 0 0"
+
+
 def signals_end_it_while_a_box_waits(desktop, plot):
     beside(plot, "HPGL.ini", "LANG=xx\n")
     for number in signal.SIGTERM, signal.SIGINT:
@@ -185,5 +201,5 @@ def without_a_display(_, plot):
 
 run_all(close_button_ends_it, signals_end_it, a_signal_ends_it_before_the_first_picture, leaves_no_file_behind,
         nobody_is_told_of_a_good_end, other_toolkits_are_refused, other_toolkits_are_named, a_missing_language_ends_it,
-        signals_end_it_while_a_box_waits, the_end_does_not_wait_for_a_long_paint, without_a_display,
+        bad_ends_without_a_window_are_told, signals_end_it_while_a_box_waits, the_end_does_not_wait_for_a_long_paint, without_a_display,
         displays_that_do_not_answer, a_picture_file_is_written_without_a_word)

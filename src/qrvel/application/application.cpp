@@ -146,6 +146,8 @@ void Wterminate(WHandle app) {
     if (found == nullptr) return;
     const int32_t status = found->conversion ? found->conversion->status() : found->status;
     forgetFonts();
+    // It asks for what the application knows, and may end the process.
+    if (status != 0 && found->exitProcedure != nullptr) found->exitProcedure(app, status);
     handles().destroy<Application>(app, __func__);
     if (status != 0) ExitProcess(static_cast<UINT>(status));
 }
