@@ -22,6 +22,7 @@ TOO_LONG = "a frame longer than 16 MiB"
 GONE = "it has gone inside a transmission"
 STALLED = "the host has stalled while another waits"
 TOO_MANY = "too many hosts"
+TOO_FEW = "too few descriptors are left for another"
 NOBODY = 65534  # a user
 
 
@@ -232,6 +233,35 @@ def there_is_a_limit_to_hosts(desktop, plot):
     resource.setrlimit(resource.RLIMIT_NOFILE, (soft, hard))
 
 
+def hosts_leave_descriptors_for_the_viewer(desktop, plot):
+    """What it needs itself: here for the dialog of files, without which Qt ends the process. One line for all of them."""
+    environment = {"CUPS_SERVER": "/nowhere", "HOME": str(plot.parent)}
+    with unharmed(desktop, plot, TOO_FEW, environment=environment) as viewer:
+        used, connected = len(open_files(viewer, "")), len(open_files(viewer, "socket"))
+        resource.prlimit(viewer.process.pid, resource.RLIMIT_NOFILE, (used + 20, used + 20))
+        with contextlib.ExitStack() as stack:
+            hosts = [stack.enter_context(connect(channel_path(plot))) for _ in range(40)]
+            hosts[-1].expect_end()
+            hosts[0].show(plot.read_bytes())
+            panel = under_key(desktop, viewer, viewer.window(), "ctrl+p")
+            under_key(desktop, viewer, panel, "alt+h")
+            desktop.xdotool("key", "Escape")
+            wait_for("the panel's focus", panel.is_active)
+            desktop.xdotool("key", "Escape")
+            wait_for("the panel to go", lambda: not viewer.windows("Print"))
+            hosts[0].show(plot.read_bytes())
+        wait_for("free places", lambda: len(open_files(viewer, "socket")) == connected)
+
+
+def under_key(desktop, viewer, window, key):
+    """The window for printing that the key opens from that one."""
+    wait_for("the focus", window.is_active)
+    desktop.xdotool("key", key)
+    opened = wait_for("the window", lambda: [new for new in viewer.windows("Print") if new.number != window.number])[0]
+    wait_for("its focus", opened.is_active)
+    return opened
+
+
 def files_named_by_the_data_may_be_anything(desktop, plot):
     fifo, loop, folder = (plot.with_name(name) for name in ("fifo", "loop", "folder"))
     os.mkfifo(fifo)
@@ -272,4 +302,4 @@ run_all(what_is_no_frame_is_refused, what_was_whole_before_is_shown, what_is_cut
         a_host_may_pause_when_nobody_waits,
         a_transmission_without_end_is_bounded, what_is_added_is_bounded_too, nobody_need_read_what_is_said,
         a_host_that_reads_no_answers_hinders_nobody, deaf_hosts_may_go,
-        there_is_a_limit_to_hosts, files_named_by_the_data_may_be_anything, other_users_cannot_connect)
+        there_is_a_limit_to_hosts, hosts_leave_descriptors_for_the_viewer, files_named_by_the_data_may_be_anything, other_users_cannot_connect)

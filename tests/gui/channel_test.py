@@ -3,6 +3,8 @@
 import contextlib
 import itertools
 import os
+import shutil
+import signal
 import socket
 import subprocess
 import threading
@@ -257,6 +259,61 @@ def a_name_has_one_viewer(desktop, plot):
         expect_picture(viewer, other(plot))
 
 
+def its_files(plot):
+    return sorted(runtime_folder(plot).iterdir())
+
+
+def what_others_remove_is_made_again(desktop, plot):
+    """The socket, the lock beside it, or their folder; the name stays the viewer's."""
+    with viewer_for_hosts(desktop, plot) as viewer, connect(channel_path(plot)) as before:
+        before.show(OTHER)
+        both = lock, path = its_files(plot)
+        for gone in [path], [lock], both:
+            for file in gone:
+                file.unlink()
+            with viewer_for_hosts(desktop, plot) if gone == [lock] else contextlib.nullcontext() as second:
+                if second:
+                    assert "another viewer has that name" in second.outcome(1)
+            wait_for("the files", lambda: its_files(plot) == both)
+            with connect(path) as host:
+                host.show(plot.read_bytes())
+        shutil.rmtree(runtime_folder(plot))
+        with connect(path) as host:
+            host.show(plot.read_bytes())
+        expect_picture(viewer, plot)
+        with viewer_for_hosts(desktop, plot) as second:
+            assert "another viewer has that name" in second.outcome(1)
+        before.show(OTHER)
+        expect_silence(viewer)
+    assert not its_files(plot)
+
+
+def a_viewer_leaves_its_successors_socket(desktop, plot):
+    """While one does not look its files are removed, and another takes the name. Whoever ends first, hosts find the
+    other."""
+    lost = f"kelhpgl: cannot listen at {channel_path(plot)}: another viewer has that name"
+    for first_ends in True, False:
+        with viewer_for_hosts(desktop, plot) as first, connect(channel_path(plot)) as host:
+            host.show(OTHER)
+            first.process.send_signal(signal.SIGSTOP)
+            for file in its_files(plot):
+                file.unlink()
+            with viewer_for_hosts(desktop, plot) as second, connect(channel_path(plot)) as new:
+                new.show(OTHER)
+                first.process.send_signal(signal.SIGCONT)
+                os.set_blocking(first.process.stderr.fileno(), False)
+                said = wait_for("what it says", first.process.stderr.readline).decode().strip()
+                assert said == lost, said
+                host.show(OTHER)
+                ending, staying = (first, second) if first_ends else (second, first)
+                assert ending.end() == ""
+                with connect(channel_path(plot)) as later:
+                    later.show(plot.read_bytes())
+                expect_picture(staying, plot)
+                staying.end()
+        assert not its_files(plot), its_files(plot)
+
+
 def its_folder_must_be_the_users_alone(desktop, plot):
     runtime_folder(plot).chmod(0o755)
     with viewer_for_hosts(desktop, plot) as viewer:
@@ -472,6 +529,7 @@ run_all(pictures_come_one_after_another, pictures_need_not_be_waited_for, frames
         large_pictures_are_shown, a_descriptor_may_be_handed_over, frames_may_come_on_standard_input,
         a_host_that_leaves_without_a_word_leaves_an_empty_window, a_viewer_to_which_nobody_speaks_shows_itself,
         the_socket_goes_with_the_viewer, a_name_is_taken_over_from_a_viewer_that_crashed, a_name_has_one_viewer,
+        what_others_remove_is_made_again, a_viewer_leaves_its_successors_socket,
         its_folder_must_be_the_users_alone, hosts_take_turns, one_hosts_picture_is_not_mixed_with_anothers,
         many_hosts_are_all_served, loading_that_takes_long_is_told, loading_can_be_given_up,
         handing_over_can_be_given_up, the_viewer_may_end_meanwhile, a_file_that_never_comes_can_be_given_up,

@@ -3,12 +3,13 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
-#include <QFile>
-#include <QFileInfo>
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -26,10 +27,13 @@ namespace {
 
 constexpr auto BETWEEN_LOOKS = std::chrono::seconds(1);
 constexpr std::size_t MOST_PATH = sizeof(sockaddr_un::sun_path) - 1;
+constexpr int MOST_AT_THE_DOOR = 50;
+// What hosts do not get: files, printing and windows need descriptors too, and Qt ends the process without them.
+constexpr int DESCRIPTORS_OF_OUR_OWN = 12;
+constexpr char TAKEN[] = "another viewer has that name";
 
-bool refuse(const QString& path, const QString& reason) {
-    sayLine(ownText(OwnText::CannotListen).arg(path, reason));
-    return false;
+QByteArray folderOf(const QByteArray& path) {
+    return path.left(path.lastIndexOf('/'));
 }
 
 // Where there is no runtime folder, one of the user's own takes its place: nobody else may look into it. Answers why it
@@ -44,7 +48,6 @@ QString problemWithFolder(const QByteArray& folder) {
     return ours ? QString() : "its folder is not this user's alone";
 }
 
-// Each host takes a descriptor, and one too many would end the listening.
 void raiseDescriptorLimit() {
     rlimit limit = {};
     if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
@@ -52,23 +55,84 @@ void raiseDescriptorLimit() {
     setrlimit(RLIMIT_NOFILE, &limit);
 }
 
-bool isSameFile(int file, const QByteArray& path) {
-    struct stat open = {};
-    struct stat there = {};
-    return fstat(file, &open) == 0 && stat(path.constData(), &there) == 0 && open.st_ino == there.st_ino &&
-           open.st_dev == there.st_dev;
+// Whether enough are left for ourselves.
+bool descriptorsAreLeftBeside(int host) {
+    std::array<int, DESCRIPTORS_OF_OUR_OWN> spare{};
+    for (int& descriptor : spare) {
+        descriptor = fcntl(host, F_DUPFD_CLOEXEC, 0);
+    }
+    const bool all = std::all_of(spare.begin(), spare.end(), [](int descriptor) { return descriptor >= 0; });
+    for (const int descriptor : spare) {
+        if (descriptor >= 0) close(descriptor);
+    }
+    return all;
+}
+
+// No file has that identity when the answer of a call of stat is an error.
+FileIdentity identity(int result, const struct stat& about) {
+    return result == 0 ? FileIdentity{about.st_dev, about.st_ino} : FileIdentity{};
+}
+
+FileIdentity identityOf(int file) {
+    struct stat about = {};
+    return identity(fstat(file, &about), about);
+}
+
+FileIdentity identityOf(const QByteArray& path) {
+    struct stat about = {};
+    return identity(lstat(path.constData(), &about), about);
+}
+
+sockaddr_un addressOf(const QByteArray& path) {
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    std::memcpy(address.sun_path, path.constData(), std::min(static_cast<std::size_t>(path.size()), MOST_PATH));
+    return address;
+}
+
+int makeSocket() {
+    return socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+}
+
+// What connecting there answers: 0 or an error number.
+int tryDoor(const QByteArray& path) {
+    const sockaddr_un address = addressOf(path);
+    const int caller = makeSocket();
+    if (caller < 0) return errno;
+    const int result = connect(caller, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    const int error = result == 0 ? 0 : errno;
+    close(caller);
+    return error;
+}
+
+// A viewer that crashed leaves its socket behind.
+void removeForsaken(const QByteArray& path) {
+    struct stat about = {};
+    if (lstat(path.constData(), &about) == 0 && S_ISSOCK(about.st_mode)) unlink(path.constData());
+}
+
+// The file gets the socket's own mode: nobody else may connect.
+bool bindTo(int socket, const QByteArray& path) {
+    const sockaddr_un address = addressOf(path);
+    return fchmod(socket, S_IRUSR | S_IWUSR) == 0 &&
+           bind(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
+           listen(socket, MOST_AT_THE_DOOR) == 0;
 }
 
 }  // namespace
 
-NameLock::~NameLock() {
+bool NameLock::isHeld() const {
+    return file_ >= 0 && identityOf(file_) == identityOf(path_);
+}
+
+void NameLock::letGo() {
     if (file_ < 0) return;
-    unlink(path_.constData());  // before the lock goes, so that it is never another's file
-    close(file_);
+    if (isHeld()) unlink(path_.constData());  // before the lock goes, so that it is never another's file
+    close(std::exchange(file_, -1));
 }
 
 // The one who had it may take the file away between our opening and our locking it; then there is another to lock.
 bool NameLock::take(const QByteArray& path) {
+    letGo();
     path_ = path;
     for (;;) {
         const int file = open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
@@ -78,44 +142,95 @@ bool NameLock::take(const QByteArray& path) {
             errno = EWOULDBLOCK;
             return false;
         }
-        if (isSameFile(file, path)) {
-            file_ = file;
-            return true;
-        }
-        close(file);
+        file_ = file;
+        if (isHeld()) return true;
+        close(std::exchange(file_, -1));
     }
 }
 
 HostServer::HostServer(Arrived arrived) : arrived_(std::move(arrived)) {
     looks_.setInterval(BETWEEN_LOOKS);
-    connect(&looks_, &QTimer::timeout, this, [this] {
-        if (!isListening() && listenAtPath()) sayLine("listening again");
-    });
+    QObject::connect(&looks_, &QTimer::timeout, [this] { look(); });
 }
 
-bool HostServer::listenAtPath() {
-    QLocalServer::removeServer(path_);  // left by a viewer that crashed
-    setSocketOptions(UserAccessOption);
-    return QLocalServer::listen(path_) || refuse(path_, errorString());
+QString HostServer::refusal(const QString& problem) const {
+    return ownText(OwnText::CannotListen).arg(QString::fromLocal8Bit(path_), problem);
+}
+
+QString HostServer::takeName() {
+    if (const QString problem = problemWithFolder(folderOf(path_)); !problem.isEmpty()) return problem;
+    if (static_cast<std::size_t>(path_.size()) > MOST_PATH) return "the path is too long";
+    if (name_.isHeld() || name_.take(lockPath_)) return {};
+    return errno == EWOULDBLOCK ? QString(TAKEN) : errorText();
+}
+
+// The name is ours, but somebody may have taken another viewer's lock away.
+QString HostServer::open() {
+    const int answer = tryDoor(path_);
+    if (answer == 0 || answer == EAGAIN) return TAKEN;  // one with a full door is there too
+    if (answer == ECONNREFUSED) removeForsaken(path_);
+    socket_ = makeSocket();
+    if (socket_ < 0 || !bindTo(socket_, path_)) {
+        const QString reason = errorText();
+        close();
+        return reason;
+    }
+    file_ = identityOf(path_);
+    notifier_ = std::make_unique<QSocketNotifier>(socket_, QSocketNotifier::Read);
+    QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { accept(); });
+    return {};
+}
+
+// As long as the socket is open no other file gets its identity.
+void HostServer::close() {
+    notifier_.reset();
+    if (isFound()) unlink(path_.constData());
+    file_ = {};
+    if (socket_ >= 0) ::close(std::exchange(socket_, -1));
+}
+
+bool HostServer::isFound() const {
+    return file_ != FileIdentity{} && file_ == identityOf(path_);
+}
+
+void HostServer::look() {
+    if (notifier_) notifier_->setEnabled(true);
+    if (isFound() && name_.isHeld()) return;
+    QString problem = takeName();
+    if (!isFound()) {
+        close();
+        if (problem.isEmpty()) problem = open();
+    }
+    if (problem != std::exchange(said_, problem)) sayLine(problem.isEmpty() ? "listening again" : refusal(problem));
+}
+
+void HostServer::accept() {
+    const int host = accept4(socket_, nullptr, nullptr, SOCK_CLOEXEC);
+    if (host < 0) {
+        // Nobody can come in, and the notifier would not rest: the next look tries again.
+        if (errno == EMFILE || errno == ENFILE) notifier_->setEnabled(false);
+        return;
+    }
+    if (descriptorsAreLeftBeside(host)) return arrived_(host);
+    ::close(host);
+    if (!std::exchange(full_, true)) sayLine("host: too few descriptors are left for another");
 }
 
 bool HostServer::listen(const QByteArray& name) {
-    path_ = QString::fromStdString(kelhost::channelPath(name.toStdString()));
-    const QByteArray folder = QFile::encodeName(QFileInfo(path_).path());
-    const QString problem = problemWithFolder(folder);
-    if (!problem.isEmpty()) return refuse(path_, problem);
-    if (static_cast<std::size_t>(QFile::encodeName(path_).size()) > MOST_PATH)
-        return refuse(path_, "the path is too long");
+    path_ = QByteArray::fromStdString(kelhost::channelPath(name.toStdString()));
     // No name of a channel begins with a dot, so no socket has the lock's.
-    if (!name_.take(folder + "/.kelhpgl." + name + ".lock")) {
-        if (errno != EWOULDBLOCK) return refuse(path_, errorText());
+    lockPath_ = folderOf(path_) + "/.kelhpgl." + name + ".lock";
+    QString problem = takeName();
+    if (problem.isEmpty()) problem = open();
+    if (!problem.isEmpty()) {
+        sayLine(refusal(problem));
         // Nothing that a user must be asked about: hosts that start a viewer at the same time find the other one.
-        refuse(path_, "another viewer has that name");
-        endProcess(1);
+        if (problem == TAKEN) endProcess(1);
+        return false;
     }
     raiseDescriptorLimit();
     looks_.start();
-    return listenAtPath();
+    return true;
 }
 
 }  // namespace qrvel

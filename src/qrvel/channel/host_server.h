@@ -1,50 +1,81 @@
 // The socket at which hosts find the viewer.
 #pragma once
 
-#include <QLocalServer>
+#include <sys/types.h>
+
+#include <QByteArray>
+#include <QSocketNotifier>
+#include <QString>
 #include <QTimer>
 #include <functional>
+#include <memory>
 
 namespace qrvel {
+
+// Which file it is that a name leads to. Others may put another one in its place.
+struct FileIdentity {
+    dev_t device = 0;
+    ino_t number = 0;  // 0: none
+    bool operator==(const FileIdentity&) const = default;
+};
 
 // A name that only one process at a time may have: a locked file, which the system unlocks when the process is gone.
 class NameLock {
   public:
     NameLock() = default;
-    ~NameLock();
+    ~NameLock() { letGo(); }
     NameLock(const NameLock&) = delete;
     NameLock& operator=(const NameLock&) = delete;
 
     // False when somebody else has it, or it cannot be had (errno).
     bool take(const QByteArray& path);
+    // Whether it has it. Not any more when others have taken the file away.
+    bool isHeld() const;
 
   private:
+    void letGo();
+
     QByteArray path_;
     int file_ = -1;
 };
 
-class HostServer : public QLocalServer {
+// It removes no file but those that it has made. When others take them away it makes them again, unless another viewer
+// has got the name meanwhile; then it waits for it.
+class HostServer {
   public:
     // Told of each host, with the descriptor of its connection, which is handed over.
     using Arrived = std::function<void(int descriptor)>;
 
     explicit HostServer(Arrived arrived);
-    ~HostServer() override { close(); }  // while the name is still ours
+    ~HostServer() { close(); }
+    HostServer(const HostServer&) = delete;
+    HostServer& operator=(const HostServer&) = delete;
 
     // Listens under a name (kelhost::channelPath). False, with a line, when that cannot be. Ends the process, with 1,
     // when another viewer has the name.
     bool listen(const QByteArray& name);
 
-  protected:
-    void incomingConnection(quintptr descriptor) override { arrived_(static_cast<int>(descriptor)); }
-
   private:
-    bool listenAtPath();
+    // Both answer what is wrong, or nothing.
+    QString takeName();
+    QString open();
+    QString refusal(const QString& problem) const;
+    // Whether the path leads to our socket.
+    bool isFound() const;
+    void close();
+    void look();
+    void accept();
 
     Arrived arrived_;
-    QString path_;
+    QByteArray path_;
+    QByteArray lockPath_;
     NameLock name_;
-    QTimer looks_;  // whether it still listens
+    int socket_ = -1;
+    FileIdentity file_;  // the socket's, as it was made
+    std::unique_ptr<QSocketNotifier> notifier_;
+    QTimer looks_;       // whether it can still be found
+    QString said_;       // of what is wrong
+    bool full_ = false;  // that has been said
 };
 
 }  // namespace qrvel
