@@ -51,6 +51,7 @@ DataChannel* findDataChannel() {
 DataChannel::DataChannel(const Receiver& receiver)
     : receiver_(receiver), watch_([this](const QByteArray& changed) { openAgain(changed); }) {
     std::signal(SIGPIPE, SIG_IGN);  // a host that has gone is no reason to end
+    std::signal(SIGXFSZ, SIG_IGN);  // nor is a file that may not grow
     silence_.setSingleShot(true);
     silence_.setInterval(SILENCE);
     QObject::connect(&silence_, &QTimer::timeout, [this] { showEmptyWindow(); });

@@ -2,6 +2,10 @@
 
 #include "memory.h"
 
+#include <cerrno>
+
+#include "error_text.h"
+
 namespace qrvel {
 
 namespace {
@@ -41,8 +45,22 @@ bool Spool::fail(const QString& reason) {
 
 bool Spool::moveToFile() {
     file_ = std::make_unique<QTemporaryFile>();
-    if (!file_->open() || file_->write(memory_) != memory_.size()) return fail(file_->errorString());
+    if (!file_->open()) return fail(file_->errorString());
+    if (!write(memory_.constData(), memory_.size())) return false;
     memory_ = {};
+    return true;
+}
+
+// Not by Qt, which knows no reason when the first of the bytes still find room: only the next ones are refused with
+// one.
+bool Spool::write(const char* bytes, qint64 count) {
+    while (count > 0) {
+        const ssize_t written = ::write(file_->handle(), bytes, static_cast<std::size_t>(count));
+        if (written < 0 && errno == EINTR) continue;
+        if (written <= 0) return fail(errorText());
+        bytes += written;
+        count -= written;
+    }
     return true;
 }
 
@@ -54,7 +72,7 @@ bool Spool::append(const char* bytes, qint64 count) {
         return true;
     }
     if (!file_ && !moveToFile()) return false;
-    return file_->write(bytes, count) == count || fail(file_->errorString());
+    return write(bytes, count);
 }
 
 bool Spool::finish() {
@@ -62,7 +80,7 @@ bool Spool::finish() {
         bytes_ = {memory_.constData(), static_cast<std::size_t>(memory_.size())};
         return true;
     }
-    const uchar* mapped = file_->flush() ? file_->map(0, size_) : nullptr;
+    const uchar* mapped = file_->map(0, size_);
     if (mapped == nullptr) return fail(file_->errorString());
     bytes_ = {reinterpret_cast<const char*>(mapped), static_cast<std::size_t>(size_)};
     return true;

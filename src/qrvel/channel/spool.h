@@ -25,6 +25,7 @@ class Spool {
 
   private:
     bool moveToFile();
+    bool write(const char* bytes, qint64 count);
     bool fail(const QString& reason);
 
     QByteArray memory_;

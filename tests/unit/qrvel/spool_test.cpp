@@ -1,9 +1,13 @@
 #include "spool.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
 #include <filesystem>
 #include <iterator>
 #include <string>
@@ -45,6 +49,23 @@ TEST(Spool, KeepsMoreInOneFile) {
 
 TEST(Spool, KeepsNothingToo) {
     EXPECT_EQ(filesFor(0), 0);
+}
+
+// A file that may not grow is a full folder: the first bytes of a write find room, the others do not.
+TEST(Spool, SaysWhyItsFileCannotGrow) {
+    rlimit before = {};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlim_t most = 2 * MOST_IN_MEMORY - 1000;
+    const rlimit small = {.rlim_cur = most, .rlim_max = before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const std::string half(MOST_IN_MEMORY, 'x');
+    Spool spool;
+    EXPECT_TRUE(spool.append(half.data(), MOST_IN_MEMORY));
+    EXPECT_FALSE(spool.append(half.data(), MOST_IN_MEMORY));
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(spool.failure(), std::strerror(EFBIG));
 }
 
 // The bytes are not looked at: there is no room for them.
