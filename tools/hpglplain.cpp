@@ -10,6 +10,8 @@
 #include <string_view>
 
 #include "plotter.h"
+#include "shown_text.h"
+#include "standard_streams.h"
 #include "whole_file.h"
 
 namespace {
@@ -60,7 +62,7 @@ std::optional<Options> readOptions(int count, char** words) {
 }
 
 int fail(const std::string& what, const char* reason) {
-    fprintf(stderr, "hpglplain: %s: %s\n", what.c_str(), reason);
+    fprintf(stderr, "hpglplain: %s: %s\n", kelfiles::shownText(what).c_str(), kelfiles::shownText(reason).c_str());
     return 1;
 }
 
@@ -111,10 +113,12 @@ void printReport(const plotter::Survey& survey) {
                 e.high.x, e.high.y, page.factor);
     }
     for (const plotter::Report::Entry& entry : survey.report.passedOver()) {
-        fprintf(stderr, "not drawn: %s, %zu times, first at byte %zu\n", entry.what.c_str(), entry.count, entry.offset);
+        fprintf(stderr, "not drawn: %s, %zu times, first at byte %zu\n", kelfiles::shownText(entry.what).c_str(),
+                entry.count, entry.offset);
     }
     for (const plotter::Report::Entry& entry : survey.report.bounds()) {
-        fprintf(stderr, "bound met: %s, %zu times, first at byte %zu\n", entry.what.c_str(), entry.count, entry.offset);
+        fprintf(stderr, "bound met: %s, %zu times, first at byte %zu\n", kelfiles::shownText(entry.what).c_str(),
+                entry.count, entry.offset);
     }
     if (survey.report.ending() != plotter::Ending::Whole) {
         fprintf(stderr, "the file ends %s\n", nameOf(survey.report.ending()));
@@ -145,6 +149,7 @@ class Output {
 }  // namespace
 
 int main(int count, char** words) {
+    kelfiles::holdStandardStreams();
     const std::optional<Options> options = readOptions(count, words);
     if (!options) return wrongUsage();
     const std::string name = options->file == nullptr ? "standard input" : options->file;

@@ -21,6 +21,8 @@
 #include "client.h"
 #include "hpglsend_options.h"
 #include "plotter.h"
+#include "shown_text.h"
+#include "standard_streams.h"
 #include "viewer_process.h"
 #include "whole_file.h"
 
@@ -131,7 +133,7 @@ std::string endOf(pid_t process, const std::string& program) {
 }
 
 bool sayThatThereIsNone(const std::string& problem) {
-    std::fprintf(stderr, "hpglsend: no viewer: %s\n", problem.c_str());
+    std::fprintf(stderr, "hpglsend: no viewer: %s\n", kelfiles::shownText(problem).c_str());
     return false;
 }
 
@@ -158,8 +160,9 @@ Verdict transmit(Client& viewer, const SendOptions& options, Bytes& bytes) {
     return result;
 }
 
+// Names and what the viewer answers are others' words.
 void say(const std::string& name, const std::string& words) {
-    std::printf("%s: %s\n", name.c_str(), words.c_str());
+    std::printf("%s: %s\n", kelfiles::shownText(name).c_str(), kelfiles::shownText(words).c_str());
     std::fflush(stdout);
 }
 
@@ -207,7 +210,8 @@ bool goOn(std::size_t /*bytesDone*/) {
 int sendPages(Client& viewer, const SendOptions& options, const std::string& name, std::string_view file) {
     const plotter::Survey survey = plotter::survey(file, goOn);
     if (const std::string said = plotter::summary(survey); !said.empty()) {
-        std::fprintf(stderr, "hpglsend: %s: %s\n", name.c_str(), said.c_str());
+        std::fprintf(stderr, "hpglsend: %s: %s\n", kelfiles::shownText(name).c_str(),
+                     kelfiles::shownText(said).c_str());
     }
     const std::size_t pages = survey.pages.size();
     int status = EXIT_SHOWN;
@@ -297,10 +301,11 @@ int sendAndReceive(Client& viewer, const SendOptions& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    kelfiles::holdStandardStreams();
     SendOptions options;
     const std::string problem = parseSendOptions(std::vector<std::string>(argv + 1, argv + argc), options);
     if (!problem.empty()) {
-        std::fprintf(stderr, "hpglsend: %s\n%s", problem.c_str(), SEND_USAGE);
+        std::fprintf(stderr, "hpglsend: %s\n%s", kelfiles::shownText(problem).c_str(), SEND_USAGE);
         return EXIT_USAGE;
     }
     if (options.help) {

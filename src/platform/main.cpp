@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "arguments.h"
+#include "standard_streams.h"
 #include "winmain.h"
 
 namespace {
@@ -44,6 +45,7 @@ HINSTANCE processInstance() {
 }  // namespace
 
 int main(int argc, char** argv) {
+    kelfiles::holdStandardStreams();
     setPlatformArguments(argc, argv);
     std::string line = joinArguments(argc, argv);
     return WinMain(processInstance(), nullptr, line.data(), showNormal);

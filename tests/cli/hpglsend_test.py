@@ -239,6 +239,18 @@ def goes_on_after_a_refusal(place):
            place.run("--as-is", "a.plt", "large.plt", plays="refuse"))
 
 
+def others_words_command_nothing(place):
+    """Answers, names of files, what stands in the environment."""
+    escape = "\x1b]0;title\x07"
+    (place.folder / f"{escape}.plt").write_bytes(A)
+    expect((1, "?]0;title?.plt: refused: ?[2Jno?paper? \u00e4?\n", ""), place.run(f"{escape}.plt", plays="rude"))
+    expect((1, "?]0;title?: cannot read: No such file or directory\n", ""), place.run(escape))
+    expect(wrong("unknown option --?]0;title?"), place.run(f"--{escape}"))
+    place.environment["XDG_RUNTIME_DIR"] = f"/{escape}"
+    path = "/?]0;title?/kelhpgl.default"
+    expect((3, "", f"hpglsend: no viewer: {path}: No such file or directory\n"), place.run("--no-start", "--wait", "0", "a.plt"))
+
+
 def stops_sending_what_is_refused(place):
     expect((1, "large.plt: refused: no paper\na.plt: refused: no paper\n", ""),
            place.run("--as-is", "large.plt", "a.plt", plays="early"))
@@ -443,7 +455,7 @@ TESTS = [answers_without_a_viewer, tells_how_to_call_it, starts_a_viewer_and_sen
          sends_each_page, sends_as_it_is, goes_on_after_a_page_that_is_refused, sends_no_more_pages_without_a_viewer,
          says_what_is_not_drawn, sends_no_other_kind,
          goes_on_after_a_file_that_cannot_be_read, waits_until_the_viewer_listens, goes_on_after_a_refusal,
-         stops_sending_what_is_refused, hears_why_the_connection_is_closed, hears_that_there_are_too_many,
+         others_words_command_nothing, stops_sending_what_is_refused, hears_why_the_connection_is_closed, hears_that_there_are_too_many,
          stops_when_the_viewer_ends, finds_no_viewer, waits_no_longer_than_told, starts_where_a_viewer_crashed,
          two_at_once_share_one_viewer, a_slow_generator_is_waited_for, receives_a_page, says_that_the_format_is_another,
          receives_one_of_several_files, replaces_what_was_there, receives_nothing, says_that_the_viewer_is_closed,

@@ -315,6 +315,7 @@ WHITE_PAGE = "kelhpgl: out.svg: the drawing is empty, the page is white\n"
 
 # arguments, (exit code, standard error); no file is made
 WRONG = [
+    (["--\x1b[2J\n"], (2, "kelhpgl: unknown option: --?[2J?\n" + HINT)),
     (["--print-to"], (2, "kelhpgl: a value is missing behind: --print-to\n" + HINT)),
     (["--print-to", "", "square.plt"], (2, "kelhpgl: no name that ends with .pdf, .svg or .png: \n" + HINT)),
     (["--print-to", "out", "square.plt"], (2, "kelhpgl: no name that ends with .pdf, .svg or .png: out\n" + HINT)),

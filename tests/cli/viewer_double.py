@@ -8,6 +8,7 @@ transmission's frames and its bytes. DOUBLE_PLAYS says what it does beside that:
     blind   shows every transmission and writes nothing down
     late    listens only after a second
     refuse  refuses every transmission
+    rude    the same, with a reason that commands a terminal
     early   refuses every transmission as soon as it has begun, and reads the rest
     strict  the same, and closes the connection
     full    refuses and closes every connection when it is made
@@ -31,6 +32,7 @@ import time
 
 FURTHER, BEGIN, END, ACCEPTED, REFUSED, SHOWN, PAGE_BEGIN, PAGE_DATA, PAGE_END = 0, 1, 2, 16, 17, 18, 19, 20, 21
 PIECE = 65536
+REASONS = {"refuse": b"no paper", "rude": b"\x1b[2Jno\npaper\x7f \xc3\xa4\x9b"}
 PAGE = b"%PDF" + bytes(range(256)) * 1024
 PLAYS = os.environ.get("DOUBLE_PLAYS", "")
 
@@ -62,7 +64,7 @@ def page():
 
 def answers():
     """To a transmission: replies, and what is printed."""
-    verdict = (REFUSED, b"no paper") if PLAYS == "refuse" else (SHOWN, b"")
+    verdict = (REFUSED, REASONS[PLAYS]) if PLAYS in REASONS else (SHOWN, b"")
     begin, *rest = page()
     if PLAYS == "mixes":
         return [begin, (ACCEPTED, b""), *rest[:2], verdict, *rest[2:]]

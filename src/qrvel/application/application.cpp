@@ -12,6 +12,7 @@
 #include "fonts.h"
 #include "message_pump.h"
 #include "notices.h"
+#include "shown_text.h"
 #include "toolkit_trace.h"
 #include "windows.h"
 
@@ -32,7 +33,9 @@ std::unique_ptr<QApplication> makeQApplication() {
 
 // Without a display Qt complains of what a display would have; whoever converts files should not read it as an error.
 void passOnGrave(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
-    if (type == QtCriticalMsg || type == QtFatalMsg) std::fprintf(stderr, "%s\n", qUtf8Printable(text));
+    if (type == QtCriticalMsg || type == QtFatalMsg) {
+        std::fprintf(stderr, "%s\n", kelfiles::shownText(text.toStdString()).c_str());
+    }
 }
 
 }  // namespace

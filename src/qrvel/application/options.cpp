@@ -16,6 +16,7 @@
 #include "conversion.h"
 #include "page_format.h"
 #include "protocol.h"
+#include "shown_text.h"
 
 namespace qrvel {
 
@@ -24,8 +25,7 @@ namespace {
 using Words = std::span<const char* const>;
 
 [[noreturn]] void refuse(const char* reason, std::string_view word) {
-    std::fprintf(stderr, "kelhpgl: %s: %.*s\nTry 'kelhpgl --help'.\n", reason, static_cast<int>(word.size()),
-                 word.data());
+    std::fprintf(stderr, "kelhpgl: %s: %s\nTry 'kelhpgl --help'.\n", reason, kelfiles::shownText(word).c_str());
     std::exit(2);
 }
 
@@ -205,8 +205,7 @@ Words takeOption(Options& options, Words words) {
     return words.subspan(2);
 }
 
-// A terminal has no data, nor has /dev/null. To be asked before Qt opens files of its own: one of them may take the
-// place of a standard input that was closed.
+// A terminal has no data, nor has /dev/null.
 bool standardInputHasData() {
     struct stat about = {};
     return fstat(STDIN_FILENO, &about) == 0 &&

@@ -11,6 +11,7 @@
 #include "own_texts.h"
 #include "picture_file.h"
 #include "plot_report.h"
+#include "shown_text.h"
 #include "strip.h"
 #include "toolkit_trace.h"
 
@@ -99,7 +100,8 @@ void FileSource::sayReport() {
     if (const QString text = reportText(survey.report); !text.isEmpty()) said += text;
     remarks_ = said.join("; ");
     if (!remarks_.isEmpty()) sayLine(shownName() + ": " + remarks_);
-    traceLine("%s: pages: %d. %s\n", name_.constData(), pages_, plotter::summary(survey).c_str());
+    traceLine("%s: pages: %d. %s\n", kelfiles::shownText(name_.toStdString()).c_str(), pages_,
+              plotter::summary(survey).c_str());
 }
 
 // False when there is no such page, and nobody who would rather see another.
