@@ -283,8 +283,16 @@ def what_others_remove_is_made_again(desktop, plot):
         expect_picture(viewer, plot)
         with viewer_for_hosts(desktop, plot) as second:
             assert "another viewer has that name" in second.outcome(1)
+        runtime_folder(plot).chmod(0o755)
+        path.unlink()
+        os.set_blocking(viewer.process.stderr.fileno(), False)
+        said = wait_for("what it says", viewer.process.stderr.readline).decode()
+        assert said == f"kelhpgl: cannot listen at {path}: its folder is not this user's alone\n", said
+        runtime_folder(plot).chmod(0o700)
+        with connect(path) as host:
+            host.show(plot.read_bytes())
         before.show(OTHER)
-        expect_silence(viewer)
+        assert viewer.end() == "kelhpgl: listening again\n"
     assert not its_files(plot)
 
 
