@@ -158,7 +158,7 @@ QString HostServer::refusal(const QString& problem) const {
 }
 
 QString HostServer::takeName() {
-    if (const QString problem = problemWithFolder(folderOf(path_)); !problem.isEmpty()) return problem;
+    if (QString problem = problemWithFolder(folderOf(path_)); !problem.isEmpty()) return problem;
     if (static_cast<std::size_t>(path_.size()) > MOST_PATH) return "the path is too long";
     if (name_.isHeld() || name_.take(lockPath_)) return {};
     return errno == EWOULDBLOCK ? QString(TAKEN) : errorText();
@@ -171,7 +171,7 @@ QString HostServer::open() {
     if (answer == ECONNREFUSED) removeForsaken(path_);
     socket_ = makeSocket();
     if (socket_ < 0 || !bindTo(socket_, path_)) {
-        const QString reason = errorText();
+        QString reason = errorText();
         close();
         return reason;
     }
