@@ -5,6 +5,7 @@
 
 #include "areas.h"
 #include "survey_sheet.h"
+#include "units.h"
 
 namespace plotter {
 
@@ -32,7 +33,20 @@ int32_t rounded(double value) {
 }  // namespace
 
 PlainWriter::PlainWriter(const Page& page, const Sink& sink)
-    : page_(page), sink_(sink), buffer_(PIECE + ROOM), next_(buffer_.data()) {}
+    : page_(page), sink_(sink), buffer_(PIECE + ROOM), next_(buffer_.data()) {
+    setReach();
+}
+
+// What was measured with few chords is a little larger with many. A chord that was too far away to be measured may
+// still have points that are not: they must neither make the drawing small nor go beyond 32 bits.
+void PlainWriter::setReach() {
+    const Box& measured = page_.extents;
+    if (measured.empty()) return;
+    const double beyond = std::max({measured.width(), measured.height(), 1.0}) / 8;
+    const auto bounded = [&](double value) { return std::clamp(value * page_.factor, -FARTHEST, FARTHEST); };
+    lowest_ = {bounded(measured.low.x - beyond), bounded(measured.low.y - beyond)};
+    highest_ = {bounded(measured.high.x + beyond), bounded(measured.high.y + beyond)};
+}
 
 void PlainWriter::begin() {
     text("IN;\n");
@@ -92,7 +106,8 @@ void PlainWriter::pair(Place place) {
 // ---- pen ------------------------------------------------------------------------------------------------------------
 
 PlainWriter::Place PlainWriter::placeOf(Point paper) const {
-    return {rounded(paper.x * page_.factor), rounded(paper.y * page_.factor)};
+    return {rounded(std::clamp(paper.x * page_.factor, lowest_.x, highest_.x)),
+            rounded(std::clamp(paper.y * page_.factor, lowest_.y, highest_.y))};
 }
 
 void PlainWriter::takePen(const Ink& ink) {

@@ -16,6 +16,7 @@ class PlainWriter final : public Sheet {
     struct Page {
         std::size_t index = 0;  // counted from 0
         double factor = 1;      // output units a plotter unit
+        Box extents;            // as measured, plotter units
         const Palette* palette = nullptr;
         bool coloursChosen = false;
         std::size_t mostBytes = 0;  // of text; nothing comes behind
@@ -34,6 +35,7 @@ class PlainWriter final : public Sheet {
     void nextPage() override;
 
   private:
+    void setReach();
     // Output units.
     struct Place {
         int32_t x = 0;
@@ -58,6 +60,7 @@ class PlainWriter final : public Sheet {
 
     Page page_;
     const Sink& sink_;
+    Point lowest_, highest_;  // output units: farther out nothing is drawn
     std::size_t current_ = 0;
     std::size_t written_ = 0;  // bytes that are out
     bool stopped_ = false;

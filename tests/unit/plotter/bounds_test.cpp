@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 #include "machine.h"
@@ -35,6 +36,28 @@ std::size_t sizeOfText(const std::string& plot, const Survey& survey) {
     };
     EXPECT_TRUE(write(plot, survey, 0, sink, goOn));
     return size;
+}
+
+// An arc's corners as it was measured are too far away; of the more that are drawn some are not.
+TEST(Bounds, WhatWasTooFarToBeMeasuredIsNotFarAway) {
+    const std::string plot = "PA500,500;PD0,0;AR10,16777217,20;AR099,10737418230,9;PD1,1;";
+    const Survey measured = survey(plot, goOn);
+    ASSERT_EQ(measured.pages.size(), 1U);
+    const PageSurvey& page = measured.pages.front();
+    std::string text;
+    const auto sink = [&text](std::string_view piece) {
+        text += piece;
+        return true;
+    };
+    ASSERT_TRUE(write(plot, measured, 0, sink, goOn));
+    const double most = 1.2 * page.factor *
+                        std::max({std::abs(page.extents.low.x), std::abs(page.extents.low.y), page.extents.high.x,
+                                  page.extents.high.y, 1.0});
+    for (std::size_t at = 0; (at = text.find_first_of("0123456789", at)) != std::string::npos;) {
+        const std::size_t end = text.find_first_not_of("0123456789", at);
+        EXPECT_LE(std::stod(text.substr(at, end - at)), most) << text.substr(at, 20);
+        at = end;
+    }
 }
 
 // A polygon of 2000 corners, filled again and again: the points of any file are used up after 1250 times, for it must
