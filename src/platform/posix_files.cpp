@@ -1,9 +1,7 @@
 // Files as OpenFile, _lwrite and _lclose see them, and files that nobody vouches for.
 #include <fcntl.h>
-#include <linux/magic.h>
 #include <sys/file.h>
 #include <sys/stat.h>
-#include <sys/vfs.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -12,8 +10,8 @@
 #include <limits>
 #include <string>
 
+#include "log_file.h"
 #include "posix.h"
-#include "regular_file.h"
 
 namespace {
 
@@ -52,13 +50,6 @@ int openRegular(const char* name, int flags) {
     const int file = aboveStandardStreams(opened);
     if (file >= 0) fcntl(file, F_SETFL, fcntl(file, F_GETFL) & ~O_NONBLOCK);
     return file;
-}
-
-// What the kernel makes up while it is read may have no end.
-bool isMadeUp(int file) {
-    struct statfs system {};
-    return fstatfs(file, &system) == 0 && (system.f_type == PROC_SUPER_MAGIC || system.f_type == SYSFS_MAGIC ||
-                                           system.f_type == DEBUGFS_MAGIC || system.f_type == TRACEFS_MAGIC);
 }
 
 // A file system that knows no locks is used without them; only another holder is a reason to refuse.
@@ -159,18 +150,6 @@ std::FILE* openLogFile(const char* name) {
     const int file = openLocked(name, OF_CREATE | OF_WRITE);
     if (file < 0) return nullptr;
     std::FILE* stream = fdopen(file, "w");
-    if (stream == nullptr) closeFailed(file);
-    return stream;
-}
-
-std::FILE* openRegularFile(const char* name) {
-    const int file = openRegular(name, O_RDONLY);
-    if (file < 0) return nullptr;
-    if (isMadeUp(file)) {
-        closeFailed(file);
-        return nullptr;
-    }
-    std::FILE* stream = fdopen(file, "rb");
     if (stream == nullptr) closeFailed(file);
     return stream;
 }

@@ -6,6 +6,7 @@
 #include "action_bar.h"
 #include "display.h"
 #include "helpl.h"
+#include "log_file.h"
 #include "regular_file.h"
 #include "scaling.h"
 #include "setup_pass.h"

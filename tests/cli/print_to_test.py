@@ -784,6 +784,50 @@ class Guards(Printing):
                 self.assertEqual(self.run_it("--picture", output, "-", stdin=stdin)[0], 1)
         self.assertEqual((self.folder / "plot.png").read_bytes(), SQUARE)
 
+    def test_a_drawing_names_files_of_its_own_folder_alone(self):
+        outside = self.plot("outside.plt", SQUARE)
+        self.plot("in/below/named.plt", SQUARE)
+        (self.folder / "in" / "link.plt").symlink_to(outside)
+        for name, said in [("below/named.plt", ""), (self.folder / "in/below/named.plt", ""),
+                           (outside, outside), ("../outside.plt", "../outside.plt"), ("link.plt", "link.plt")]:
+            self.plot("in/plot.plt", f"HPGL_FILE:{name}\n".encode())
+            for manner in (["--print-to", "out.svg"], ["--picture", "out.png"]):
+                (self.folder / "in" / manner[1]).unlink(missing_ok=True)
+                told = self.run_in(self.folder / "in", *manner, "plot.plt")
+                expected = f"kelhpgl: plot.plt: it names {said}, which does not lie in its folder\n" if said else ""
+                self.assertEqual(told, (1 if said else 0, expected))
+                self.assertEqual((self.folder / "in" / manner[1]).exists(), not said)
+
+    def test_named_files_have_the_limit_of_others(self):
+        self.plot("named.plt", SQUARE * 1000)
+        self.plot("plot.plt", b"HPGL_FILE:named.plt\n")
+        self.prints("--print-to", "out.svg", "plot.plt")
+        for manner in (["--print-to", "new.svg"], ["--picture", "new.png"]):
+            self.assertEqual(self.run_it(*manner, "plot.plt", KEL_MOST_BYTES="10000"),
+                             (1, "kelhpgl: plot.plt: more data than KEL_MOST_BYTES (10000)\n"))
+            self.assertFalse((self.folder / manner[1]).exists())
+
+    def test_a_named_file_is_a_source_too(self):
+        for ending, option in (("pdf", "--print-to"), ("svg", "--print-to"), ("png", "--picture")):
+            self.plot(f"named.{ending}", SQUARE)
+            self.plot("plot.plt", f"HPGL_FILE:named.{ending}\n".encode())
+            self.assertEqual(self.run_it(option, f"named.{ending}", "plot.plt"),
+                             (1, f"kelhpgl: cannot write named.{ending}: it is one of the drawings\n"))
+            self.assertEqual((self.folder / f"named.{ending}").read_bytes(), SQUARE)
+
+    def test_reading_a_named_file_ends_with_a_signal(self):
+        with open(self.folder / "named.plt", "wb") as named:
+            named.truncate(1 << 32)
+        self.plot("plot.plt", b"HPGL_FILE:named.plt\n")
+        process = subprocess.Popen([PROGRAM, "--print-to", "out.pdf", "plot.plt"], cwd=self.folder, env=environment(),
+                                   stdin=subprocess.DEVNULL, stderr=subprocess.PIPE)
+        time.sleep(1)
+        process.send_signal(signal.SIGTERM)
+        begun = time.monotonic()
+        process.communicate(timeout=PATIENCE)
+        self.assertLess(time.monotonic() - begun, 2)
+        self.assertNotEqual(process.returncode, 0)
+
     def test_standard_input_is_a_source_too(self):
         self.plot("plot.pdf", SQUARE)
         with open(self.folder / "plot.pdf", "rb") as stdin:

@@ -17,6 +17,7 @@ from host import (ACCEPTED, BEGIN, END, FURTHER, HEADER, MOST_FRAME_BYTES, REFUS
 OTHER = "IN;PC1,200,0,100;SP1;PU-500,-300;PD700,900,700,-300;PC2,0,90,255;SP2;PD-500,900;"
 MOST_HOSTS = 64
 MOST_SILENCE = 5.0  # seconds inside a transmission while another host waits
+GIVEN_UP = "given up by the user"
 UNKNOWN = "a frame of an unknown kind"
 TOO_LONG = "a frame longer than 16 MiB"
 GONE = "it has gone inside a transmission"
@@ -277,6 +278,23 @@ def files_named_by_the_data_may_be_anything(desktop, plot):
         host.show(plot.read_bytes())
 
 
+def a_named_file_that_takes_long_can_be_given_up(desktop, plot):
+    """Meanwhile the window can be moved, and other hosts are heard."""
+    long = plot.with_name("long.plt")
+    with open(long, "wb") as file:
+        file.truncate(1 << 33)
+    with unharmed(desktop, plot, GIVEN_UP) as viewer, connect(channel_path(plot)) as host:
+        host.send(picture(f"HPGL_FILE:{long}\n"))
+        host.expect((ACCEPTED, ""))
+        panel = viewer.window("Information")
+        with connect(channel_path(plot)) as other:
+            other.send(picture(plot.read_bytes()))
+            _, _, width, height = panel.geometry()
+            panel.click(width - 40, height - 20)
+            host.expect_refused(GIVEN_UP)
+            other.expect_shown()
+
+
 def other_users_cannot_connect(desktop, plot):
     with unharmed(desktop, plot):
         path = channel_path(plot)
@@ -302,4 +320,5 @@ run_all(what_is_no_frame_is_refused, what_was_whole_before_is_shown, what_is_cut
         a_host_may_pause_when_nobody_waits,
         a_transmission_without_end_is_bounded, what_is_added_is_bounded_too, nobody_need_read_what_is_said,
         a_host_that_reads_no_answers_hinders_nobody, deaf_hosts_may_go,
-        there_is_a_limit_to_hosts, hosts_leave_descriptors_for_the_viewer, files_named_by_the_data_may_be_anything, other_users_cannot_connect)
+        there_is_a_limit_to_hosts, hosts_leave_descriptors_for_the_viewer, files_named_by_the_data_may_be_anything,
+        a_named_file_that_takes_long_can_be_given_up, other_users_cannot_connect)

@@ -39,6 +39,7 @@ constexpr Row ROWS[] = {
     {OwnText::PageTooLarge,   "W_PAGE_TOO_LARGE",  "the page is too large"},
     {OwnText::WrittenAlready, "W_WRITTEN_ALREADY", "another drawing has been written there just now"},
     {OwnText::IsSource,       "W_IS_SOURCE",       "it is one of the drawings"},
+    {OwnText::NamesOutside,   "W_NAMES_OUTSIDE",   "it names %1, which does not lie in its folder"},
     {OwnText::NoPicture,      "W_NO_PICTURE",      "there is no picture"},
     {OwnText::NoHost,         "W_NO_HOST",         "The program that sent the drawing is not there any more, or does not take the page."},
     {OwnText::NoDestination,  "W_NO_DESTINATION",  "There is no such destination or format."},

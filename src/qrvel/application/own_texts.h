@@ -21,7 +21,8 @@ enum class OwnText {
     PageOf,           // %1 the number, %2 of how many
     FirstPage,        // the same; told when there are others
     CannotPrint,      // %1 a printer, %2 the reason
-    NoSuchPrinter, PrinterRefuses, PageTooLarge, WrittenAlready, IsSource, NoPicture,  // reasons
+    NoSuchPrinter, PrinterRefuses, PageTooLarge, WrittenAlready, IsSource, NamesOutside,
+    NoPicture,  // reasons
     NoHost, NoDestination, PageForHost,
     EmptyPage,        // %1 a name
     Drawing,          // what a screen reader calls the picture

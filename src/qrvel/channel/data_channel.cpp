@@ -140,6 +140,7 @@ void DataChannel::transmit(std::unique_ptr<Transmission> transmission) {
         speaker->refused(Spool::tooMuch());
         return;
     }
+    named_.begin(turn_ != nullptr ? turn_->folder() : std::nullopt);
     delivery_ = std::make_unique<Delivery>(receiver_, std::move(transmission));
     application()->messages.workIsDue();
 }
@@ -148,7 +149,12 @@ void DataChannel::pass(const Speaker& speaker) {
     if (turn_ == &speaker) endTurn();
 }
 
+// Others may leave while the viewer reads a file that is named; it is in the midst of a delivery then.
 void DataChannel::leave(Speaker& speaker) {
+    if (delivering_) {
+        leaving_.push_back(&speaker);
+        return;
+    }
     pass(speaker);
     std::erase(line_, &speaker);
     if (pictureOf_ == &speaker) pictureOf_ = nullptr;
@@ -180,6 +186,7 @@ void DataChannel::showEmptyWindow() {
 // ---- what is handed over --------------------------------------------------------------------------------------------
 
 LoadProgress DataChannel::progress() const {
+    if (delivering_ && named_.isReading()) return {.done = named_.bytesRead(), .all = named_.bytesInAll()};
     if (delivery_)
         return {.done = static_cast<qint64>(delivery_->done()), .all = static_cast<qint64>(delivery_->size())};
     if (turn_ != nullptr) return {.done = turn_->bytesDone(), .all = turn_->bytesInAll()};
@@ -188,24 +195,18 @@ LoadProgress DataChannel::progress() const {
 
 // Called from the panel, so what the viewer must hear of it waits for the main loop.
 void DataChannel::giveUp() {
+    if (delivering_) {
+        named_.breakOff();
+        return;
+    }
     givenUp_ = true;
     application()->messages.workIsDue();
 }
 
 void DataChannel::carryOutGivingUp() {
+    if (delivery_) return deliver();
     givenUp_ = false;
-    if (!delivery_) {
-        turn_->giveUp();
-        return;
-    }
-    cutShort_ = true;
-    const bool begun = delivery_->hasBegun();
-    delivery_->cutShort();
-    if (begun) {
-        finish();
-    } else {
-        settle();
-    }
+    turn_->giveUp();
 }
 
 bool DataChannel::hasWork() const {
@@ -223,8 +224,22 @@ void DataChannel::run() {
     } else if (turn_ == nullptr) {
         if (!line_.empty()) giveTurn();
     } else if (delivery_ && !notOut_) {
-        delivery_->run(std::chrono::steady_clock::now() + TURN);
-        if (delivery_->isOver()) finish();
+        deliver();
+    }
+}
+
+void DataChannel::deliver() {
+    delivering_ = true;
+    givenUp_ ? delivery_->cutShort() : delivery_->run(std::chrono::steady_clock::now() + TURN);
+    delivering_ = false;
+    if (std::exchange(givenUp_, false)) {
+        cut_ = "given up by the user";
+    } else {
+        cut_ = named_.problem();
+    }
+    if (delivery_->isOver()) delivery_->hasBegun() ? finish() : settle();
+    for (Speaker* speaker : std::exchange(leaving_, {})) {
+        leave(*speaker);
     }
 }
 
@@ -240,7 +255,7 @@ void DataChannel::finish() {
     delivery_.reset();
     panel_.reset();
     const auto* child = handles().findFirst<Child>([](const Child&) { return true; });
-    notOut_ = child != nullptr;
+    notOut_ = child != nullptr && (!isUnattended() || cut_.isEmpty());  // half a drawing goes into no file
     if (!notOut_) {
         settle();
     } else if (conversion() != nullptr) {
@@ -266,13 +281,13 @@ bool DataChannel::sendPage(std::string_view format, std::string_view bytes) {
 
 void DataChannel::settle() {
     Speaker* speaker = turn_;
-    const bool cut = std::exchange(cutShort_, false);
+    const QString cut = std::exchange(cut_, {});
     endTurn();
     if (speaker == nullptr) return;  // it has left meanwhile
-    if (cut) {
-        speaker->refused("given up by the user");
-    } else {
+    if (cut.isEmpty()) {
         speaker->shown();
+    } else {
+        speaker->refused(cut);
     }
 }
 

@@ -17,6 +17,7 @@
 #include "handles.h"
 #include "host_server.h"
 #include "load_panel.h"
+#include "named_files.h"
 #include "options.h"
 #include "speaker.h"
 
@@ -82,6 +83,7 @@ class DataChannel : public Object {
     void endTurn();
     void giveUp();
     void carryOutGivingUp();
+    void deliver();
     void finish();
     void settle();
     void waitForSpeakers();
@@ -104,7 +106,10 @@ class DataChannel : public Object {
     qint64 pictureBytes_ = 0;  // that were transmitted since the last begin
     bool notOut_ = false;      // handed over whole, but neither painted nor printed
     bool givenUp_ = false;     // by the user; the main loop has not seen to it
-    bool cutShort_ = false;    // what the viewer has got is not all
+    QString cut_;              // why what the viewer has got is not all; empty: it is
+    NamedFiles named_;
+    std::vector<Speaker*> leaving_;  // while a delivery runs
+    bool delivering_ = false;
     bool watching_ = false;
     FileManner manner_;  // in which files are opened
     bool delivered_ = false;

@@ -26,6 +26,12 @@ constexpr qint64 PASSES = 3;  // reading, measuring, writing
 FileSource::FileSource(DataChannel& channel, QByteArray name, FileManner manner, bool mayBeEmpty)
     : channel_(channel), name_(std::move(name)), manner_(manner), mayBeEmpty_(mayBeEmpty) {}
 
+// Standard input's is the one that the process was started in.
+std::optional<QByteArray> FileSource::folder() const {
+    const qsizetype slash = name_.lastIndexOf('/');
+    return slash < 0 ? "." : name_.first(slash + 1);
+}
+
 qint64 FileSource::bytesDone() const {
     if (reader_) return reader_->bytesRead();
     return file_ ? passesDone_ * file_->size() + file_->bytesDone() : 0;
@@ -174,6 +180,7 @@ void FileSource::shown() {
 
 void FileSource::refused(const QString& reason) {
     sayLine(shownName() + ": " + reason);
+    failPicture();
     if (Conversion* running = conversion()) running->fail();
     stayOrLeave();
 }

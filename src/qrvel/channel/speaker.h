@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <optional>
 #include <string_view>
 
 namespace qrvel {
@@ -34,6 +35,9 @@ class Speaker {
     // What became of what was transmitted: painted; or dropped, at least a part of it. The turn is over.
     virtual void shown() = 0;
     virtual void refused(const QString& reason) = 0;
+
+    // Where a drawing that a person opens may name other files; a host's may name any.
+    virtual std::optional<QByteArray> folder() const { return std::nullopt; }
 
     // Of the file that it is, if it is one.
     virtual QByteArray fileName() const { return {}; }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "application.h"
 #include "child.h"
 #include "conversion.h"
 #include "data_channel.h"
@@ -45,13 +46,21 @@ PrintedPages collected(std::unique_ptr<PrintedPage> page) {
     return alone;
 }
 
+// Onto a file that the drawing comes from by a name of its own, which was not known when it began.
+bool goesOntoSource(const PageGoal& goal) {
+    return conversion() != nullptr && application()->filesRead.hold(goal.name.toStdString());
+}
+
 // Answers nothing, or what went wrong.
 QString deliver(const PrintedPages& printed) {
     std::vector<const Page*> pages;
     for (const auto& page : printed) {
         pages.push_back(&page->page);
     }
-    return pages.empty() ? QString() : deliverPages(pages, printed.front()->goal);
+    if (pages.empty()) return {};
+    const PageGoal& goal = printed.front()->goal;
+    if (goesOntoSource(goal)) return ownText(OwnText::CannotWrite).arg(goal.shownName(), ownText(OwnText::IsSource));
+    return deliverPages(pages, goal);
 }
 
 bool areEmpty(const PrintedPages& printed) {
