@@ -69,8 +69,10 @@ class Worker:
         """All kinds, each its part of the time; the workers begin with different ones."""
         first = self.number * len(KINDS) // self.workers
         counts = {}
+        end = time.monotonic()
         for rows, part in KINDS[first:] + KINDS[:first]:
-            self.run_kind(rows, time.monotonic() + part * seconds, counts, results)
+            end += part * seconds
+            self.run_kind(rows, end, counts, results)
         self.end()
 
     def run_kind(self, rows, end, counts, results):

@@ -14,6 +14,7 @@ import time
 MOST_SECONDS = 60.0  # of a program that is alone on the machine
 MOST_RESIDENT = 2 << 30  # bytes of a program and all that it has started, with what the sanitizers take
 ENDS_WITHIN = 4.0  # seconds from a signal: one or two, and as many for the sanitizers
+RESTS_WITHIN = 30.0  # seconds
 SANITIZER_SAID = 99  # exit code
 MARK = "KEL_ATTACK_CASE"  # in the environment of every process that a case starts
 SHOWN_BYTES = 4000  # of what a program has said
@@ -150,12 +151,12 @@ class Watched:
         return self.finish(codes, words)
 
     def expect_idle(self):
-        """With nothing to do it does nothing."""
+        """With nothing to do it does nothing, as soon as it has shown what hosts have left."""
         def rests():
             before = cpu_seconds(self.process.pid)
             time.sleep(0.5)
             return cpu_seconds(self.process.pid) - before < 0.2
-        if not any(rests() for _ in range(10)):
+        if not wait_until(rests, RESTS_WITHIN):
             self.expect_alive()
             raise Finding(f"{self.name} is busy with nothing to do")
 

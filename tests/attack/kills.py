@@ -10,7 +10,7 @@ from case import Finding, Watched
 ASKED = signal.SIGTERM, signal.SIGTERM, signal.SIGINT, signal.SIGHUP
 KILLED = signal.SIGKILL
 LATEST = 6.0  # seconds until the kill
-SHEETS = 8  # that are printed in a call
+SHEETS = 5  # that are printed in a call
 OLD = b"what was there before"
 SEVERAL_PAGES = b"IN;SP1;" + b"PG;".join(b"PU0,0;PD%d,%d;" % (100 * number + 5, 4000) for number in range(30))
 

@@ -79,9 +79,10 @@ def descriptors_of_a_window(case):
     """Which must serve or end; hosts come until there are none left."""
     most = case.dice.randrange(8, 60)
     viewer = viewers.start(case, "--channel", viewers.CHANNEL, wrapper=["prlimit", f"--nofile={most}:{most}"])
-    viewers.wait_until(lambda: viewer.process.poll() is not None or viewers.path(case).exists(), viewers.ANSWER)
-    if viewer.process.poll() is not None:
-        viewer.finish((1, 127))
+    viewers.wait_until(lambda: viewer.process.poll() is not None or viewer.error_text() or viewers.path(case).exists(),
+                       viewers.ANSWER)
+    if not viewers.path(case).exists():  # it ends, or a box says what is wrong
+        viewer.terminate((*EARLY, 1, 127))
         return
     several = [viewers.try_to_connect(case) for _ in range(80)]
     with contextlib.suppress(OSError):
