@@ -105,7 +105,9 @@ bool write(std::string_view file, const Survey& survey, std::size_t page, const 
     const Findings& findings = *survey.findings;
     const std::string_view bytes = findings.prepared.owned ? findings.prepared.bytes : prepareBytes(file).bytes;
     const double factor = survey.pages[page].factor;
-    PlainWriter writer({page, factor, survey.pages[page].extents, &findings.palettes[page], findings.coloursChosen, mostText(bytes.size())}, sink);
+    PlainWriter writer({page, factor, survey.pages[page].extents, &findings.palettes[page], findings.coloursChosen,
+                        mostText(bytes.size())},
+                       sink);
     Traits traits = findings.traits;
     traits.tolerance = 0.25 / factor;
     Report report;
