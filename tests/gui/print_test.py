@@ -210,11 +210,12 @@ def a_file_that_exists_is_asked_for(desktop, plot):
 
 
 def what_cannot_be_written_does_not_close_it(desktop, plot):
-    """Neither without a name, nor in no folder, nor over a folder."""
+    """Neither without a name, nor in no folder, nor over a folder or a pipe."""
     plot.with_name("folder.pdf").mkdir()
+    os.mkfifo(plot.with_name("pipe.pdf"))
     with opened(desktop, plot) as viewer:
         panel = open_panel(viewer)
-        for name in "", "none/a.pdf", "folder.pdf", "folder.pdf/a.pdf/b.pdf":
+        for name in "", "none/a.pdf", "folder.pdf", "folder.pdf/a.pdf/b.pdf", "pipe.pdf":
             name_file(desktop, name)
             desktop.xdotool("key", "BackSpace" if not name else "End", "Return")
         assert panel.is_active()
@@ -223,7 +224,7 @@ def what_cannot_be_written_does_not_close_it(desktop, plot):
         wait_until_closed(viewer)
         written(plot.parent / "folder.pdf" / "good.pdf")
         viewer.end()
-    assert {file.name for file in plot.parent.iterdir()} == {plot.name, "folder.pdf"}
+    assert {file.name for file in plot.parent.iterdir()} == {plot.name, "folder.pdf", "pipe.pdf"}
 
 
 def too_many_pixels_do_not_close_it(desktop, plot):

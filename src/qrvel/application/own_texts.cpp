@@ -78,7 +78,6 @@ constexpr Row ROWS[] = {
     {OwnText::PrintTooFine,   "W_PRINT_TOO_FINE",  "These are too many pixels. Choose a lower resolution or another paper."},
     {OwnText::PrintNoFolder,  "W_PRINT_NO_FOLDER", "There is no folder %1"},
     {OwnText::PrintIsFolder,  "W_PRINT_IS_FOLDER", "%1 is a folder"},
-    {OwnText::PrintReadOnly,  "W_PRINT_READ_ONLY", "You may not write to %1"},
     {OwnText::PrintExists,    "W_PRINT_EXISTS",    "%1 exists. Replace it?"},
     {OwnText::PrintPreview,   "W_PRINT_PREVIEW",   "Preview"},
     {OwnText::PrintPreparing, "W_PRINT_PREPARING", "The preview is on its way"},

@@ -35,7 +35,7 @@ enum class OwnText {
     PrintLongSide,    // %1 pixels
     NoPrinter,
     PrintNoName, PrintTooFine,
-    PrintNoFolder, PrintIsFolder, PrintReadOnly, PrintExists,  // %1 a path
+    PrintNoFolder, PrintIsFolder, PrintExists,  // %1 a path
     PrintPreview,     // what a screen reader calls it
     PrintPreparing, Replace,
 };

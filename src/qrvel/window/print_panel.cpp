@@ -18,12 +18,14 @@
 #include <QSpinBox>
 #include <QStandardItemModel>
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "own_texts.h"
 #include "page_format.h"
 #include "page_image.h"
 #include "page_preview.h"
+#include "whole_file.h"
 
 namespace qrvel {
 
@@ -68,15 +70,14 @@ QString nameOfPaper(const NamedPaper& named) {
         .arg(name, numberText(named.paper.width), numberText(named.paper.height));
 }
 
-// What stands against writing there; nothing: an empty text.
+// What stands against writing there; nothing: an empty text. Whoever writes the file asks the same in the end.
 QString problemOfFile(const QString& path) {
     const QFileInfo file(path);
     const QFileInfo folder(file.path());
     if (!folder.isDir()) return ownText(OwnText::PrintNoFolder).arg(folder.filePath());
     if (file.isDir()) return ownText(OwnText::PrintIsFolder).arg(path);
-    if (!folder.isWritable()) return ownText(OwnText::PrintReadOnly).arg(folder.filePath());
-    if (file.exists() && !file.isWritable()) return ownText(OwnText::PrintReadOnly).arg(path);
-    return {};
+    const std::string obstacle = kelfiles::obstacleTo(QFile::encodeName(path).toStdString());
+    return obstacle.empty() ? QString() : ownText(OwnText::CannotWrite).arg(path, QString::fromStdString(obstacle));
 }
 
 QWidget* inOneRow(QWidget* field, QWidget* beside) {
