@@ -71,7 +71,7 @@ bool isOnDisk(int descriptor) {
 std::string linkBeside(int descriptor, const fs::path& file) {
     const std::string open = "/proc/self/fd/" + std::to_string(descriptor);
     for (int attempt = 0; attempt < MOST_ATTEMPTS; ++attempt) {
-        const std::string name = folderOf(file) / (BESIDE + std::to_string(getpid()) + '-' + std::to_string(attempt));
+        std::string name = folderOf(file) / (BESIDE + std::to_string(getpid()) + '-' + std::to_string(attempt));
         if (linkat(AT_FDCWD, open.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0) return name;
         if (errno != EEXIST) break;
     }
