@@ -43,6 +43,7 @@ void forEachSide(const HPGLDisplay* display, const HPGLPBuf* buf, Use use) {
         int32_t count = 0;
         HPGLPBufGetSubPolygon(buf, i, &points, &count);
         OUTPoint from = {};
+        if (count == 0) continue;  // PM1 without a point behind it
         for (int32_t k = -1; k < count; ++k) {
             const HPGLPBufPoint& point = points[k < 0 ? count - 1 : k];
             const OUTPoint to = {HPGLmapX(display, point.x, USize), HPGLmapY(display, point.y, USize)};
