@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "app_icon.h"
+#include "descriptors.h"
 #include "display_server.h"
 #include "fonts.h"
 #include "message_pump.h"
@@ -19,6 +20,10 @@
 namespace qrvel {
 
 namespace {
+
+// Without so many Qt would abort the process.
+constexpr int DESCRIPTORS_UNSEEN = 4;
+constexpr int DESCRIPTORS_OF_A_WINDOW = 8;
 
 Application* running = nullptr;
 
@@ -106,6 +111,10 @@ WHandle WIinitialise(int32_t /*argc*/, char** /*argv*/, uint32_t /*flag*/) {
     if (unseen) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qInstallMessageHandler(passOnGrave);
+    }
+    if (!kelfiles::descriptorsAreLeft(unseen ? DESCRIPTORS_UNSEEN : DESCRIPTORS_OF_A_WINDOW)) {
+        std::fputs("kelhpgl: too few descriptors are left to begin\n", stderr);
+        return 0;
     }
     if (!isDisplayReachable()) {
         std::fputs("kelhpgl: no display (DISPLAY names none that answers)\n", stderr);

@@ -9,13 +9,13 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <utility>
 
 #include "application.h"
+#include "descriptors.h"
 #include "error_text.h"
 #include "notices.h"
 #include "own_texts.h"
@@ -53,19 +53,6 @@ void raiseDescriptorLimit() {
     if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return;
     limit.rlim_cur = limit.rlim_max;
     setrlimit(RLIMIT_NOFILE, &limit);
-}
-
-// Whether enough are left for ourselves.
-bool descriptorsAreLeftBeside(int host) {
-    std::array<int, DESCRIPTORS_OF_OUR_OWN> spare{};
-    for (int& descriptor : spare) {
-        descriptor = fcntl(host, F_DUPFD_CLOEXEC, 0);
-    }
-    const bool all = std::all_of(spare.begin(), spare.end(), [](int descriptor) { return descriptor >= 0; });
-    for (const int descriptor : spare) {
-        if (descriptor >= 0) close(descriptor);
-    }
-    return all;
 }
 
 // No file has that identity when the answer of a call of stat is an error.
@@ -211,7 +198,7 @@ void HostServer::accept() {
         if (errno == EMFILE || errno == ENFILE) notifier_->setEnabled(false);
         return;
     }
-    if (descriptorsAreLeftBeside(host)) return arrived_(host);
+    if (kelfiles::descriptorsAreLeft(DESCRIPTORS_OF_OUR_OWN)) return arrived_(host);
     ::close(host);
     if (!std::exchange(full_, true)) sayLine("host: too few descriptors are left for another");
 }
