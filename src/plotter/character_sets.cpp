@@ -215,7 +215,7 @@ char32_t variantOf(int32_t set, uint8_t code) {
 // A number as CS takes it, as one of the sets of fixed space: 0 to 9, 30 to 39, 99.
 int32_t plainSet(int32_t number) {
     if (number < 0 || (number >= USER_SET && number <= LAST_SET)) return USER_SET;
-    if (number < 30) return number % 10;
+    if (number < 30) return number < 20 ? number % 10 : 0;
     return number < 60 ? 30 + number % 10 : 0;
 }
 

@@ -66,14 +66,14 @@ void followArc(Machine& machine, const Instruction& instruction, std::size_t cho
     const Affine map = state.coordinates.toUnits();
     const double radius = length(start - centre);
     const double first = angleOf(start - centre);
-    // More than a turn goes once around.
-    const double shown = std::abs(sweep) > 360 ? std::copysign(360.0, sweep) : sweep;
-    const Point end = onCircle(centre, radius, first + sweep);
+    // More than a turn goes once around, and then to its end.
+    const double shown = std::abs(sweep) > 360 ? std::copysign(360 + std::fmod(std::abs(sweep), 360), sweep) : sweep;
+    const Point end = onCircle(centre, radius, first + shown);
     Path path(machine);
     if (state.penDown && sweep != 0 && radius > 0) {
         Line points;
         appendArc(map, centre, radius, first, shown, chordsOf(machine, instruction, chordIndex, radius, shown), points);
-        if (shown == sweep) points.pop_back();
+        points.pop_back();
         for (const Point point : points) {
             path.goTo(point);
         }
@@ -103,6 +103,12 @@ Circle circumscribed(Point a, Point b, Point c) {
     return {a + offset, length(offset)};
 }
 
+// Where a map there and back makes the difference.
+bool isSame(Point a, Point b) {
+    constexpr double SHARE = 1e-9;
+    return length(a - b) <= SHARE * (length(a) + length(b));
+}
+
 bool collinear(Point a, Point b, Point c) {
     const Point u = b - a;
     const Point v = c - a;
@@ -127,10 +133,10 @@ bool isBetween(Point a, Point between, Point b) {
 }
 
 void followThreePoints(Machine& machine, const Instruction& instruction, Point start, Point middle, Point end) {
-    if (start == end && middle != start) {
+    if (isSame(start, end) && !isSame(middle, start)) {
         const Point centre = (start + middle) * 0.5;
         followArc(machine, instruction, 4, centre, start, 360);
-    } else if (middle == start || middle == end) {
+    } else if (isSame(middle, start) || isSame(middle, end)) {
         goStraight(machine, {end});
     } else if (collinear(start, middle, end)) {
         if (isBetween(start, middle, end)) {

@@ -307,6 +307,11 @@ bool dashLineFrom(LineTypes& types, double share, double patternLength, std::spa
     return draw(types, patternLength, points, residue, false, taker);
 }
 
+// Ends and joins are the viewer's.
+void lineAttributes(Machine& machine, const Instruction& /*instruction*/) {
+    clearResidue(machine.state.lineTypes);
+}
+
 void lineType(Machine& machine, const Instruction& instruction) {
     LineTypes& types = machine.state.lineTypes;
     if (instruction.numbers.empty()) {

@@ -81,7 +81,8 @@ bool dashLineFrom(LineTypes& types, double share, double patternLength, std::spa
                   const LineTaker& taker);
 
 // ---- instructions ----
-void lineType(Machine& machine, const Instruction& instruction);      // LT
-void userLineType(Machine& machine, const Instruction& instruction);  // UL
+void lineAttributes(Machine& machine, const Instruction& instruction);  // LA
+void lineType(Machine& machine, const Instruction& instruction);        // LT
+void userLineType(Machine& machine, const Instruction& instruction);    // UL
 
 }  // namespace plotter

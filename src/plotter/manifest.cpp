@@ -77,7 +77,7 @@ constexpr ManifestRow ROWS[] = {
     {"IV", Form::Numbers,    false, true,  false, false, NOTHING},
     {"IW", Form::Numbers,    false, true,  false, false, inputWindow},
     {"KY", Form::Numbers,    true,  true,  false, false, NOTHING},
-    {"LA", Form::Numbers,    false, true,  false, true,  NOTHING},
+    {"LA", Form::Numbers,    false, true,  false, true,  lineAttributes},
     {"LB", Form::Label,      true,  true,  true,  false, label},
     {"LM", Form::Numbers,    false, true,  false, false, labelMode},
     {"LO", Form::Numbers,    false, true,  false, false, labelOrigin},

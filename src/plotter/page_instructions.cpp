@@ -28,6 +28,18 @@ bool isSheet(const Box& window, const Coordinates& coordinates) {
     return window.low == Point{0, 0} && window == corners;
 }
 
+bool meet(const Box& a, const Box& b) {
+    return a.low.x <= b.high.x && b.low.x <= a.high.x && a.low.y <= b.high.y && b.low.y <= a.high.y;
+}
+
+// Plotter units where user units are meant: as those the window hides everything between P1 and P2, as the others not.
+bool isInWrongUnits(const Box& window, const Box& asWritten, const Coordinates& coordinates) {
+    Box corners;
+    corners.add(coordinates.p1);
+    corners.add(coordinates.p2);
+    return !meet(window, corners) && meet(asWritten, corners);
+}
+
 }  // namespace
 
 void initialise(Machine& machine, const Instruction& /*instruction*/) {
@@ -83,6 +95,10 @@ void inputWindow(Machine& machine, const Instruction& instruction) {
     Box window;
     window.add(toUnits({n[0], n[1]}));
     window.add(toUnits({n[2], n[3]}));
+    Box asWritten;
+    asWritten.add({n[0], n[1]});
+    asWritten.add({n[2], n[3]});
+    if (isInWrongUnits(window, asWritten, coordinates)) return;
     coordinates.window.reset();
     if (!isSheet(window, coordinates)) coordinates.window = window;
 }

@@ -56,10 +56,8 @@ void penColour(Machine& machine, const Instruction& instruction) {
     }
     const std::optional<int32_t> pen = penNumber(instruction.numbers[0]);
     if (!pen) return;
-    if (instruction.numbers.size() < 4) {
-        pens.colours.erase(*pen);
-        return;
-    }
+    if (instruction.numbers.size() == 1) pens.colours.erase(*pen);
+    if (instruction.numbers.size() < 4) return;
     const auto& n = instruction.numbers;
     pens.colours[*pen] = {intensity(n[1], pens.black[0], pens.white[0]), intensity(n[2], pens.black[1], pens.white[1]),
                           intensity(n[3], pens.black[2], pens.white[2])};

@@ -67,7 +67,8 @@ class PlainScan {
             case nameOf('P', 'U'):
                 if (mayBeDot_) return false;
                 down_ = false;
-                return readPoints();
+                // A polygon whose last side has the pen up is open for a plotter, and the viewer closes it.
+                return readPoints() && !(inPolygon_ && points_ == 0);
             case nameOf('P', 'A'):
                 return !inPolygon_ && readPoints();
             case nameOf('S', 'P'):

@@ -73,7 +73,8 @@ struct Decimal {
     double value() const {
         const auto whole = static_cast<double>(digits);
         if (exponent == 0) return whole;
-        if (exponent < 0) return whole / POWERS[std::min(-exponent, MOST_EXPONENT)];
+        if (exponent < -MOST_EXPONENT) return whole / POWERS[MOST_EXPONENT] * std::pow(10.0, exponent + MOST_EXPONENT);
+        if (exponent < 0) return whole / POWERS[-exponent];
         return whole * POWERS[std::min(exponent, MOST_EXPONENT)];
     }
 };

@@ -118,11 +118,13 @@ void penDown(Machine& machine, const Instruction& instruction) {
 
 void plotAbsolute(Machine& machine, const Instruction& instruction) {
     machine.state.relative = false;
+    machine.state.carriage = machine.state.position;  // without coordinates, too
     plot(machine, instruction);
 }
 
 void plotRelative(Machine& machine, const Instruction& instruction) {
     machine.state.relative = true;
+    machine.state.carriage = machine.state.position;
     plot(machine, instruction);
 }
 
