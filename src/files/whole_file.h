@@ -2,8 +2,8 @@
 //
 // Its bytes go to a file without a name in the same folder, or beside it where the file system has no such files, and
 // take its place when they are all on the disk: whoever looks sees what was there before or all of the new. A program
-// that is killed meanwhile leaves nothing. A link to a file is followed to its end, and a link whose file is missing
-// makes that file.
+// that is killed meanwhile leaves nothing, but for a moment at the end. A link to a file is followed to its end, and a
+// link whose file is missing makes that file.
 #pragma once
 
 #include <filesystem>

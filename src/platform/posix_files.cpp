@@ -8,7 +8,9 @@
 #include <cerrno>
 #include <cstring>
 #include <limits>
+#include <set>
 #include <string>
+#include <utility>
 
 #include "log_file.h"
 #include "posix.h"
@@ -64,18 +66,26 @@ int accessFlags(UINT style) {
 }
 
 // A file that has been made or emptied here bears this attribute. No other is emptied: a name alone does not say whose
-// content it is. On a file system without attributes only the empty ones are left.
+// content it is. On a file system without attributes only the empty ones are left, and those of this process.
 constexpr char logMark[] = "user.kelhpgl.log";
+
+// This process knows its own also where there are no attributes.
+std::set<std::pair<dev_t, ino_t>>& ownLogs() {
+    static std::set<std::pair<dev_t, ino_t>> logs;
+    return logs;
+}
 
 bool emptyLog(int file) {
     struct stat status {};
     if (fstat(file, &status) != 0) return false;
-    if (status.st_size != 0 && fgetxattr(file, logMark, nullptr, 0) < 0) {
+    const std::pair log(status.st_dev, status.st_ino);
+    if (status.st_size != 0 && fgetxattr(file, logMark, nullptr, 0) < 0 && !ownLogs().contains(log)) {
         errno = EEXIST;
         return false;
     }
     if (ftruncate(file, 0) != 0) return false;
     fsetxattr(file, logMark, "", 0, 0);
+    ownLogs().insert(log);
     return true;
 }
 

@@ -33,7 +33,7 @@ void onPatienceOver(int /*number*/) {
 
 void onSignal(int number) {
     lastSignal = number;
-    if (endsAtOnce) alarm(PATIENCE);
+    if (endsAtOnce.exchange(false)) alarm(PATIENCE);  // the first counts
     const int kept = errno;
     const uint64_t one = 1;
     [[maybe_unused]] const auto written = write(signalledEvent, &one, sizeof one);
