@@ -55,7 +55,7 @@ constexpr CodeRow CODES[] = {
     {"Katakana",           CS,   8, '1',  U'ｱ'},
     {"Currency",           CS,   9, '$',  U'¤'},
     {"ArcVariant",         CS,  17, 'L',  U'ä'},
-    {"UnknownSet",         CS,  27, 'L',  U'L'},
+    {"NoSuchSet",         CS,  27, 'L',  U'L'},
     {"Swedish",            CS,  30, '}',  U'å'},
     {"SwedishNames",       CS,  31, '@',  U'É'},
     {"Norwegian",          CS,  32, '[',  U'Æ'},
