@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "action_bar.h"
 #include "display.h"
@@ -29,6 +30,7 @@ struct Channel {
     FILE* echo;              // null: not open
     bool echoFailed;         // and that has been said
     FILE* pictureFile;       // the file that the data named last
+    const char* passedOver;  // the name that stands in that file, the parser's; null: none
 };
 
 Channel channel = {};
@@ -36,6 +38,7 @@ Channel channel = {};
 // ---- one picture after the other ------------------------------------------------------------------------------------
 
 void beginPicture() {
+    channel.passedOver = nullptr;
     HPGLreleaseColours(&TheDisplay);
     HPGLdestroyParser(TheParser);
     TheParser = HPGLinitParser();
@@ -43,15 +46,19 @@ void beginPicture() {
     TheZoom = nullptr;
 }
 
-// A name that stands in the named file is passed over, also by an end chunk that comes later.
+// A name that stands in the named file is kept as the last one met, but passed over, also by an end chunk that comes
+// later.
 void takeNamedFile(HPGLGlobal* global) {
-    char* name = global->fileName;
-    if (name == nullptr) return;
-    global->fileName = nullptr;
+    if (global->fileName == nullptr || global->fileName == channel.passedOver) return;
     HPGLflushCompactCode(TheParser);
+    char* name = std::exchange(global->fileName, nullptr);
     readFromFile(TheParser, name);
-    free(global->fileName);
-    global->fileName = name;
+    channel.passedOver = global->fileName;
+    if (global->fileName == nullptr) {
+        global->fileName = name;
+    } else {
+        free(name);
+    }
 }
 
 void finishPicture() {

@@ -258,6 +258,10 @@ TEST_F(Channel, ANamedFileNamesNoOther) {
     folder.write("b.plt", "PU;");
     EXPECT_EQ(recordsOf({{BEGIN, "HPGL_FILEa.plt"}, {END, ""}}), INSP);
     EXPECT_EQ(recordsOf({{BEGIN, "HPGL_FILEa.plt"}, {END, ""}, {END, ""}}), INSP);  // nor later
+    run({[] {
+        send("HPGL_FILEa.plt");
+        EXPECT_STREQ(TheParser->global->fileName, "b.plt");
+    }});
 }
 
 TEST_F(Channel, ReadsItAcrossPieces) {
@@ -359,6 +363,7 @@ TEST_F(Channel, ReadingAnswersWhetherItWorked) {
     EXPECT_EQ(readFromFile(TheParser, "missing.plt"), 0);
     failing_allocator::failSize(8193);
     EXPECT_EQ(readFromFile(TheParser, "a.plt"), 0);
+    closeTolk();  // the file that was read last stays open until then
 }
 
 }  // namespace
