@@ -120,6 +120,7 @@ void printReport(const plotter::Survey& survey) {
         fprintf(stderr, "bound met: %s, %zu times, first at byte %zu\n", kelfiles::shownText(entry.what).c_str(),
                 entry.count, entry.offset);
     }
+    if (survey.report.penOneDrew()) fputs("no pen is selected: drawn with pen 1\n", stderr);
     if (survey.report.ending() != plotter::Ending::Whole) {
         fprintf(stderr, "the file ends %s\n", nameOf(survey.report.ending()));
     }

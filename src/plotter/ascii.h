@@ -10,6 +10,10 @@ inline bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
+inline bool isCapital(char c) {
+    return c >= 'A' && c <= 'Z';
+}
+
 inline char toCapital(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }

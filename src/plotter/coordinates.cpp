@@ -36,7 +36,10 @@ Affine Coordinates::toUnits() const {
     const Scaling& s = scaling;
     if (s.type == Scaling::Type::Off) return {};
     if (s.type == Scaling::Type::PointFactor) {
-        return {s.x2, 0, p1.x - s.x1 * s.x2, 0, s.y2, p1.y - s.y1 * s.y2};
+        // User units of a size of their own: the frame's factors do not hold for them.
+        const double x = s.x2 / frame.scaleX;
+        const double y = s.y2 / frame.scaleY;
+        return {x, 0, p1.x - s.x1 * x, 0, y, p1.y - s.y1 * y};
     }
     Axis x = anisotropic(p1.x, p2.x, s.x1, s.x2);
     Axis y = anisotropic(p1.y, p2.y, s.y1, s.y2);

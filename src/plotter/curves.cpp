@@ -12,9 +12,8 @@ namespace {
 constexpr double RADIAN = std::numbers::pi / 180;
 constexpr double COARSE_CHORD = 45;      // degrees
 constexpr double DEFAULT_CHORD = 5;      // degrees
-constexpr double LEAST_CHORD = 0.36;     // degrees
 constexpr double DEFAULT_DEVIATION = 5;  // user units, after CT1
-constexpr int MOST_CHORDS = 720;         // a turn
+constexpr double LEAST_CHORD = 0.5;      // degrees: 720 points a turn
 // In the first pass, which wants extents alone: a sixth of a thousandth of the radius is not seen.
 constexpr double MEASURING_CHORD = 2;  // degrees
 constexpr int MOST_CURVE_STEPS = 256;
@@ -50,9 +49,8 @@ double smoothChord(const Machine& machine, double radiusUnits) {
     if (machine.share() > nearlyNone) return COARSE_CHORD;
     if (machine.share() > scarce) return DEFAULT_CHORD;
     if (machine.tolerance() <= 0) return MEASURING_CHORD;
-    const double fine = 360.0 / MOST_CHORDS;
-    if (!(radiusUnits > machine.tolerance())) return fine;
-    return std::max(fine, std::min(DEFAULT_CHORD, chordByDeviation(radiusUnits, machine.tolerance())));
+    if (!(radiusUnits > machine.tolerance())) return LEAST_CHORD;
+    return std::max(LEAST_CHORD, std::min(DEFAULT_CHORD, chordByDeviation(radiusUnits, machine.tolerance())));
 }
 
 double largestFactor(const Affine& map) {

@@ -21,7 +21,7 @@ bool isFamily(char c) {
 bool isSmall(char c) {
     return c >= 0x60 && c <= 0x7e;
 }
-bool isCapital(char c) {
+bool isLast(char c) {
     return c >= 0x40 && c <= 0x5e;
 }
 bool isSecondOfTwo(char c) {
@@ -112,7 +112,7 @@ bool EscapeReader::next(EscapeField& field) {
     }
     EscapeField read;
     at_ = readValue(bytes_, at_, read);
-    if (at_ >= bytes_.size() || !(isSmall(bytes_[at_]) || isCapital(bytes_[at_]))) {
+    if (at_ >= bytes_.size() || !(isSmall(bytes_[at_]) || isLast(bytes_[at_]))) {
         goesOn_ = false;
         return false;
     }

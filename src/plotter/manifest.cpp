@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "ascii.h"
 #include "character_instructions.h"
 #include "fills.h"
 #include "instructions.h"
@@ -184,10 +185,6 @@ constexpr bool isSorted() {
 }
 static_assert(isSorted());
 static_assert(std::size(ROWS) < 256);
-
-bool isCapital(char letter) {
-    return letter >= 'A' && letter <= 'Z';
-}
 
 }  // namespace
 

@@ -26,6 +26,8 @@ class PolylineDecoder {
 
     // The next pair or pen number; nothing at the end. A number without its partner is dropped.
     std::optional<Item> next();
+    // Behind what next() has read, bytes from the data's start.
+    std::size_t at() const { return at_; }
 
   private:
     std::optional<double> number();

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstring>
 
+#include "ascii.h"
 #include "digits.h"
 #include "escapes.h"
+#include "polyline_decoder.h"
 
 namespace plotter {
 
@@ -188,6 +190,8 @@ const ManifestRow* Reader::readName() {
         if (here == ESCAPE) return nullptr;
         if (here == '#' && atLineStart()) {
             skipTo('\n');
+        } else if (here == '.' && !hasNamed_ && atLineStart()) {
+            at_ = std::max(skipDeviceControl(bytes_, at_), at_ + 1);  // an editor or the mail has taken its ESC
         } else if (here == '!') {
             skipTo(';');  // a cutter's own instruction, whatever its letters are
         } else if (kindOf(here) == Kind::Letter) {
@@ -196,6 +200,7 @@ const ManifestRow* Reader::readName() {
             const ManifestRow* row = nameAt(at_, &behind);
             at_ = behind;
             if (row != nullptr) {
+                hasNamed_ = true;
                 instruction_ = {};
                 instruction_.offset = start;
                 std::memcpy(instruction_.name, row->name, sizeof row->name);
@@ -360,26 +365,36 @@ bool Reader::looksLikeInstruction(std::size_t at) const {
     return behind >= bytes_.size() || kindOf(byte(behind)) != Kind::Letter || startsKnownName(behind);
 }
 
-// Encoded data are letters too, but hold no digits: where a line ended between two pairs and a name with a number
-// follows, the terminator was forgotten.
-void Reader::readEncoded() {
-    const std::size_t start = at_;
-    const std::size_t escape = find(ESCAPE, at_);
-    std::size_t end = std::min(find(';', at_), escape);
-    bool terminated = end < escape;
-    const std::string_view data = bytes_.substr(start, end - start);
-    for (std::size_t line = data.find('\n'); line != std::string_view::npos; line = data.find('\n', line + 1)) {
-        std::size_t behind = 0;
-        const std::size_t name = start + line + 1;
-        if (nameAt(name, &behind) == nullptr || behind != name + 2 || behind >= bytes_.size()) continue;
-        const uint8_t next = byte(behind);
-        if (next == '-' || (next >= '0' && next <= '9' && next != '7')) {
-            end = name;
-            terminated = false;
-            break;
+// Encoded data are letters too: where a line ended between two pairs and a name follows that cannot be data, or hardly,
+// the terminator was forgotten. Digits are no data, and capitals never end a number.
+std::size_t Reader::endOfEncoded(std::size_t end) const {
+    PolylineDecoder decoder(bytes_.substr(at_, end - at_));
+    std::size_t behindPair = at_;
+    const auto endsPair = [&](std::size_t lineEnd) {
+        while (at_ + decoder.at() < lineEnd && decoder.next()) {
+            behindPair = at_ + decoder.at();
         }
+        return behindPair == lineEnd;
+    };
+    for (std::size_t line = bytes_.find('\n', at_); line < end; line = bytes_.find('\n', line + 1)) {
+        const std::size_t name = line + 1;
+        std::size_t behind = 0;
+        if (nameAt(name, &behind) == nullptr || behind != name + 2 || behind >= bytes_.size()) continue;
+        const char next = bytes_[behind];
+        if (next == '-' || (isDigit(next) && next != '7')) return name;
+        if (!isCapital(bytes_[name]) || !isCapital(bytes_[name + 1])) continue;
+        if (next == ';') return name;
+        if (bytes_[line - 1] == '\r' && looksLikeInstruction(name) && endsPair(line - 1)) return name;
     }
-    instruction_.text = bytes_.substr(start, end - start);
+    return end;
+}
+
+void Reader::readEncoded() {
+    const std::size_t escape = find(ESCAPE, at_);
+    const std::size_t found = std::min(find(';', at_), escape);
+    const std::size_t end = endOfEncoded(found);
+    const bool terminated = end == found && found < escape;
+    instruction_.text = bytes_.substr(at_, end - at_);
     instruction_.endsEarly = !terminated;
     if (!terminated && end == bytes_.size()) brokenOff_ = Ending::InEncodedLine;
     at_ = end + (terminated ? 1 : 0);

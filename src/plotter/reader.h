@@ -55,6 +55,7 @@ class Reader {
     bool readPairs(const ManifestRow& row);
     double readNumber();
     void readEncoded();
+    std::size_t endOfEncoded(std::size_t end) const;
     void readLabel(LabelEnd labelEnd);
     void readWideLabel(char terminator);
     void readTerminator();
@@ -77,6 +78,7 @@ class Reader {
     std::size_t count_ = 0;               // of them
     std::array<Sought, 256> sought_ = {};
     std::optional<Ending> brokenOff_;
+    bool hasNamed_ = false;  // an instruction
 };
 
 }  // namespace plotter

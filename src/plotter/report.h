@@ -25,11 +25,14 @@ class Report {
     // A bound of docs/limits.md was met: what it bounds.
     void meetBound(std::string_view what, std::size_t offset) { note(bounds_, what, offset); }
     void endIn(Ending ending) { ending_ = ending; }
+    // The file selects no pen, and pen 1 drew what would have been lost.
+    void drawWithPenOne() { penOneDrew_ = true; }
 
     // In the order of their first places.
     std::vector<Entry> passedOver() const { return inOrder(passedOver_); }
     std::vector<Entry> bounds() const { return inOrder(bounds_); }
     Ending ending() const { return ending_; }
+    bool penOneDrew() const { return penOneDrew_; }
 
   private:
     using Table = std::map<std::string, Entry, std::less<>>;
@@ -40,6 +43,7 @@ class Report {
     Table passedOver_;
     Table bounds_;
     Ending ending_ = Ending::Whole;
+    bool penOneDrew_ = false;
 };
 
 }  // namespace plotter

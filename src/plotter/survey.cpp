@@ -80,6 +80,7 @@ Survey survey(std::string_view file, const Watch& watch) {
         if (!ran.whole) return result;
         findings->coloursChosen = ran.coloursChosen;
         result.report = report;
+        if (traits.penZeroDraws) result.report.drawWithPenOne();
         if (sheet.hadTooManyPages()) result.report.meetBound("pages", 0);
         std::vector<SurveySheet::Page> pages = sheet.takePages();
         dropTrailingPage(pages);

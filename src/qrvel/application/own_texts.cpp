@@ -26,6 +26,7 @@ constexpr Row ROWS[] = {
     {OwnText::NotDrawn,       "W_NOT_DRAWN",       "1 kind of instruction was not drawn: %1"},
     {OwnText::KindsNotDrawn,  "W_KINDS_NOT_DRAWN", "%1 kinds of instructions were not drawn: %2"},
     {OwnText::MetBound,       "W_MET_BOUND",       "a bound was met: %1"},
+    {OwnText::PenOneDrew,     "W_PEN_ONE_DREW",    "it selects no pen: drawn with pen 1"},
     {OwnText::EmptyDrawing,   "W_EMPTY_DRAWING",   "this drawing is empty"},
     {OwnText::EndsInPolygon,  "W_ENDS_IN_POLYGON", "incomplete: the file ends inside a polygon"},
     {OwnText::EndsInLabel,    "W_ENDS_IN_LABEL",   "incomplete: the file ends inside a label"},

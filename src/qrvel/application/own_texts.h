@@ -17,7 +17,7 @@ enum class OwnText {
     NotDrawn,         // %1 an instruction
     KindsNotDrawn,    // %1 how many, %2 instructions
     MetBound,         // %1 limits
-    EmptyDrawing, EndsInPolygon, EndsInLabel, EndsInEncodedLine, EndsInBinary,
+    PenOneDrew, EmptyDrawing, EndsInPolygon, EndsInLabel, EndsInEncodedLine, EndsInBinary,
     PageOf,           // %1 the number, %2 of how many
     FirstPage,        // the same; told when there are others
     CannotPrint,      // %1 a printer, %2 the reason

@@ -59,6 +59,7 @@ QString reportText(const plotter::Report& report) {
     const auto bounds = report.bounds();
     if (const auto ending = textOf(report.ending())) said += ownText(*ending);
     if (!passedOver.empty()) said += notDrawn(passedOver);
+    if (report.penOneDrew()) said += ownText(OwnText::PenOneDrew);
     if (!bounds.empty()) said += ownText(OwnText::MetBound).arg(namesOf(bounds));
     return said.join("; ");
 }
