@@ -84,14 +84,6 @@ double spaceAdvance(const Face& face) {
     return (space->right - space->left) * unitWidth(face, U' ', *space);
 }
 
-// Of the room that a narrow character leaves in its cell. Brackets stand at what they enclose.
-double shareInFront(char32_t character) {
-    constexpr std::u32string_view opening = U"([{";
-    constexpr std::u32string_view closing = U")]}";
-    if (opening.find(character) != std::u32string_view::npos) return 1;
-    return closing.find(character) != std::u32string_view::npos ? 0 : 0.5;
-}
-
 Cell fixedCell(const Face& face, char32_t character, const Glyph& glyph) {
     Cell cell = {.strokes = &glyph.strokes, .advance = ADVANCE * face.width, .width = face.width};
     const double body = glyph.ink.width();
@@ -100,8 +92,8 @@ Cell fixedCell(const Face& face, char32_t character, const Glyph& glyph) {
         meetsOthers || isMark(character) ? face.width / GLYPH_BODY : face.width / std::max(GLYPH_BODY, body);
     cell.scale = {scale, face.height / GLYPH_CAPITAL};
     const bool fromMiddle = meetsOthers || isMark(character) || glyph.ink.empty();
-    const double free = face.width - body * scale;
-    cell.shift.x = fromMiddle ? face.width / 2 : free * shareInFront(character) - glyph.ink.low.x * scale;
+    const double free = (face.width - body * scale) / 2;
+    cell.shift.x = fromMiddle ? face.width / 2 : free - glyph.ink.low.x * scale;
     return cell;
 }
 
