@@ -214,6 +214,7 @@ int sendPages(Client& viewer, const SendOptions& options, const std::string& nam
                      kelfiles::shownText(said).c_str());
     }
     const std::size_t pages = survey.pages.size();
+    plotter::PageWriter writer(file, survey);
     int status = EXIT_SHOWN;
     for (std::size_t page = 0; page < pages && status != EXIT_NO_VIEWER; ++page) {
         std::string plain;
@@ -221,7 +222,7 @@ int sendPages(Client& viewer, const SendOptions& options, const std::string& nam
             plain += piece;
             return true;
         };
-        plotter::write(file, survey, page, append, goOn);
+        writer.write(page, append, goOn);
         Text text(plain);
         const Verdict result = transmit(viewer, options, text);
         const std::string which = ", page " + std::to_string(page + 1) + " of " + std::to_string(pages);

@@ -1,5 +1,7 @@
 #include "machine.h"
 
+#include <algorithm>
+
 #include "clipping.h"
 
 namespace plotter {
@@ -11,6 +13,10 @@ constexpr double FARTHEST_ON_PAPER = 268'000'000;
 
 bool isOnPaper(Point p) {
     return std::abs(p.x) <= FARTHEST_ON_PAPER && std::abs(p.y) <= FARTHEST_ON_PAPER;  // false for what is not a number
+}
+
+bool isAllOnPaper(std::span<const Point> points) {
+    return std::ranges::all_of(points, isOnPaper);
 }
 
 // An area that must be cut for the viewer gets the more points by it.
@@ -114,6 +120,7 @@ void Machine::endPage(bool evenIfEmpty) {
     state.polygon = {};
     if (!pageMarked_ && !evenIfEmpty) return;
     pageMarked_ = false;
+    ++pagesEnded_;
     sheet_.nextPage();
 }
 
@@ -227,7 +234,6 @@ void Machine::emit(const Area& area, const Ink& ink) {
     for (Ring& ring : there) {
         for (Point& point : ring) {
             point = map(point);
-            if (!isOnPaper(point)) return;
         }
     }
     if (!there.empty()) put(there, ink);
@@ -239,12 +245,13 @@ void Machine::put(std::span<const Point> points, const Ink& ink) {
 }
 
 void Machine::put(const Area& area, const Ink& ink) {
+    if (!std::ranges::all_of(area, isAllOnPaper)) return;
     pageMarked_ = true;
     sheet_.area(area, ink);
 }
 
 void Machine::drawOnPaper(std::span<const Point> points, const Ink& ink) {
-    if (takePoints(points.size())) put(points, ink);
+    if (takePoints(points.size()) && isAllOnPaper(points)) put(points, ink);
 }
 
 void Machine::drawOnPaper(const Area& area, const Ink& ink) {

@@ -110,6 +110,7 @@ class Machine {
     Ink ink() const { return inkOf(state.pens.selected); }
     Ink inkOf(int32_t pen) const;
     bool pageIsMarked() const { return pageMarked_; }
+    std::size_t pagesEnded() const { return pagesEnded_; }
     // For one Path at a time.
     Line& roomForPath() { return path_; }
     // Whether the polygon may have so many vertices more.
@@ -119,6 +120,7 @@ class Machine {
     double share() const;
     // How far a curve may be from its chords, plotter units.
     double tolerance() const { return traits_.tolerance; }
+    void setTolerance(double tolerance) { traits_.tolerance = tolerance; }
 
     const Traits& traits() const { return traits_; }
     Report& report() { return report_; }
@@ -154,6 +156,7 @@ class Machine {
     Report& report_;
     std::size_t offset_ = 0;
     bool pageMarked_ = false;
+    std::size_t pagesEnded_ = 0;
     std::size_t points_;  // that may come on the paper in all
     std::size_t pointsLeft_;
     std::size_t vertices_;  // that a polygon may have

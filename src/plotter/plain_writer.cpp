@@ -68,9 +68,9 @@ bool PlainWriter::end() {
     return !stopped_;
 }
 
+// What lies behind the last page that is counted is drawn on it.
 void PlainWriter::nextPage() {
     closeChain();
-    if (current_ + 1 < MOST_PAGES) ++current_;
 }
 
 // ---- text -----------------------------------------------------------------------------------------------------------

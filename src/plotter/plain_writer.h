@@ -14,9 +14,8 @@ namespace plotter {
 class PlainWriter final : public Sheet {
   public:
     struct Page {
-        std::size_t index = 0;  // counted from 0
-        double factor = 1;      // output units a plotter unit
-        Box extents;            // as measured, plotter units
+        double factor = 1;  // output units a plotter unit
+        Box extents;        // as measured, plotter units
         const Palette* palette = nullptr;
         bool coloursChosen = false;
         std::size_t mostBytes = 0;  // of text; nothing comes behind
@@ -27,8 +26,8 @@ class PlainWriter final : public Sheet {
     void begin();
     // All that is left goes out. False when the sink has said stop.
     bool end();
-    // Whether nothing more of the page will come: it is behind, or the sink has said stop.
-    bool isDone() const { return stopped_ || current_ > page_.index; }
+    // Whether the sink has said stop.
+    bool isStopped() const { return stopped_; }
 
     void line(std::span<const Point> points, const Ink& ink) override;
     void area(const Area& rings, const Ink& ink) override;
@@ -43,7 +42,7 @@ class PlainWriter final : public Sheet {
         friend bool operator==(const Place&, const Place&) = default;
     };
 
-    bool isWritten() const { return current_ == page_.index && !stopped_ && written_ < page_.mostBytes; }
+    bool isWritten() const { return !stopped_ && written_ < page_.mostBytes; }
     Place placeOf(Point paper) const;
     void takePen(const Ink& ink);
     void moveTo(Place place);
@@ -60,8 +59,7 @@ class PlainWriter final : public Sheet {
 
     Page page_;
     const Sink& sink_;
-    Point lowest_, highest_;  // output units: farther out nothing is drawn
-    std::size_t current_ = 0;
+    Point lowest_, highest_;   // output units: farther out nothing is drawn
     std::size_t written_ = 0;  // bytes that are out
     bool stopped_ = false;
     std::vector<char> buffer_;  // a piece, and room for what is written without asking

@@ -1,21 +1,53 @@
 // One run of the plotter over a file: envelope, reader and machine, from the first byte to the last.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string_view>
 
 #include "machine.h"
+#include "manifest.h"
 #include "plotter.h"
+#include "printer.h"
+#include "reader.h"
 
 namespace plotter {
 
 struct RunResult {
-    bool whole = false;          // the watch never said stop
     Traits found;                // what the file has turned out to be; where it differs, the run is worth another
     bool sizeAsked = false;      // something depends on how large the paper is
     bool coloursChosen = false;  // the file says which colours its pens have
 };
 
-// bytes: prepared (file_bytes.h). The run ends early where the traits turn out to be wrong; whole is then true.
-RunResult runPlotter(std::string_view bytes, const Traits& traits, Sheet& sheet, Report& report, const Watch& watch);
+class PlotRun {
+  public:
+    static constexpr std::size_t ALL_PAGES = SIZE_MAX;
+
+    // bytes: prepared (file_bytes.h), which like sheet and report outlive the run.
+    PlotRun(std::string_view bytes, const Traits& traits, Sheet& sheet, Report& report);
+
+    // Goes on behind the instruction that ends so many pages in all, or to the file's end, or until the traits turn out
+    // to be wrong. False when the watch has said stop.
+    bool goOn(std::size_t pages, const Watch& watch);
+    // How far a curve may be from its chords from now on, plotter units.
+    void setTolerance(double tolerance) { machine_.setTolerance(tolerance); }
+    RunResult result() const;
+
+  private:
+    bool isOther() const;
+    void step(Reader& reader, std::string_view bytes);
+    void runMacro(std::string_view macro);
+    void carryOut(const ManifestRow& row, const Instruction& instruction);
+    void end();
+    LabelEnd labelEnd() const;
+
+    std::string_view bytes_;
+    Report& report_;
+    Machine machine_;
+    Printer printer_;
+    Reader reader_;
+    std::size_t nextWatch_ = 0;
+    bool isOver_ = false;
+};
 
 }  // namespace plotter

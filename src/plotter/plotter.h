@@ -2,7 +2,8 @@
 // the plain dialect that the viewer draws exactly.
 //
 // Life of one file: isPlain says whether the viewer draws it as it is. If not, survey runs the plotter once and
-// measures: pages, extents, colours. write runs it again and writes one page. Any thread may call; nothing is shared.
+// measures: pages, extents, colours. A PageWriter runs it again and writes the pages. Any thread may call; nothing is
+// shared.
 #pragma once
 
 #include <cstddef>
@@ -50,8 +51,28 @@ struct Survey {
 
 Survey survey(std::string_view file, const Watch& watch);
 
-// Writes that page, counted from 0, as plain text. The file is the one that was surveyed. False when watch or sink said
-// stop, or there is no such page.
+// Writes pages as plain text. In their order they cost one run over the file, all together; for one that is behind
+// already the run begins anew.
+class PageWriter {
+  public:
+    // The file is the one that was surveyed; both outlive the writer.
+    PageWriter(std::string_view file, const Survey& survey);
+    ~PageWriter();
+    PageWriter(const PageWriter&) = delete;
+    PageWriter& operator=(const PageWriter&) = delete;
+
+    // That page, counted from 0. False when watch or sink said stop, or there is no such page.
+    bool write(std::size_t page, const Sink& sink, const Watch& watch);
+
+  private:
+    class Run;
+
+    std::string_view file_;
+    const Survey& survey_;
+    std::unique_ptr<Run> run_;
+};
+
+// One page alone.
 bool write(std::string_view file, const Survey& survey, std::size_t page, const Sink& sink, const Watch& watch);
 
 // One line for a person, empty when there is nothing to say: what was not drawn, that the drawing is empty or that the

@@ -52,6 +52,7 @@ std::string summary(const Survey& survey) {
                                     : " kinds of instructions were not drawn: ") +
             listOf(passedOver));
     }
+    if (survey.report.penOneDrew()) add("it selects no pen: drawn with pen 1");
     const std::vector<Report::Entry> bounds = survey.report.bounds();
     if (!bounds.empty()) add("a bound was met: " + listOf(bounds));
     return text;

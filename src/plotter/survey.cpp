@@ -1,19 +1,9 @@
-#include "file_bytes.h"
-#include "plain_writer.h"
+#include "findings.h"
 #include "plot_run.h"
-#include "plotter.h"
 #include "survey_sheet.h"
 #include "units.h"
 
 namespace plotter {
-
-// What the second pass needs of the first.
-struct Findings {
-    PreparedBytes prepared;  // bytes and owner; bytes of the file itself are not kept
-    Traits traits;
-    bool coloursChosen = false;
-    std::vector<Palette> palettes;  // one a page
-};
 
 namespace {
 
@@ -57,12 +47,6 @@ void dropTrailingPage(std::vector<SurveySheet::Page>& pages) {
     if (pages.size() > 1 && !pages.back().draws) pages.pop_back();
 }
 
-// What areas get by being cut can be more than their points say.
-std::size_t mostText(std::size_t bytes) {
-    constexpr std::size_t bytesAPoint = 13;
-    return bytesAPoint * (POINTS_OF_ANY_FILE + POINTS_A_BYTE * bytes);
-}
-
 }  // namespace
 
 Survey survey(std::string_view file, const Watch& watch) {
@@ -76,8 +60,9 @@ Survey survey(std::string_view file, const Watch& watch) {
     for (int run = 0; run < mostRuns; ++run) {
         SurveySheet sheet;
         Report report;
-        RunResult ran = runPlotter(bytes, traits, sheet, report, watch);
-        if (!ran.whole) return result;
+        PlotRun plot(bytes, traits, sheet, report);
+        if (!plot.goOn(PlotRun::ALL_PAGES, watch)) return result;
+        RunResult ran = plot.result();
         findings->coloursChosen = ran.coloursChosen;
         result.report = report;
         if (traits.penZeroDraws) result.report.drawWithPenOne();
@@ -99,26 +84,6 @@ Survey survey(std::string_view file, const Watch& watch) {
     if (!findings->prepared.remark.empty()) result.report.meetBound(findings->prepared.remark, 0);
     result.findings = std::move(findings);
     return result;
-}
-
-bool write(std::string_view file, const Survey& survey, std::size_t page, const Sink& sink, const Watch& watch) {
-    if (!survey.whole || page >= survey.pages.size()) return false;
-    const Findings& findings = *survey.findings;
-    const std::string_view bytes = findings.prepared.owned ? findings.prepared.bytes : prepareBytes(file).bytes;
-    const double factor = survey.pages[page].factor;
-    PlainWriter writer({page, factor, survey.pages[page].extents, &findings.palettes[page], findings.coloursChosen,
-                        mostText(bytes.size())},
-                       sink);
-    Traits traits = findings.traits;
-    traits.tolerance = 0.25 / factor;
-    Report report;
-    bool stopped = false;
-    writer.begin();
-    runPlotter(bytes, traits, writer, report, [&](std::size_t done) {
-        stopped = !watch(done);
-        return !stopped && !writer.isDone();
-    });
-    return writer.end() && !stopped;
 }
 
 }  // namespace plotter

@@ -8,7 +8,7 @@
 
 namespace plotter {
 
-// What comes behind so many pages lies on the last: each is found by a run of its own.
+// What comes behind so many pages lies on the last: each is kept in memory, and shown or printed by itself.
 inline constexpr std::size_t MOST_PAGES = 1000;
 
 class SurveySheet final : public Sheet {

@@ -21,13 +21,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const plotter::Survey survey = plotter::survey(file, goOn);
     require(survey.whole && !survey.pages.empty(), "a survey has a page");
     plotter::summary(survey);
+    plotter::PageWriter writer(file, survey);
     for (std::size_t page = 0; page < std::min(survey.pages.size(), MOST_PAGES); ++page) {
         std::string text;
         const auto sink = [&text](std::string_view piece) {
             text += piece;
             return true;
         };
-        require(plotter::write(file, survey, page, sink, goOn), "a page is written");
+        require(writer.write(page, sink, goOn), "a page is written");
         require(plotter::isPlain(text), "what is written is plain");
     }
     return 0;

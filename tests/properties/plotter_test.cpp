@@ -4,6 +4,7 @@
 
 #include <random>
 #include <string>
+#include <utility>
 
 #include "plot_run.h"
 #include "plotter.h"
@@ -37,7 +38,7 @@ std::vector<Line> strokesOf(const std::string& plot, bool hpgl2 = true) {
     plotter::Report report;
     plotter::Traits traits;
     traits.hpgl2 = hpgl2;
-    plotter::runPlotter(plot, traits, strokes, report, goOn);
+    plotter::PlotRun(plot, traits, strokes, report).goOn(plotter::PlotRun::ALL_PAGES, goOn);
     return strokes.lines;
 }
 
@@ -154,15 +155,73 @@ TEST(PlotterProperties, EnvelopesChangeNothing) {
     }
 }
 
-std::string plainTextOf(const std::string& plot) {
-    const plotter::Survey survey = plotter::survey(plot, goOn);
-    std::string text;
-    const auto sink = [&text](std::string_view piece) {
+plotter::Sink appendTo(std::string& text) {
+    return [&text](std::string_view piece) {
         text += piece;
         return true;
     };
-    EXPECT_TRUE(plotter::write(plot, survey, 0, sink, goOn));
+}
+
+std::string plainTextOf(const std::string& plot, std::size_t page = 0) {
+    const plotter::Survey survey = plotter::survey(plot, goOn);
+    std::string text;
+    EXPECT_TRUE(plotter::write(plot, survey, page, appendTo(text), goOn));
     return text;
+}
+
+TEST(PlotterProperties, PagesInTurnAreThePagesByThemselves) {
+    const std::vector<std::string> ends = {"PG;", "\x1b%0A\f\x1b%0B",
+                                           "\x1b%0A" + std::string(90, '\n') + "beyond\x1b%0B",
+                                           "\x1b%0A\x1b&f0Y\x1b&f0Xa\f\x1b*c90a9b0P\fb\fc\x1b&f1X\x1b&f2X\x1b%0B"};
+    for (unsigned seed = 0; seed < PLOTS; ++seed) {
+        std::mt19937 random(seed);
+        std::string plot = "\x1b%-1BIN;SP1;";
+        for (unsigned page = 0; page < 4; ++page) {
+            plot += randomPlot(seed + page) + ends[random() % ends.size()];
+        }
+        const plotter::Survey survey = plotter::survey(plot, goOn);
+        ASSERT_GE(survey.pages.size(), 2U);
+        plotter::PageWriter writer(plot, survey);
+        for (int i = 0; i < 12; ++i) {
+            const std::size_t page = i < 6 ? static_cast<std::size_t>(i) : random() % survey.pages.size();
+            std::string inTurn, alone;
+            const bool exists = page < survey.pages.size();
+            EXPECT_EQ(writer.write(page, appendTo(inTurn), goOn), exists);
+            EXPECT_EQ(plotter::write(plot, survey, page, appendTo(alone), goOn), exists);
+            EXPECT_EQ(inTurn, alone) << plot;
+        }
+    }
+}
+
+TEST(PlotterProperties, PagesInTurnAreOneRun) {
+    std::string plot = "IN;SP1;";
+    while (plot.size() < 400'000) {
+        plot += "PU0,0;PD100,200,300,400,500,600;PG;";
+    }
+    const plotter::Survey survey = plotter::survey(plot, goOn);
+    ASSERT_EQ(survey.pages.size(), 1000U);
+    plotter::PageWriter writer(plot, survey);
+    std::size_t last = 0;
+    const auto neverBack = [&](std::size_t done) { return std::exchange(last, done) <= done; };
+    for (std::size_t page = 0; page < survey.pages.size(); ++page) {
+        std::string text;
+        EXPECT_TRUE(writer.write(page, appendTo(text), neverBack));
+    }
+    EXPECT_GT(last, plot.size() / 2);
+}
+
+TEST(PlotterProperties, APageThatWasBrokenOffCanBeWrittenAgain) {
+    const std::string plot = "IN;SP1;PU0,0;PD9,9;PG;PU0,0;PD90,9;PG;PU0,0;PD9,90;";
+    const plotter::Survey survey = plotter::survey(plot, goOn);
+    plotter::PageWriter writer(plot, survey);
+    const std::string whole = plainTextOf(plot, 1);
+    for (const std::size_t page : {1U, 0U, 1U}) {
+        EXPECT_FALSE(writer.write(
+            page, [](std::string_view) { return false; }, goOn));
+    }
+    std::string text;
+    EXPECT_TRUE(writer.write(1, appendTo(text), goOn));
+    EXPECT_EQ(text, whole);
 }
 
 TEST(PlotterProperties, WhatIsWrittenIsPlainAndDrawsTheSame) {

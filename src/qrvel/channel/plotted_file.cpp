@@ -40,6 +40,11 @@ void PlottedFile::writePage(std::size_t page, Done done) {
     run([this, page] { doWritePage(page); }, std::move(done));
 }
 
+std::unique_ptr<Spool> PlottedFile::takeFile() {
+    writer_.reset();
+    return std::move(file_);
+}
+
 void PlottedFile::breakOff() {
     stop_ = true;
     if (thread_.joinable()) thread_.join();
@@ -77,6 +82,7 @@ plotter::Watch PlottedFile::watch() {
 
 void PlottedFile::doLook(bool asIs) {
     const std::string_view bytes = file_->bytes();
+    writer_.reset();
     found_ = {};
     found_.isPlain = asIs || plotter::isPlain(bytes);
     found_.isPlot = holdsDrawing(bytes);
@@ -94,7 +100,8 @@ void PlottedFile::doWritePage(std::size_t page) {
         size += static_cast<qint64>(piece.size());
         return !stop_ && size <= mostTextBytes() && written->append(piece.data(), static_cast<qint64>(piece.size()));
     };
-    const bool whole = plotter::write(file_->bytes(), found_.survey, page, append, watch());
+    if (!writer_) writer_.emplace(file_->bytes(), found_.survey);
+    const bool whole = writer_->write(page, append, watch());
     if (stop_) return;
     if (whole && written->finish()) {
         page_ = std::move(written);

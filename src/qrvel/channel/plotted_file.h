@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -49,7 +50,7 @@ class PlottedFile {
     // Why the last look or page came to nothing; empty when all went well.
     const QString& failure() const { return failure_; }
     // The bytes themselves, which are then gone from here.
-    std::unique_ptr<Spool> takeFile() { return std::move(file_); }
+    std::unique_ptr<Spool> takeFile();
 
     qint64 size() const { return file_ ? static_cast<qint64>(file_->bytes().size()) : 0; }
     // Of the pass under way, or of the last; at most the size.
@@ -72,6 +73,7 @@ class PlottedFile {
     std::unique_ptr<Spool> file_;
     std::unique_ptr<Spool> page_;
     FileLook found_;
+    std::optional<plotter::PageWriter> writer_;  // of what was found in the file
     QString failure_;
     std::atomic<qint64> bytesDone_ = 0;
     std::atomic<bool> stop_ = false;

@@ -37,7 +37,9 @@ Drawn draw(std::string_view plot, bool hpgl2 = false) {
     traits.hpgl2 = hpgl2;
     // Capitals are 400 wide and 600 high, the advance is 600, and lines are 1200 apart.
     const std::string bytes = withControls("IN;SP1;SI1,1.5;PU1000,1000;" + std::string(plot));
-    runPlotter(bytes, traits, sheet, drawn.report, [](std::size_t) { return true; });
+    plotter::PlotRun(bytes, traits, sheet, drawn.report).goOn(plotter::PlotRun::ALL_PAGES, [](std::size_t) {
+        return true;
+    });
     drawn.text = sheet.pieces.text();
     return drawn;
 }
@@ -224,7 +226,7 @@ double advanceOf(std::string_view plot, bool hpgl2) {
     plotter::Traits traits;
     traits.hpgl2 = hpgl2;
     const std::string bytes = withControls("IN;SP1;PU0,0;" + std::string(plot) + ";PD;PU0,9");
-    runPlotter(bytes, traits, sheet, report, [](std::size_t) { return true; });
+    plotter::PlotRun(bytes, traits, sheet, report).goOn(plotter::PlotRun::ALL_PAGES, [](std::size_t) { return true; });
     const std::string text = sheet.pieces.text();
     return std::stod(text.substr(text.rfind("| ") + 1));
 }
