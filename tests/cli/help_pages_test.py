@@ -111,7 +111,7 @@ def read_english():
 
 def read_own_english():
     """Those of the toolkit."""
-    rows = (SRC / "qrvel" / "application" / "own_texts.cpp").read_text(encoding="utf-8")
+    rows = (SRC / "qrvel" / "base" / "own_texts.cpp").read_text(encoding="utf-8")
     return dict(re.findall(r'"(W_\w+)",\s*"([^"]*)"', rows))
 
 

@@ -8,20 +8,13 @@
 #include <utility>
 
 #include "application.h"
-#include "child.h"
-#include "conversion.h"
 #include "host_connection.h"
-#include "notices.h"
 #include "own_texts.h"
-#include "print_setup.h"
-#include "shell.h"
-#include "strip.h"
 
 namespace qrvel {
 
 namespace {
 
-constexpr auto TURN = std::chrono::milliseconds(8);
 constexpr auto SILENCE = std::chrono::seconds(5);  // until a viewer that hosts may find shows itself
 
 WHandle openChannel = 0;
@@ -117,14 +110,14 @@ void DataChannel::goOn(Speaker& speaker) {
 void DataChannel::giveTurn() {
     turn_ = line_.front();
     line_.pop_front();
-    if (!isUnattended()) panel_ = std::make_unique<LoadPanel>([this] { return progress(); }, [this] { giveUp(); });
+    application()->run->waiting([this] { return progress(); }, [this] { giveUp(); });
     turn_->takeTurn();
 }
 
 void DataChannel::endTurn() {
     turn_ = nullptr;
     delivery_.reset();
-    panel_.reset();
+    application()->run->waited();
     givenUp_ = false;
     waitForSpeakers();
     application()->messages.workIsDue();
@@ -170,8 +163,8 @@ void DataChannel::leave(Speaker& speaker) {
 
 // When nobody is left, or nobody says anything, the user is to see something all the same.
 void DataChannel::waitForSpeakers() {
-    if (conversion() != nullptr && speakers_.empty()) conversion()->end();
-    if (delivered_ || conversion() != nullptr) return;
+    if (speakers_.empty()) application()->run->end();
+    if (delivered_ || application()->run->prints()) return;
     if (server_ == nullptr && speakers_.empty()) {
         showEmptyWindow();
     } else if (!silence_.isActive()) {
@@ -185,7 +178,7 @@ void DataChannel::showEmptyWindow() {
 
 // ---- what is handed over --------------------------------------------------------------------------------------------
 
-LoadProgress DataChannel::progress() const {
+Progress DataChannel::progress() const {
     if (delivering_ && named_.isReading()) return {.done = named_.bytesRead(), .all = named_.bytesInAll()};
     if (delivery_)
         return {.done = static_cast<qint64>(delivery_->done()), .all = static_cast<qint64>(delivery_->size())};
@@ -216,8 +209,7 @@ bool DataChannel::hasWork() const {
 
 void DataChannel::run() {
     gone_.clear();
-    if (notOut_ && conversion() != nullptr && application()->messages.isEmpty()) {
-        conversion()->notPrinted();  // the viewer has got the notification, and found nothing to print
+    if (notOut_ && application()->messages.isEmpty() && application()->run->isLost()) {
         pictureIsOut();
     } else if (givenUp_ && turn_ != nullptr && !notOut_) {
         carryOutGivingUp();
@@ -250,19 +242,11 @@ void DataChannel::finish() {
     pictureOf_ = turn_;
     pictureName_ = turn_ != nullptr ? turn_->fileName() : QByteArray();
     picturePage_ = turn_ != nullptr ? turn_->page() : PageNumber{};
-    showPageNumber(picturePage_.number, picturePage_.of);
-    hideStrip();
+    application()->run->shows(picturePage_);
     delivery_.reset();
-    panel_.reset();
-    const auto* child = handles().findFirst<Child>([](const Child&) { return true; });
-    notOut_ = child != nullptr && (!isUnattended() || cut_.isEmpty());  // half a drawing goes into no file
-    if (!notOut_) {
-        settle();
-    } else if (conversion() != nullptr) {
-        application()->messages.postAction(objectOfContainer(child->container), PRINT_SETUP_KIND, PRINT);
-    } else {
-        application()->messages.postPaint(child->handle);
-    }
+    application()->run->waited();
+    notOut_ = application()->run->delivered(cut_.isEmpty());
+    if (!notOut_) settle();
 }
 
 void DataChannel::pictureIsOut() {

@@ -16,7 +16,6 @@
 #include "file_watch.h"
 #include "handles.h"
 #include "host_server.h"
-#include "load_panel.h"
 #include "named_files.h"
 #include "options.h"
 #include "speaker.h"
@@ -88,7 +87,7 @@ class DataChannel : public Object {
     void settle();
     void waitForSpeakers();
     void showEmptyWindow();
-    LoadProgress progress() const;
+    Progress progress() const;
 
     Receiver receiver_;
     std::vector<std::unique_ptr<Speaker>> speakers_;
@@ -99,7 +98,6 @@ class DataChannel : public Object {
     QByteArray pictureName_;
     PageNumber picturePage_;
     std::unique_ptr<Delivery> delivery_;  // of the one whose turn it is
-    std::unique_ptr<LoadPanel> panel_;
     std::unique_ptr<HostServer> server_;
     FileWatch watch_;
     QTimer silence_;           // of all who might speak

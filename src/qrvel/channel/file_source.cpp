@@ -5,14 +5,11 @@
 #include <utility>
 
 #include "application.h"
-#include "conversion.h"
 #include "data_channel.h"
 #include "notices.h"
 #include "own_texts.h"
-#include "picture_file.h"
 #include "plot_report.h"
 #include "shown_text.h"
-#include "strip.h"
 #include "toolkit_trace.h"
 
 namespace qrvel {
@@ -51,7 +48,7 @@ void FileSource::takeTurn() {
         beginPage();
         return;
     }
-    if (Conversion* running = conversion()) running->reading(name_);
+    application()->run->reading(name_);
     passes_ = manner_.asIs ? 1 : PASSES;
     reader_ = std::make_unique<SourceReader>(name_, [this] { isRead(); });
 }
@@ -102,7 +99,7 @@ void FileSource::isNoPlot(const QString& why) {
 void FileSource::sayReport() {
     const plotter::Survey& survey = file_->found().survey;
     QStringList said;
-    if (isEmptyDrawing(survey) && conversion() == nullptr) said += ownText(OwnText::EmptyDrawing);
+    if (isEmptyDrawing(survey) && !application()->run->prints()) said += ownText(OwnText::EmptyDrawing);
     if (const QString text = reportText(survey.report); !text.isEmpty()) said += text;
     remarks_ = said.join("; ");
     if (!remarks_.isEmpty()) sayLine(shownName() + ": " + remarks_);
@@ -126,10 +123,8 @@ bool FileSource::findPage() {
 
 void FileSource::beginPage() {
     page_ = wanted_;
-    Conversion* running = conversion();
-    while (running != nullptr &&
-           !running->begin(name_, {.number = page_, .first = isFirstToPrint(), .last = isLastToPrint()})) {
-        if (isLastToPrint() || running->keepsPagesTogether()) {
+    while (!application()->run->begun(name_, {.number = page_, .first = isFirstToPrint(), .last = isLastToPrint()})) {
+        if (isLastToPrint() || application()->run->keepsPagesTogether()) {
             channel_.leave(*this);
             return;
         }
@@ -159,8 +154,7 @@ void FileSource::handOver(std::unique_ptr<Spool> spool) {
 
 void FileSource::fail(const QString& notice) {
     showNotice(notice);
-    failPicture();
-    if (Conversion* running = conversion()) running->fail();
+    application()->run->failed();
     stayOrLeave();
 }
 
@@ -168,9 +162,10 @@ void FileSource::fail(const QString& notice) {
 
 void FileSource::shown() {
     showRemarks();
-    if (conversion() != nullptr && !isLastToPrint()) {
+    const bool prints = application()->run->prints();
+    if (prints && !isLastToPrint()) {
         askForPage(page_ + 1);
-    } else if (conversion() != nullptr || pages_ == 1) {
+    } else if (prints || pages_ == 1) {
         channel_.leave(*this);
     } else {
         state_ = State::Shown;
@@ -180,8 +175,7 @@ void FileSource::shown() {
 
 void FileSource::refused(const QString& reason) {
     sayLine(shownName() + ": " + reason);
-    failPicture();
-    if (Conversion* running = conversion()) running->fail();
+    application()->run->failed();
     stayOrLeave();
 }
 
@@ -197,7 +191,7 @@ void FileSource::replaced() {
 
 // Where one of its pages is shown, the user can go on turning them.
 void FileSource::stayOrLeave() {
-    if (conversion() != nullptr || pages_ == 1 || !channel_.isPictureOf(*this)) {
+    if (application()->run->prints() || pages_ == 1 || !channel_.isPictureOf(*this)) {
         channel_.leave(*this);
         return;
     }
@@ -224,7 +218,7 @@ void FileSource::showRemarks() {
     QStringList told;
     if (pages_ > 1 && !manner_.again) told += ownText(OwnText::FirstPage).arg(page_).arg(pages_);
     if (!remarks_.isEmpty()) told += remarks_;
-    if (!told.isEmpty()) showStrip(told.join("; "));
+    if (!told.isEmpty()) application()->run->remark(told.join("; "));
 }
 
 }  // namespace qrvel

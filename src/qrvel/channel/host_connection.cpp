@@ -23,7 +23,6 @@ constexpr std::size_t READ_SIZE = 65536;
 constexpr std::size_t PAGE_PIECE = 65536;  // of a page, in a frame
 constexpr std::size_t ATOMIC_WRITE = 512;  // what a pipe that is writable takes without making us wait
 
-constexpr auto READING_TURN = std::chrono::milliseconds(8);
 constexpr auto LOOKS = std::chrono::seconds(1);
 // While others wait, a host may be silent inside a transmission for so long, and take so long in all.
 constexpr qint64 MOST_SILENCE = 5000;    // milliseconds
@@ -170,7 +169,7 @@ void HostConnection::lookAtClock() {
 // ---- bytes ----------------------------------------------------------------------------------------------------------
 
 void HostConnection::readOn() {
-    const auto until = std::chrono::steady_clock::now() + READING_TURN;
+    const auto until = std::chrono::steady_clock::now() + TURN;
     while ((state_ == State::Collecting || state_ == State::Skipping) && isReady(input_, POLLIN)) {
         if (!receive()) return;
         takeReceived();

@@ -12,13 +12,11 @@
 #include <utility>
 
 #include "error_text.h"
+#include "speaker.h"
 
 namespace qrvel {
 
 namespace {
-
-// Reading at one turn of the loop; short enough that the window stays alive.
-constexpr auto TURN = std::chrono::milliseconds(8);
 
 // Polling instead of a non-blocking descriptor: that flag would be seen by all who share our standard input.
 bool isReadable(int file) {

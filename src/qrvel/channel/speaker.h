@@ -4,17 +4,16 @@
 
 #include <QByteArray>
 #include <QString>
+#include <chrono>
 #include <optional>
 #include <string_view>
 
+#include "run.h"
+
 namespace qrvel {
 
-// Which page of how many a picture is.
-struct PageNumber {
-    int number = 1;
-    int of = 1;
-    bool operator==(const PageNumber&) const = default;
-};
+// How long work may keep a turn of the event loop, so that the window stays alive.
+inline constexpr auto TURN = std::chrono::milliseconds(8);
 
 class Speaker {
   public:

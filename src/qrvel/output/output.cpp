@@ -11,6 +11,11 @@
 
 namespace qrvel {
 
+WHandle Child::messageClass() const {
+    const auto* inside = handles().find<Container>(container);
+    return inside != nullptr ? inside->windowClass : 0;
+}
+
 namespace {
 
 // The output of a child; null, with a line in the trace, when there is none.
@@ -47,7 +52,7 @@ int64_t sumOf(std::span<const int32_t> counts) {
 }
 
 // Answers whether somebody will see what is drawn further.
-bool refreshWidget(ChildWidget* widget, ScreenSurface::Refresh refresh) {
+bool refreshWidget(QWidget* widget, ScreenSurface::Refresh refresh) {
     if (widget == nullptr) return true;
     if (refresh == ScreenSurface::Refresh::Soon) {
         widget->update();
@@ -73,15 +78,15 @@ int32_t OUTstdcreate(WHandle child, WHandle /*owner*/, uint32_t /*colours*/, uin
     // The table handed over is always the one made last, which is what a device takes by itself.
     found->surface = std::make_unique<ScreenSurface>(
         [widget = found->widget](ScreenSurface::Refresh refresh) { return refreshWidget(widget, refresh); });
-    found->widget->setSurface(found->surface.get());
-    found->widget->fitSurface();
+    found->view()->setSurface(found->surface.get());
+    found->view()->fitSurface();
     return 1;
 }
 
 void OUTdestroy(WHandle child) {
     auto* found = handles().find<Child>(child, __func__);
     if (found == nullptr) return;
-    if (found->widget != nullptr) found->widget->setSurface(nullptr);
+    if (found->view() != nullptr) found->view()->setSurface(nullptr);
     found->surface.reset();
 }
 
@@ -110,7 +115,7 @@ int32_t OUTquerysize(WHandle child, int32_t* width, int32_t* height) {
     const auto* found = handles().find<Child>(child, __func__);
     if (found == nullptr || found->widget == nullptr) return 0;
     const OutputDevice* output = found->output();
-    const QSize size = output != nullptr ? output->size() : found->widget->deviceSize();
+    const QSize size = output != nullptr ? output->size() : found->view()->deviceSize();
     *width = size.width();
     *height = size.height();
     return 1;

@@ -8,11 +8,11 @@
 #include <algorithm>
 #include <new>
 
-#include "data_channel.h"
+#include "application.h"
 #include "file_device.h"
 #include "own_texts.h"
-#include "page_format.h"
 #include "page_painter.h"
+#include "page_writing.h"
 #include "placement.h"
 #include "whole_file.h"
 
@@ -48,15 +48,15 @@ QString writeFile(Pages pages, const PageGoal& goal) {
 }
 
 QString sendToHost(Pages pages, const PageGoal& goal) {
-    DataChannel* channel = findDataChannel();
-    if (channel == nullptr || !channel->takesPages()) return ownText(OwnText::NoHost);
+    Run* run = application() != nullptr ? application()->run.get() : nullptr;
+    if (run == nullptr || !run->takesPages()) return ownText(OwnText::NoHost);
     QTemporaryFile file;
     const QString problem = file.open() ? draw(file.handle(), pages, goal) : file.errorString();
     if (!problem.isEmpty()) return cannotWrite(goal, problem);
     const uchar* const content = file.map(0, file.size());
     if (content == nullptr) return cannotWrite(goal, file.errorString());
-    channel->sendPage(endingOf(goal.format),
-                      {reinterpret_cast<const char*>(content), static_cast<std::size_t>(file.size())});
+    run->sendPage(endingOf(goal.format),
+                  {reinterpret_cast<const char*>(content), static_cast<std::size_t>(file.size())});
     return {};
 }
 

@@ -1,22 +1,24 @@
 // OUTopendevice and OUTclosedevice: a page in the place of the surface, and back.
 #include <QGuiApplication>
 #include <algorithm>
+#include <map>
 #include <vector>
 
 #include "application.h"
 #include "child.h"
-#include "conversion.h"
-#include "data_channel.h"
 #include "notices.h"
 #include "out.h"
 #include "own_texts.h"
-#include "page_delivery.h"
-#include "print_setup.h"
-#include "shell.h"
+#include "page_sink.h"
 
 namespace qrvel {
 
 namespace {
+
+PageSink* sink = nullptr;
+
+// Pages that are being drawn, by their children.
+std::map<WHandle, std::unique_ptr<PrintedPage>> underWay;
 
 // The name that was handed over, or the one that had no room there.
 QByteArray nameOf(uint32_t destination, const void* name, const PrintChoice& choice) {
@@ -40,15 +42,10 @@ PageGoal goalOf(uint32_t destination, uint32_t format, const void* name, const P
 
 // What is to be delivered now that a page is drawn.
 PrintedPages collected(std::unique_ptr<PrintedPage> page) {
-    if (Conversion* running = conversion()) return running->collect(std::move(page));
+    if (sink != nullptr) return sink->collect(std::move(page));
     PrintedPages alone;
     alone.push_back(std::move(page));
     return alone;
-}
-
-// Onto a file that the drawing comes from by a name of its own, which was not known when it began.
-bool goesOntoSource(const PageGoal& goal) {
-    return conversion() != nullptr && application()->filesRead.hold(goal.name.toStdString());
 }
 
 // Answers nothing, or what went wrong.
@@ -59,7 +56,8 @@ QString deliver(const PrintedPages& printed) {
     }
     if (pages.empty()) return {};
     const PageGoal& goal = printed.front()->goal;
-    if (goesOntoSource(goal)) return ownText(OwnText::CannotWrite).arg(goal.shownName(), ownText(OwnText::IsSource));
+    const QString refusal = sink != nullptr ? sink->refuse(goal) : QString();
+    if (!refusal.isEmpty()) return ownText(OwnText::CannotWrite).arg(goal.shownName(), refusal);
     return deliverPages(pages, goal);
 }
 
@@ -69,19 +67,19 @@ bool areEmpty(const PrintedPages& printed) {
 }
 
 void report(const PrintedPages& printed, const QString& problem) {
-    Conversion* running = conversion();
     if (!problem.isEmpty()) {
         showNotice(problem);
-        if (running != nullptr) running->fail();
-    } else if (!printed.empty()) {
-        if (areEmpty(printed)) showNotice(ownText(OwnText::EmptyPage).arg(printed.front()->goal.shownName()));
-        if (running != nullptr) running->written();
+    } else if (!printed.empty() && areEmpty(printed)) {
+        showNotice(ownText(OwnText::EmptyPage).arg(printed.front()->goal.shownName()));
     }
-    DataChannel* channel = findDataChannel();
-    if (running != nullptr && channel != nullptr) channel->pictureIsOut();
+    if (sink != nullptr) sink->printed(printed, problem.isEmpty());
 }
 
 }  // namespace
+
+void setPageSink(PageSink* taker) {
+    sink = taker;
+}
 
 }  // namespace qrvel
 
@@ -90,21 +88,23 @@ using namespace qrvel;
 int32_t OUTopendevice(WHandle child, uint32_t destination, uint32_t format, const void* name) {
     auto* found = handles().find<Child>(child, __func__);
     if (found == nullptr) return 0;
-    const PrintChoice choice = currentPrintChoice();
+    const PrintChoice choice = application() != nullptr ? application()->printChoice : PrintChoice{};
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    const std::size_t kept = conversion() != nullptr ? conversion()->bytesKept() : 0;
-    found->printed =
+    const std::size_t kept = sink != nullptr ? sink->bytesKept() : 0;
+    auto& printed = underWay[child];
+    printed =
         std::make_unique<PrintedPage>(layOut(choice.paper, choice.landscape), goalOf(destination, format, name, choice),
                                       mostPageBytes() - std::min(mostPageBytes(), kept));
-    found->page = &found->printed->page;
+    found->page = &printed->page;
     sendSizeOfContainer(found->container);
     return 1;
 }
 
 int32_t OUTclosedevice(WHandle child) {
     auto* found = handles().find<Child>(child, __func__);
-    if (found == nullptr || !found->printed) return 0;
-    const PrintedPages printed = collected(std::move(found->printed));
+    auto page = underWay.extract(child);
+    if (found == nullptr || page.empty()) return 0;
+    const PrintedPages printed = collected(std::move(page.mapped()));
     found->page = nullptr;
     const QString problem = deliver(printed);
     QGuiApplication::restoreOverrideCursor();

@@ -5,6 +5,7 @@
 
 #include "accelerators.h"
 #include "application.h"
+#include "child_widget.h"
 #include "shell.h"
 
 namespace qrvel {
@@ -54,7 +55,7 @@ ActionBar::~ActionBar() {
 
 void ActionBar::post(const ACTBARRow& row) const {
     if (application() == nullptr) return;
-    application()->messages.postAction(object, row.itemClass == HELP_CLASS ? helpKind : itemKind, row.action);
+    postAction(object, row.itemClass == HELP_CLASS ? helpKind : itemKind, row.action);
 }
 
 void ActionBar::choose(uint32_t action) const {

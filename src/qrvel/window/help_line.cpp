@@ -9,6 +9,7 @@
 #include <span>
 
 #include "application.h"
+#include "child_widget.h"
 #include "helpl.h"
 #include "message_pump.h"
 #include "shell.h"
@@ -45,7 +46,7 @@ void setTexts(std::vector<HelpLine::Button>& buttons, std::span<const char* cons
 }
 
 void postButton(const HelpLine& line, uint32_t number) {
-    if (application() != nullptr) application()->messages.postAction(line.object, line.kind, number);
+    postAction(line.object, line.kind, number);
 }
 
 QPushButton* makeButton(const HelpLine& line, const HelpLine::Button& button) {

@@ -4,6 +4,7 @@
 #include <QPushButton>
 
 #include "application.h"
+#include "child_widget.h"
 #include "info.h"
 #include "objects.h"
 #include "own_texts.h"
@@ -50,10 +51,9 @@ WHandle INFOcreate(WHandle container, WHandle shell, uint32_t a, uint32_t b, uin
         panel = handles().make<InfoPanel>();
         if (panel == nullptr) return 0;
         panel->box = makeBox(*of->window);
-        QObject::connect(panel->box, &QDialog::finished, panel->box,
-                         [object = mainObjectOf(inside->windowClass), kind = a, parameter = b] {
-                             if (application() != nullptr) application()->messages.postAction(object, kind, parameter);
-                         });
+        QObject::connect(
+            panel->box, &QDialog::finished, panel->box,
+            [object = objectOfContainer(container), kind = a, parameter = b] { postAction(object, kind, parameter); });
     }
     bringToFront(*panel->box);
     return panel->handle;

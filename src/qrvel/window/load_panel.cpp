@@ -27,7 +27,7 @@ QWidget* windowInSight() {
 
 }  // namespace
 
-LoadPanel::LoadPanel(std::function<LoadProgress()> progress, std::function<void()> givenUp)
+LoadPanel::LoadPanel(std::function<Progress()> progress, std::function<void()> givenUp)
     : progress_(std::move(progress)), givenUp_(std::move(givenUp)) {
     QObject::connect(&timer_, &QTimer::timeout, [this] { tick(); });
     timer_.start(LONG);
@@ -56,7 +56,7 @@ void LoadPanel::show() {
 }
 
 void LoadPanel::showProgress() {
-    const LoadProgress progress = progress_();
+    const Progress progress = progress_();
     dialog_->setMaximum(progress.all > 0 ? STEPS : 0);
     if (progress.all > 0) dialog_->setValue(static_cast<int>(progress.done * STEPS / progress.all));
 }

@@ -6,17 +6,14 @@
 #include <QTimer>
 #include <functional>
 
-namespace qrvel {
+#include "run.h"
 
-struct LoadProgress {
-    qint64 done;  // bytes
-    qint64 all;   // 0: not known
-};
+namespace qrvel {
 
 class LoadPanel {
   public:
     // The panel asks for the progress while it is shown. givenUp is called at most once.
-    LoadPanel(std::function<LoadProgress()> progress, std::function<void()> givenUp);
+    LoadPanel(std::function<Progress()> progress, std::function<void()> givenUp);
     ~LoadPanel() { delete dialog_; }
     LoadPanel(const LoadPanel&) = delete;
     LoadPanel& operator=(const LoadPanel&) = delete;
@@ -26,7 +23,7 @@ class LoadPanel {
     void show();
     void showProgress();
 
-    std::function<LoadProgress()> progress_;
+    std::function<Progress()> progress_;
     std::function<void()> givenUp_;
     QTimer timer_;
     QPointer<QProgressDialog> dialog_;  // once it has taken long

@@ -22,7 +22,6 @@
 #include <utility>
 
 #include "own_texts.h"
-#include "page_format.h"
 #include "page_image.h"
 #include "page_preview.h"
 #include "whole_file.h"

@@ -9,10 +9,10 @@
 #include <utility>
 
 #include "application.h"
-#include "child.h"
-#include "conversion.h"
+#include "child_widget.h"
 #include "data_channel.h"
 #include "own_texts.h"
+#include "page.h"
 #include "page_image.h"
 #include "placement.h"
 #include "pssetup.h"
@@ -58,8 +58,7 @@ PrintSetup* findPrintSetup() {
 }
 
 void notify(const PrintSetup& setup, uint32_t notification) {
-    if (application() == nullptr) return;
-    application()->messages.postAction(objectOfContainer(setup.container), PRINT_SETUP_KIND, notification);
+    postAction(objectOfContainer(setup.container), PRINT_SETUP_KIND, notification);
 }
 
 // A file gets the drawing's name, and lies beside it.
@@ -74,6 +73,7 @@ QByteArray suggestedName(const DataChannel* channel) {
 // Once, for the picture that is seen: the panel goes at once, and a picture that is coming in is waited for.
 void print(PrintSetup& setup) {
     setup.panel->hide();
+    application()->printChoice = setup.panel->choice();
     setup.printIsDue = true;
     application()->messages.workIsDue();
 }
@@ -119,16 +119,6 @@ PrintSetup::~PrintSetup() {
     if (panel == nullptr) return;
     panel->disconnect();
     delete panel;
-}
-
-PrintChoice PrintSetup::choice() const {
-    if (const Conversion* running = conversion()) return running->choice();
-    return panel != nullptr ? panel->choice() : PrintChoice{};
-}
-
-PrintChoice currentPrintChoice() {
-    const PrintSetup* setup = findPrintSetup();
-    return setup != nullptr ? setup->choice() : PrintChoice{};
 }
 
 void printPreviewIsStale() {
@@ -189,7 +179,7 @@ int32_t PSSETUPhide(WHandle setup) {
 int32_t PSSETUPqueryValue(WHandle setup, uint32_t number, uint32_t* value, char* buffer) {
     const auto* found = handles().find<PrintSetup>(setup, __func__);
     if (found == nullptr) return 0;
-    const PrintChoice choice = found->choice();
+    const PrintChoice choice = application() != nullptr ? application()->printChoice : PrintChoice{};
     switch (number) {
         case PSSETUP_DESTINATION:
             return setNumber(value, panelNumber(choice.destination));

@@ -12,7 +12,7 @@
 #include "cont.h"
 #include "data_channel.h"
 #include "message_pump.h"
-#include "objects.h"
+#include "notices.h"
 #include "own_texts.h"
 #include "shl.h"
 
@@ -92,11 +92,6 @@ void ContainerWidget::resizeEvent(QResizeEvent* /*event*/) {
     postSizeOfContainer(handle_);
 }
 
-WHandle objectOfContainer(WHandle container) {
-    const auto* found = handles().find<Container>(container);
-    return found != nullptr ? mainObjectOf(found->windowClass) : 0;
-}
-
 void showPageNumber(int page, int pages) {
     const QString number = ownText(OwnText::PageOf).arg(page).arg(pages);
     handles().forEach<Shell>([&](const Shell& shell) {
@@ -104,15 +99,6 @@ void showPageNumber(int page, int pages) {
         const QString& title = shell.window->title();
         shell.window->setWindowTitle(pages > 1 ? title + " \u2013 " + number : title);
     });
-}
-
-void postSizeOfContainer(WHandle container) {
-    const WHandle object = objectOfContainer(container);
-    if (object != 0 && application() != nullptr) application()->messages.postSize(object);
-}
-
-void sendSizeOfContainer(WHandle container) {
-    if (const WHandle object = objectOfContainer(container)) MessageQueue::send(object, W_MSG_SIZE);
 }
 
 }  // namespace qrvel
@@ -126,6 +112,7 @@ WHandle SHLcreate(WHandle app, WHandle* container, const char* title, uint32_t /
     auto* inside = handles().make<Container>();
     if (shell == nullptr || inside == nullptr) return 0;
     shell->window = new ShellWindow(QString::fromUtf8(title));
+    setNoticeWindow(shell->window);
     inside->widget = new ContainerWidget(shell->window, inside->handle);
     shell->window->setCentralWidget(inside->widget);
     shell->container = inside->handle;

@@ -4,7 +4,7 @@
 #include <QMainWindow>
 #include <QPointer>
 
-#include "handles.h"
+#include "objects.h"
 
 namespace qrvel {
 
@@ -53,19 +53,6 @@ struct ShellPart : Object {
     WHandle shell;
     uint32_t part;
 };
-
-struct Container : Object {
-    static constexpr Kind KIND = Kind::Container;
-
-    QPointer<ContainerWidget> widget;  // its parent, the shell's window, owns it
-    WHandle windowClass = 0;
-};
-
-// Queues a size message for the object whose window a container is, or delivers it before it returns.
-void postSizeOfContainer(WHandle container);
-void sendSizeOfContainer(WHandle container);
-// That object; 0 when there is none.
-WHandle objectOfContainer(WHandle container);
 
 // Which page of how many is shown, behind the title of the window; nothing where there is only one.
 void showPageNumber(int page, int pages);

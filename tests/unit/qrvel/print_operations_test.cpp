@@ -16,6 +16,7 @@
 #include "w.h"
 #include "wclr.h"
 #include "wi.h"
+#include "window_run.h"
 
 namespace qrvel {
 namespace {
@@ -49,7 +50,7 @@ class PrintOperations : public testing::Test {
         CONTdestroy(container_);
         SHLdestroy(shell_);
         Wdestroyobject(object_);
-        application()->conversion.reset();  // what has failed would end the process
+        application()->run = std::make_unique<WindowRun>();  // what has failed would end the process
         Wterminate(app_);
     }
 
@@ -113,7 +114,7 @@ TEST_F(PrintOperations, TheSetUpNamesAFile) {
     EXPECT_EQ(PSSETUPtransDestAndFormatValues(&destination, &format), 1);
     EXPECT_EQ(destination, static_cast<uint32_t>(Destination::File));
     EXPECT_EQ(format, static_cast<uint32_t>(PageFormat::Svg));
-    application()->conversion->begin("a.plt");
+    application()->run->begun("a.plt", {});
     EXPECT_EQ(name(), "out/a b.svg");
 }
 
@@ -121,18 +122,18 @@ TEST_F(PrintOperations, ANameIsNeverCut) {
     start({"--print-to", "%n.pdf", "a.plt"});
     for (const std::size_t length : {std::size_t{5}, std::size_t{126}, std::size_t{127}}) {
         const std::string wanted = std::string(length - 4, 'n') + ".pdf";
-        application()->conversion->begin(QByteArray::fromStdString(std::string(length - 4, 'n') + ".plt"));
+        application()->run->begun(QByteArray::fromStdString(std::string(length - 4, 'n') + ".plt"), {});
         EXPECT_EQ(name(), wanted);
     }
     for (const std::size_t length : {std::size_t{128}, std::size_t{129}, std::size_t{300}, std::size_t{5000}}) {
-        application()->conversion->begin(QByteArray::fromStdString(std::string(length - 4, 'n') + ".plt"));
+        application()->run->begun(QByteArray::fromStdString(std::string(length - 4, 'n') + ".plt"), {});
         EXPECT_EQ(name(), CHOSEN_FILE) << length;
     }
 }
 
 TEST_F(PrintOperations, ValuesNeedAPlace) {
     start({"--print-to", "a.pdf", "a.plt"});
-    application()->conversion->begin("a.plt");
+    application()->run->begun("a.plt", {});
     char buffer[128] = "unchanged";
     uint32_t size = 127;
     EXPECT_EQ(PSSETUPqueryValue(setup, PSSETUP_NAME, nullptr, buffer), 0);
@@ -242,7 +243,7 @@ TEST_F(PrintOperations, ALongNameIsTheChosenFiles) {
     std::filesystem::create_directories(path);
     const std::string pattern = path + "/%n.pdf";
     start({"--print-to", pattern.c_str(), "a.plt"});
-    application()->conversion->begin("a.plt");
+    application()->run->begun("a.plt", {});
     const std::string handed = name();
     EXPECT_EQ(handed, CHOSEN_FILE);
     EXPECT_EQ(OUTopendevice(child, 2, 1, handed.c_str()), 1);

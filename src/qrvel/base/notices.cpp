@@ -9,7 +9,6 @@
 #include <cstdio>
 
 #include "application.h"
-#include "shell.h"
 #include "windows.h"
 
 namespace qrvel {
@@ -17,6 +16,8 @@ namespace qrvel {
 namespace {
 
 constexpr char TITLE[] = "KEL HPGL Display";
+
+QPointer<QWidget> window;  // that boxes stand in front of
 
 // Waits until its parent is shown, and then shows the box in front of it.
 class ShownWithParent : public QObject {
@@ -57,6 +58,10 @@ void showWithParent(QMessageBox& box) {
 
 }  // namespace
 
+void setNoticeWindow(QWidget* shown) {
+    window = shown;
+}
+
 // Whoever started us with a pipe there and does not read it must not stop us.
 void sayLine(const QString& text) {
     showProgressLine({});
@@ -82,9 +87,7 @@ void showNotice(const QString& text) {
         open->setText(open->text() + "\n\n" + text);
         return;
     }
-    const auto* shell = handles().findFirst<Shell>([](const Shell&) { return true; });
-    QWidget* parent = shell != nullptr ? shell->window : nullptr;
-    open = new QMessageBox(QMessageBox::Warning, TITLE, text, QMessageBox::Ok, parent);
+    open = new QMessageBox(QMessageBox::Warning, TITLE, text, QMessageBox::Ok, window);
     open->setTextFormat(Qt::PlainText);
     open->setAttribute(Qt::WA_DeleteOnClose);
     open->setModal(false);

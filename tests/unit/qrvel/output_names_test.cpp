@@ -1,5 +1,5 @@
 // The names of the files that drawings are printed to.
-#include "conversion.h"
+#include "output_names.h"
 
 #include "rows.h"
 

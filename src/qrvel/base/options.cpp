@@ -13,8 +13,8 @@
 #include <utility>
 
 #include "arguments.h"
-#include "conversion.h"
-#include "page_format.h"
+#include "output_names.h"
+#include "print_choice.h"
 #include "protocol.h"
 #include "shown_text.h"
 

@@ -3,7 +3,12 @@
 
 #include <QString>
 
+class QWidget;
+
 namespace qrvel {
+
+// The window that boxes stand in front of, once it is shown.
+void setNoticeWindow(QWidget* window);
 
 // A line on stderr. Names are data: control characters in them are shown as question marks.
 void sayLine(const QString& text);

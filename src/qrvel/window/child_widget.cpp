@@ -1,4 +1,4 @@
-#include "child.h"
+#include "child_widget.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -6,7 +6,6 @@
 
 #include "application.h"
 #include "own_texts.h"
-#include "shell.h"
 
 namespace qrvel {
 
@@ -116,8 +115,14 @@ bool ChildWidget::event(QEvent* event) {
 
 void breakOffDrags() {
     handles().forEach<Child>([](Child& child) {
-        if (child.widget != nullptr) child.widget->breakOff();
+        if (child.widget != nullptr) static_cast<ChildWidget*>(child.widget.data())->breakOff();
     });
+}
+
+void postAction(WHandle object, uint32_t kind, uint32_t id) {
+    if (application() == nullptr) return;
+    breakOffDrags();
+    application()->messages.postAction(object, kind, id);
 }
 
 }  // namespace qrvel
@@ -130,7 +135,9 @@ WHandle Wcreatechild(WHandle app, WHandle container) {
     if (parent == nullptr || parent->widget == nullptr) return 0;
     auto* child = handles().make<Child>();
     if (child == nullptr) return 0;
-    child->widget = new ChildWidget(parent->widget, child->handle);
+    auto* widget = new ChildWidget(parent->widget, child->handle);
+    child->widget = widget;
+    child->shownBy = widget;
     child->container = container;
     return child->handle;
 }
@@ -145,7 +152,7 @@ int32_t Wsetwinpos(WHandle child, int32_t x, int32_t y, int32_t width, int32_t h
     const QSize before = found->widget->size();
     found->widget->setGeometry(x, y, width, height);
     found->widget->setVisible(true);
-    found->widget->fitSurface();
+    found->view()->fitSurface();
     if (found->widget->size() != before && application() != nullptr) {
         postSizeOfContainer(found->container);
         application()->messages.postPaint(child);

@@ -1,4 +1,4 @@
-#include "page_format.h"
+#include "page_writing.h"
 
 #include <QBuffer>
 #include <QImageWriter>
@@ -34,7 +34,7 @@ QPageLayout layoutOf(const QSizeF& paper) {
     return {QPageSize(paper, QPageSize::Millimeter, {}, QPageSize::ExactMatch), QPageLayout::Portrait, {}};
 }
 
-bool writePdf(QIODevice& device, int /*dpi*/, Pages pages) {
+bool writePdf(QIODevice& device, Pages pages) {
     QPdfWriter writer(&device);
     writer.setCreator(CREATOR);
     writer.setResolution(UNITS_AN_INCH);
@@ -48,9 +48,8 @@ bool writePdf(QIODevice& device, int /*dpi*/, Pages pages) {
     return painter.end();
 }
 
-bool writeSvg(QIODevice& device, int /*dpi*/, Pages pages) {
+bool writeSvg(QIODevice& device, const Page& page) {
     constexpr std::size_t TIMES_AS_LARGE = 4;  // the text, which is made in memory
-    const Page& page = *pages.front();
     if (page.recording().bytes() > mostPageBytes() / TIMES_AS_LARGE) return false;
     const Placement placement = placeOf(page);
     const QSizeF units = placement.paper * UNITS_A_MILLIMETRE;
@@ -67,8 +66,7 @@ bool writeSvg(QIODevice& device, int /*dpi*/, Pages pages) {
     return painter.end();
 }
 
-bool writePng(QIODevice& device, int dpi, Pages pages) {
-    const Page& page = *pages.front();
+bool writePng(QIODevice& device, int dpi, const Page& page) {
     QImage image = drawImage(page.recording(), page.sheet(), dpi / MILLIMETRES_AN_INCH);
     if (image.isNull()) return false;
     const int dotsAMetre = static_cast<int>(std::lround(dpi * 1000.0 / MILLIMETRES_AN_INCH));
@@ -80,38 +78,18 @@ bool writePng(QIODevice& device, int dpi, Pages pages) {
     return writer.write(image) && device.write(content.data()) == content.size();
 }
 
-struct Row {
-    PageFormat format;
-    const char* ending;
-    bool (*write)(QIODevice& device, int dpi, Pages pages);
-};
-
-constexpr Row ROWS[] = {
-    {PageFormat::Pdf, "pdf", writePdf},
-    {PageFormat::Svg, "svg", writeSvg},
-    {PageFormat::Png, "png", writePng},
-};
-
 }  // namespace
 
-const char* endingOf(PageFormat format) {
-    for (const Row& row : ROWS) {
-        if (row.format == format) return row.ending;
-    }
-    return nullptr;
-}
-
-PageFormat formatOf(QByteArrayView fileName) {
-    const QByteArray name = fileName.toByteArray().toLower();
-    for (const Row& row : ROWS) {
-        if (name.endsWith(QByteArray(".") + row.ending)) return row.format;
-    }
-    return PageFormat::None;
-}
-
 bool writePages(QIODevice& device, PageFormat format, int dpi, Pages pages) {
-    for (const Row& row : ROWS) {
-        if (row.format == format) return row.write(device, dpi, pages);
+    switch (format) {
+        case PageFormat::Pdf:
+            return writePdf(device, pages);
+        case PageFormat::Svg:
+            return writeSvg(device, *pages.front());
+        case PageFormat::Png:
+            return writePng(device, dpi, *pages.front());
+        case PageFormat::None:
+            break;
     }
     return false;
 }

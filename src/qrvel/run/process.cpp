@@ -1,20 +1,23 @@
-#include "application.h"
-
+// The process's life: WIinitialise makes the application and says which run it is, Wterminate ends it.
 #include <unistd.h>
 
-#include <QWidget>
+#include <QApplication>
 #include <clocale>
 #include <cstdio>
 #include <utility>
 
 #include "app_icon.h"
+#include "application.h"
 #include "descriptors.h"
 #include "display_server.h"
 #include "fonts.h"
 #include "message_pump.h"
 #include "notices.h"
+#include "picture_run.h"
+#include "print_run.h"
 #include "shown_text.h"
 #include "toolkit_trace.h"
+#include "window_run.h"
 #include "windows.h"
 
 namespace qrvel {
@@ -24,8 +27,6 @@ namespace {
 // Without so many Qt would abort the process.
 constexpr int DESCRIPTORS_UNSEEN = 4;
 constexpr int DESCRIPTORS_OF_A_WINDOW = 8;
-
-Application* running = nullptr;
 
 std::unique_ptr<QApplication> makeQApplication() {
     if (QCoreApplication::instance() != nullptr) return nullptr;
@@ -43,9 +44,17 @@ void passOnGrave(QtMsgType type, const QMessageLogContext& /*context*/, const QS
     }
 }
 
-}  // namespace
+bool isUnseen(const Options& options) {
+    return !options.picture.isEmpty() || !options.printTo.isEmpty();
+}
 
-Application::Application(Options taken) : options(std::move(taken)), qt(makeQApplication()) {
+std::unique_ptr<Run> makeRun(const Options& options) {
+    if (!options.printTo.isEmpty()) return std::make_unique<PrintRun>(options);
+    if (!options.picture.isEmpty()) return std::make_unique<PictureRun>();
+    return std::make_unique<WindowRun>();
+}
+
+void nameProgram() {
     // QApplication takes the session's locale over; the viewer reads numbers with a decimal point.
     std::setlocale(LC_NUMERIC, "C");
     QCoreApplication::setApplicationName("kelhpgl");
@@ -54,44 +63,22 @@ Application::Application(Options taken) : options(std::move(taken)), qt(makeQApp
     QGuiApplication::setDesktopFileName("kelhpgl");
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QApplication::setWindowIcon(makeAppIcon());
+}
 
+void begin(Application& app) {
+    const Options& options = app.options;
     for (const QByteArray& source : options.sources) {
-        source == STANDARD_INPUT ? filesRead.add(STDIN_FILENO) : filesRead.add(source.toStdString());
+        source == STANDARD_INPUT ? app.filesRead.add(STDIN_FILENO) : app.filesRead.add(source.toStdString());
     }
-    if (!options.printTo.isEmpty()) conversion = std::make_unique<Conversion>(options);
-    if (!options.picture.isEmpty()) status = 1;  // until it is written
-    variables.notifyId = options.notifyId;
-    variables.notifyWindow = reinterpret_cast<void*>(options.notifyWindow);
-    endSignals =
-        std::make_unique<EndSignals>(quitApplication, !options.printTo.isEmpty() || !options.picture.isEmpty());
+    app.variables.notifyId = options.notifyId;
+    app.variables.notifyWindow = reinterpret_cast<void*>(options.notifyWindow);
+    app.run = makeRun(options);
+    app.endSignals = std::make_unique<EndSignals>(quitApplication, isUnseen(options));
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, qApp, quitApplication, Qt::DirectConnection);
-    running = this;
-    pump::setInputBlock([] { return running != nullptr && running->state.inputBlocked != 0; });
+    pump::setInputBlock([] { return application() != nullptr && application()->state.inputBlocked != 0; });
 }
 
-Application::~Application() {
-    running = nullptr;
-}
-
-Application* application() {
-    return running;
-}
-
-void quitApplication() {
-    if (running == nullptr) return;
-    running->state.quit = 1;
-    if (QWidget* box = QApplication::activeModalWidget()) box->close();
-    running->messages.wake();
-}
-
-void endProcess(int32_t status) {
-    if (running != nullptr && running->exitProcedure != nullptr) running->exitProcedure(running->handle, status);
-    ExitProcess(static_cast<UINT>(status));
-}
-
-bool isUnattended() {
-    return isUnseen(QGuiApplication::platformName());
-}
+}  // namespace
 
 }  // namespace qrvel
 
@@ -107,7 +94,7 @@ WHandle WIinitialise(int32_t /*argc*/, char** /*argv*/, uint32_t /*flag*/) {
         return 0;
     }
     Options options = readOptions();
-    const bool unseen = !options.picture.isEmpty() || !options.printTo.isEmpty();
+    const bool unseen = isUnseen(options);
     if (unseen) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qInstallMessageHandler(passOnGrave);
@@ -120,8 +107,12 @@ WHandle WIinitialise(int32_t /*argc*/, char** /*argv*/, uint32_t /*flag*/) {
         std::fputs("kelhpgl: no display (DISPLAY names none that answers)\n", stderr);
         return 0;
     }
-    const Application* app = handles().make<Application>(std::move(options));
-    return app != nullptr ? app->handle : 0;
+    auto qt = makeQApplication();
+    nameProgram();
+    auto* app = handles().make<Application>(std::move(options), std::move(qt));
+    if (app == nullptr) return 0;
+    begin(*app);
+    return app->handle;
 }
 
 void* WIgetvar(WHandle app, uint32_t kind) {
@@ -156,7 +147,7 @@ void Wfatalerror(WHandle /*app*/, const char* text) {
 void Wterminate(WHandle app) {
     const auto* found = handles().find<Application>(app, __func__);
     if (found == nullptr) return;
-    const int32_t status = found->conversion ? found->conversion->status() : found->status;
+    const int32_t status = found->run->status();
     forgetFonts();
     // It asks for what the application knows, and may end the process.
     if (status != 0 && found->exitProcedure != nullptr) found->exitProcedure(app, status);

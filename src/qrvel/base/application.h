@@ -1,4 +1,4 @@
-// The application: one a process, made by WIinitialise, ended by Wterminate.
+// The application: one a process. What all rooms share of it.
 #pragma once
 
 #include <QApplication>
@@ -6,13 +6,14 @@
 #include <memory>
 #include <vector>
 
-#include "conversion.h"
 #include "end_signals.h"
 #include "file_ids.h"
 #include "handles.h"
 #include "language.h"
 #include "messages.h"
 #include "options.h"
+#include "print_choice.h"
+#include "run.h"
 #include "wi.h"
 
 namespace qrvel {
@@ -20,11 +21,12 @@ namespace qrvel {
 struct Application : Object {
     static constexpr Kind KIND = Kind::Application;
 
-    explicit Application(Options taken);
+    // Qt's own: null where somebody else has made it.
+    Application(Options taken, std::unique_ptr<QApplication> made);
     ~Application() override;
 
     Options options;
-    std::unique_ptr<QApplication> qt;  // null where somebody else made it before
+    std::unique_ptr<QApplication> qt;
     WState state{};
     WVariables variables{};
     WExitProc exitProcedure = nullptr;
@@ -34,10 +36,10 @@ struct Application : Object {
     const char* const* loadTitle = nullptr;  // where the viewer keeps these of its texts (Wloadtxt), which it may
     const char* const* loadText = nullptr;   // still replace by its own; not owned
     kelfiles::FileIds filesRead;             // what drawings come from: never to be written
-    std::unique_ptr<Conversion> conversion;  // with --print-to
+    PrintChoice printChoice;                 // as it was when the user, or the run, said so: of the page under way
     MessageQueue messages;
     std::unique_ptr<EndSignals> endSignals;
-    int32_t status = 0;  // with which Wterminate ends the process, unless 0
+    std::unique_ptr<Run> run;  // from the beginning on
 };
 
 // The application that runs, or null.

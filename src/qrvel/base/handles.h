@@ -11,6 +11,8 @@
 
 #include "w.h"
 
+class QWidget;
+
 namespace qrvel {
 
 enum class Kind : uint8_t {
@@ -42,6 +44,10 @@ struct Object {
     Object& operator=(const Object&) = delete;
     virtual ~Object() = default;
 
+    // The window class whose procedure its messages go to, 0: it gets none; and the widget whose inside is its size.
+    virtual WHandle messageClass() const { return 0; }
+    virtual QWidget* area() const { return nullptr; }
+
     WHandle handle = 0;
 };
 
@@ -61,11 +67,14 @@ class HandleTable {
     // The object behind a handle; null for 0, a stale handle and another kind.
     template <class T>
     T* find(WHandle handle) const {
-        const std::size_t slot = handle & SLOT_MASK;
-        if (slot >= entries_.size()) return nullptr;
-        const Entry& entry = entries_[slot];
-        if (entry.generation != handle >> GENERATION_SHIFT || entry.kind != T::KIND) return nullptr;
-        return static_cast<T*>(entry.object.get());
+        const Entry* entry = entryOf(handle);
+        return entry != nullptr && entry->kind == T::KIND ? static_cast<T*>(entry->object.get()) : nullptr;
+    }
+
+    // Of whatever kind.
+    Object* findAny(WHandle handle) const {
+        const Entry* entry = entryOf(handle);
+        return entry != nullptr ? entry->object.get() : nullptr;
     }
 
     // The same for an operation of the toolkit, which is named in the trace when there is no such object.
@@ -115,6 +124,11 @@ class HandleTable {
         uint16_t generation = 0;
     };
 
+    const Entry* entryOf(WHandle handle) const {
+        const std::size_t slot = handle & SLOT_MASK;
+        if (slot >= entries_.size() || entries_[slot].generation != handle >> GENERATION_SHIFT) return nullptr;
+        return &entries_[slot];
+    }
     WHandle insert(std::unique_ptr<Object> object, Kind kind);
     void remove(WHandle handle);
 

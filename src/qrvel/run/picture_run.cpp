@@ -1,4 +1,4 @@
-#include "picture_file.h"
+#include "picture_run.h"
 
 #include <QBuffer>
 #include <string>
@@ -25,24 +25,26 @@ std::string save(const QImage& image, const QByteArray& name) {
 
 }  // namespace
 
-void savePictureAfterPaint(const Child& child) {
-    Application* app = application();
-    if (app->options.picture.isEmpty() || app->state.quit != 0) return;
+void PictureRun::painted(WHandle child) {
+    const Application* app = application();
+    if (app->state.quit != 0) return;
     const DataChannel* channel = findDataChannel();
-    if (channel == nullptr || !channel->hasDelivered() || !child.surface || !child.surface->isComplete()) return;
+    const auto* found = handles().find<Child>(child);
+    if (channel == nullptr || !channel->hasDelivered() || found == nullptr) return;
+    if (!found->surface || !found->surface->isComplete()) return;
     const std::string problem = app->filesRead.hold(app->options.picture.toStdString())
                                     ? qPrintable(ownText(OwnText::IsSource))
-                                    : save(child.surface->shown(), app->options.picture);
+                                    : save(found->surface->shown(), app->options.picture);
     if (!problem.empty()) {
         showNotice(ownText(OwnText::CannotWrite)
                        .arg(QString::fromLocal8Bit(app->options.picture), QString::fromStdString(problem)));
     }
-    app->status = problem.empty() ? 0 : 1;
+    written_ = problem.empty();
     quitApplication();
 }
 
-void failPicture() {
-    if (!application()->options.picture.isEmpty()) quitApplication();
+void PictureRun::failed() {
+    quitApplication();
 }
 
 }  // namespace qrvel

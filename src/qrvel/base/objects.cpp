@@ -1,43 +1,36 @@
 #include "objects.h"
 
 #include "application.h"
-#include "child.h"
-#include "shell.h"
 
 namespace qrvel {
 
-namespace {
-
-WHandle classOf(WHandle object) {
-    if (const auto* main = handles().find<MainObject>(object)) return main->windowClass;
-    const auto* child = handles().find<Child>(object);
-    const auto* container = child != nullptr ? handles().find<Container>(child->container) : nullptr;
-    return container != nullptr ? container->windowClass : 0;
-}
-
-// The widget whose inside an object's size is.
-QWidget* widgetOf(WHandle object) {
-    if (const auto* child = handles().find<Child>(object)) return child->widget;
-    if (const auto* shell = handles().find<Shell>(object)) return shell->window;
-    if (const auto* container = handles().find<Container>(object)) return container->widget;
-    const auto* main = handles().find<MainObject>(object);
-    if (main == nullptr) return nullptr;
+QWidget* MainObject::area() const {
     const auto* container = handles().findFirst<Container>(
-        [&](const Container& candidate) { return candidate.windowClass == main->windowClass; });
+        [&](const Container& candidate) { return candidate.windowClass == windowClass; });
     return container != nullptr ? container->widget : nullptr;
 }
 
-}  // namespace
-
 WMsgProc procedureOf(WHandle object) {
-    const auto* windowClass = handles().find<WindowClass>(classOf(object));
+    const Object* found = handles().findAny(object);
+    const auto* windowClass = found != nullptr ? handles().find<WindowClass>(found->messageClass()) : nullptr;
     return windowClass != nullptr ? windowClass->procedure : nullptr;
 }
 
-WHandle mainObjectOf(WHandle windowClass) {
+WHandle objectOfContainer(WHandle container) {
+    const auto* found = handles().find<Container>(container);
+    if (found == nullptr) return 0;
     const auto* object = handles().findFirst<MainObject>(
-        [&](const MainObject& candidate) { return candidate.windowClass == windowClass; });
+        [&](const MainObject& candidate) { return candidate.windowClass == found->windowClass; });
     return object != nullptr ? object->handle : 0;
+}
+
+void postSizeOfContainer(WHandle container) {
+    const WHandle object = objectOfContainer(container);
+    if (object != 0 && application() != nullptr) application()->messages.postSize(object);
+}
+
+void sendSizeOfContainer(WHandle container) {
+    if (const WHandle object = objectOfContainer(container)) MessageQueue::send(object, W_MSG_SIZE);
 }
 
 }  // namespace qrvel
@@ -62,7 +55,8 @@ void Wdestroyobject(WHandle object) {
 }
 
 int32_t Wquerywinsize(WHandle object, int32_t* width, int32_t* height) {
-    const QWidget* widget = widgetOf(object);
+    const Object* found = handles().findAny(object);
+    const QWidget* widget = found != nullptr ? found->area() : nullptr;
     if (widget == nullptr) {
         HandleTable::reportMiss(object, Kind::MainObject, __func__);
         return 0;

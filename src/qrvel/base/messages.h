@@ -13,13 +13,31 @@
 
 namespace qrvel {
 
+// Whoever carries a message about a drawing child to it, with all that belongs to that.
+class ChildMessages {
+  public:
+    ChildMessages() = default;
+    ChildMessages(const ChildMessages&) = delete;
+    ChildMessages& operator=(const ChildMessages&) = delete;
+    virtual ~ChildMessages() = default;
+
+    // Each delivers the message, once.
+    virtual void mouse(WHandle child, uint32_t first, QPoint position) = 0;
+    virtual void paint(WHandle child) = 0;
+};
+
+// First parameter of the mouse message.
+inline constexpr uint32_t MOUSE_PRESS = 0;
+inline constexpr uint32_t MOUSE_RELEASE = 1;
+inline constexpr uint32_t MOUSE_DRAG = 2;
+
 class MessageQueue {
   public:
     MessageQueue();
 
     void postSize(WHandle object);
     void postPaint(WHandle child);
-    // first: 0 press, 1 release, 2 drag. A drag takes the place of one that waits last. position: device pixels.
+    // A drag takes the place of one that waits last. position: device pixels.
     void postMouse(WHandle child, uint32_t first, QPoint position);
     // kind and id: the action message's parameters.
     void postAction(WHandle object, uint32_t kind, uint32_t id);
@@ -30,7 +48,7 @@ class MessageQueue {
     static void send(WHandle object, uint32_t message, uint32_t first = 0, uint32_t second = 0);
 
     // Delivers what waits now; what that queues waits for the next time.
-    void deliver();
+    void deliver(ChildMessages& children);
 
     // Makes the main loop take a turn; and one in which WIsendmsgs is called.
     void wake();
@@ -46,8 +64,6 @@ class MessageQueue {
         uint32_t second;
         QPoint position;
     };
-
-    static void deliverAction(const Action& action);
 
     QTimer nextTurn_;  // runs out when no event of the window system waits
     std::vector<WHandle> sizes_;

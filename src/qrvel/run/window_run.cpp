@@ -1,0 +1,43 @@
+#include "window_run.h"
+
+#include <utility>
+
+#include "application.h"
+#include "child.h"
+#include "data_channel.h"
+#include "shell.h"
+#include "strip.h"
+
+namespace qrvel {
+
+// Who looks would rather see a part of a drawing than nothing.
+bool WindowRun::delivered(bool whole) {
+    const auto* child = handles().findFirst<Child>([](const Child&) { return true; });
+    if (child == nullptr || (isUnattended() && !whole)) return false;
+    application()->messages.postPaint(child->handle);
+    return true;
+}
+
+bool WindowRun::takesPages() const {
+    const DataChannel* channel = findDataChannel();
+    return channel != nullptr && channel->takesPages();
+}
+
+void WindowRun::sendPage(std::string_view format, std::string_view bytes) {
+    if (DataChannel* channel = findDataChannel()) channel->sendPage(format, bytes);
+}
+
+void WindowRun::waiting(std::function<Progress()> progress, std::function<void()> givenUp) {
+    if (!isUnattended()) panel_ = std::make_unique<LoadPanel>(std::move(progress), std::move(givenUp));
+}
+
+void WindowRun::shows(const PageNumber& page) {
+    showPageNumber(page.number, page.of);
+    hideStrip();
+}
+
+void WindowRun::remark(const QString& text) {
+    showStrip(text);
+}
+
+}  // namespace qrvel

@@ -1,0 +1,25 @@
+// Pictures are shown in a window.
+#pragma once
+
+#include <memory>
+
+#include "load_panel.h"
+#include "run.h"
+
+namespace qrvel {
+
+class WindowRun : public Run {
+  public:
+    bool delivered(bool whole) override;
+    bool takesPages() const override;
+    void sendPage(std::string_view format, std::string_view bytes) override;
+    void waiting(std::function<Progress()> progress, std::function<void()> givenUp) override;
+    void waited() override { panel_.reset(); }
+    void shows(const PageNumber& page) override;
+    void remark(const QString& text) override;
+
+  private:
+    std::unique_ptr<LoadPanel> panel_;
+};
+
+}  // namespace qrvel
