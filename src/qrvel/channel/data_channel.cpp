@@ -41,8 +41,7 @@ DataChannel* findDataChannel() {
     return handles().find<DataChannel>(openChannel);
 }
 
-DataChannel::DataChannel(const Receiver& receiver)
-    : receiver_(receiver), watch_([this](const QByteArray& changed) { openAgain(changed); }) {
+DataChannel::DataChannel(const Receiver& receiver) : receiver_(receiver) {
     std::signal(SIGPIPE, SIG_IGN);  // a host that has gone is no reason to end
     std::signal(SIGXFSZ, SIG_IGN);  // nor is a file that may not grow
     silence_.setSingleShot(true);
@@ -51,7 +50,7 @@ DataChannel::DataChannel(const Receiver& receiver)
 }
 
 bool DataChannel::start(const Options& options) {
-    watching_ = options.watch;
+    if (options.watch) watch_ = std::make_unique<FileWatch>([this](const QByteArray& changed) { openAgain(changed); });
     manner_ = {.asIs = options.asIs, .page = options.page};
     for (const QByteArray& source : options.sources) {
         open(source);
@@ -68,14 +67,14 @@ bool DataChannel::start(const Options& options) {
 }
 
 void DataChannel::open(const QByteArray& fileName) {
-    if (watching_ && fileName != STANDARD_INPUT) watch_.add(fileName);
+    if (watch_ && fileName != STANDARD_INPUT) watch_->add(fileName);
     add(std::make_unique<FileSource>(*this, fileName, manner_));
 }
 
 // The user goes on looking at the page that was shown of it, as long as there is such a page.
 void DataChannel::openAgain(const QByteArray& fileName) {
     FileManner manner = manner_;
-    if (pictureOf_ != nullptr && pictureName_ == fileName) manner.page = picturePage_.number;
+    if (picture_.of != nullptr && picture_.name == fileName) manner.page = picture_.page.number;
     manner.again = true;
     add(std::make_unique<FileSource>(*this, fileName, manner));
 }
@@ -108,6 +107,7 @@ void DataChannel::goOn(Speaker& speaker) {
 }
 
 void DataChannel::giveTurn() {
+    state_ = State::Collecting;
     turn_ = line_.front();
     line_.pop_front();
     application()->run->waiting([this] { return progress(); }, [this] { giveUp(); });
@@ -115,6 +115,7 @@ void DataChannel::giveTurn() {
 }
 
 void DataChannel::endTurn() {
+    if (state_ != State::AwaitingPaint) state_ = State::Idle;
     turn_ = nullptr;
     delivery_.reset();
     application()->run->waited();
@@ -135,6 +136,7 @@ void DataChannel::transmit(std::unique_ptr<Transmission> transmission) {
     }
     named_.begin(turn_ != nullptr ? turn_->folder() : std::nullopt);
     delivery_ = std::make_unique<Delivery>(receiver_, std::move(transmission));
+    state_ = State::Delivering;
     application()->messages.workIsDue();
 }
 
@@ -144,13 +146,13 @@ void DataChannel::pass(const Speaker& speaker) {
 
 // Others may leave while the viewer reads a file that is named; it is in the midst of a delivery then.
 void DataChannel::leave(Speaker& speaker) {
-    if (delivering_) {
+    if (isHandingOver_) {
         leaving_.push_back(&speaker);
         return;
     }
     pass(speaker);
     std::erase(line_, &speaker);
-    if (pictureOf_ == &speaker) pictureOf_ = nullptr;
+    if (picture_.of == &speaker) picture_.of = nullptr;
     const auto owned = std::find_if(speakers_.begin(), speakers_.end(), [&](const std::unique_ptr<Speaker>& candidate) {
         return candidate.get() == &speaker;
     });
@@ -173,13 +175,13 @@ void DataChannel::waitForSpeakers() {
 }
 
 void DataChannel::showEmptyWindow() {
-    if (!delivered_ && turn_ == nullptr && line_.empty()) add(std::make_unique<EmptyPicture>(*this));
+    if (!delivered_ && state_ == State::Idle && line_.empty()) add(std::make_unique<EmptyPicture>(*this));
 }
 
 // ---- what is handed over --------------------------------------------------------------------------------------------
 
 Progress DataChannel::progress() const {
-    if (delivering_ && named_.isReading()) return {.done = named_.bytesRead(), .all = named_.bytesInAll()};
+    if (isHandingOver_ && named_.isReading()) return {.done = named_.bytesRead(), .all = named_.bytesInAll()};
     if (delivery_)
         return {.done = static_cast<qint64>(delivery_->done()), .all = static_cast<qint64>(delivery_->size())};
     if (turn_ != nullptr) return {.done = turn_->bytesDone(), .all = turn_->bytesInAll()};
@@ -188,7 +190,7 @@ Progress DataChannel::progress() const {
 
 // Called from the panel, so what the viewer must hear of it waits for the main loop.
 void DataChannel::giveUp() {
-    if (delivering_) {
+    if (isHandingOver_) {
         named_.breakOff();
         return;
     }
@@ -196,34 +198,33 @@ void DataChannel::giveUp() {
     application()->messages.workIsDue();
 }
 
-void DataChannel::carryOutGivingUp() {
-    if (delivery_) return deliver();
-    givenUp_ = false;
-    turn_->giveUp();
-}
-
 bool DataChannel::hasWork() const {
     if (!gone_.empty() || givenUp_) return true;
-    return turn_ == nullptr ? !line_.empty() : delivery_ && !notOut_;
+    return state_ == State::Idle ? !line_.empty() : state_ == State::Delivering;
 }
 
 void DataChannel::run() {
     gone_.clear();
-    if (notOut_ && application()->messages.isEmpty() && application()->run->isLost()) {
-        pictureIsOut();
-    } else if (givenUp_ && turn_ != nullptr && !notOut_) {
-        carryOutGivingUp();
-    } else if (turn_ == nullptr) {
-        if (!line_.empty()) giveTurn();
-    } else if (delivery_ && !notOut_) {
-        deliver();
+    switch (state_) {
+        case State::Idle:
+            if (!line_.empty()) giveTurn();
+            break;
+        case State::Collecting:
+            if (std::exchange(givenUp_, false)) turn_->giveUp();
+            break;
+        case State::Delivering:
+            deliver();
+            break;
+        case State::AwaitingPaint:
+            if (application()->messages.isEmpty() && application()->run->isLost()) pictureIsOut();
+            break;
     }
 }
 
 void DataChannel::deliver() {
-    delivering_ = true;
+    isHandingOver_ = true;
     givenUp_ ? delivery_->cutShort() : delivery_->run(std::chrono::steady_clock::now() + TURN);
-    delivering_ = false;
+    isHandingOver_ = false;
     if (std::exchange(givenUp_, false)) {
         cut_ = "given up by the user";
     } else {
@@ -238,32 +239,31 @@ void DataChannel::deliver() {
 // The viewer has got the end. What it has drawn by its next paint is the picture.
 void DataChannel::finish() {
     delivered_ = true;
-    if (pictureOf_ != nullptr && pictureOf_ != turn_) pictureOf_->replaced();
-    pictureOf_ = turn_;
-    pictureName_ = turn_ != nullptr ? turn_->fileName() : QByteArray();
-    picturePage_ = turn_ != nullptr ? turn_->page() : PageNumber{};
-    application()->run->shows(picturePage_);
+    if (picture_.of != nullptr && picture_.of != turn_) picture_.of->replaced();
+    picture_ = turn_ != nullptr ? Picture{turn_, turn_->fileName(), turn_->page()} : Picture{};
+    application()->run->shows(picture_.page);
     delivery_.reset();
     application()->run->waited();
-    notOut_ = application()->run->delivered(cut_.isEmpty());
-    if (!notOut_) settle();
+    state_ = State::AwaitingPaint;
+    if (!application()->run->delivered(cut_.isEmpty())) pictureIsOut();
 }
 
 void DataChannel::pictureIsOut() {
-    if (std::exchange(notOut_, false)) settle();
+    if (state_ == State::AwaitingPaint) settle();
 }
 
 void DataChannel::turnPage(int by) {
-    if (pictureOf_ != nullptr) pictureOf_->turnPage(by);
+    if (picture_.of != nullptr) picture_.of->turnPage(by);
 }
 
 bool DataChannel::sendPage(std::string_view format, std::string_view bytes) {
     if (!takesPages()) return false;
-    pictureOf_->takePage(format, bytes);
+    picture_.of->takePage(format, bytes);
     return true;
 }
 
 void DataChannel::settle() {
+    state_ = State::Idle;
     Speaker* speaker = turn_;
     const QString cut = std::exchange(cut_, {});
     endTurn();

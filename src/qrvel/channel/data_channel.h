@@ -51,11 +51,11 @@ class DataChannel : public Object {
 
     // ---- for the main loop ----
     // Whether the viewer has got a part of a transmission and not yet the end.
-    bool isTransmitting() const { return delivery_ && delivery_->hasBegun(); }
+    bool isTransmitting() const { return state_ == State::Delivering && delivery_->hasBegun(); }
     // Whether a picture is on its way to the screen: the viewer has got at least a part of it.
-    bool isShowing() const { return isTransmitting() || notOut_; }
+    bool isShowing() const { return isTransmitting() || state_ == State::AwaitingPaint; }
     // Whether the viewer will get the first part of one by the next run.
-    bool isAboutToTransmit() const { return delivery_ && !delivery_->hasBegun() && !notOut_; }
+    bool isAboutToTransmit() const { return state_ == State::Delivering && !delivery_->hasBegun(); }
     // Whether run has something to do.
     bool hasWork() const;
     // Goes on, for a few milliseconds at most.
@@ -63,25 +63,35 @@ class DataChannel : public Object {
     // What has been handed over is on the screen, or printed.
     void pictureIsOut();
     // Whether the one whose picture is shown is there, and takes pages; gives it one, and answers the same.
-    bool takesPages() const { return pictureOf_ != nullptr && pictureOf_->takesPages(); }
+    bool takesPages() const { return picture_.of != nullptr && picture_.of->takesPages(); }
     bool sendPage(std::string_view format, std::string_view bytes);
     // Whose picture is shown, as far as it has been handed over; and which of its pages that is.
-    bool isPictureOf(const Speaker& speaker) const { return pictureOf_ == &speaker; }
-    const PageNumber& picturePage() const { return picturePage_; }
+    bool isPictureOf(const Speaker& speaker) const { return picture_.of == &speaker; }
+    const PageNumber& picturePage() const { return picture_.page; }
     // The user wants to see the page so many further on, or back.
     void turnPage(int by);
     // The file that the picture comes from; empty when it comes from elsewhere.
-    const QByteArray& pictureName() const { return pictureName_; }
+    const QByteArray& pictureName() const { return picture_.name; }
     // Whether a transmission has been handed over whole.
     bool hasDelivered() const { return delivered_; }
 
   private:
+    // Idle: nobody has the turn. Collecting: whoever has it does not hand over yet. Delivering: the viewer gets it.
+    // AwaitingPaint: it has got all, but it is neither painted nor printed.
+    enum class State { Idle, Collecting, Delivering, AwaitingPaint };
+
+    // What was handed over last.
+    struct Picture {
+        Speaker* of = nullptr;  // null when it has left
+        QByteArray name;        // of the file that it comes from
+        PageNumber page;
+    };
+
     void add(std::unique_ptr<Speaker> speaker);
     void openAgain(const QByteArray& fileName);
     void giveTurn();
     void endTurn();
     void giveUp();
-    void carryOutGivingUp();
     void deliver();
     void finish();
     void settle();
@@ -93,23 +103,20 @@ class DataChannel : public Object {
     std::vector<std::unique_ptr<Speaker>> speakers_;
     std::vector<std::unique_ptr<Speaker>> gone_;  // to be destroyed when none of their procedures is running
     std::deque<Speaker*> line_;
-    Speaker* turn_ = nullptr;
-    Speaker* pictureOf_ = nullptr;  // whose transmission was handed over last; null when it has left
-    QByteArray pictureName_;
-    PageNumber picturePage_;
+    State state_ = State::Idle;
+    Speaker* turn_ = nullptr;  // null in AwaitingPaint when it has left
+    Picture picture_;
     std::unique_ptr<Delivery> delivery_;  // of the one whose turn it is
     std::unique_ptr<HostServer> server_;
-    FileWatch watch_;
-    QTimer silence_;           // of all who might speak
-    qint64 pictureBytes_ = 0;  // that were transmitted since the last begin
-    bool notOut_ = false;      // handed over whole, but neither painted nor printed
-    bool givenUp_ = false;     // by the user; the main loop has not seen to it
-    QString cut_;              // why what the viewer has got is not all; empty: it is
+    std::unique_ptr<FileWatch> watch_;  // with --watch
+    QTimer silence_;                    // of all who might speak
+    qint64 pictureBytes_ = 0;           // that were transmitted since the last begin
+    bool givenUp_ = false;              // by the user; the main loop has not seen to it
+    QString cut_;                       // why what the viewer has got is not all; empty: it is
     NamedFiles named_;
-    std::vector<Speaker*> leaving_;  // while a delivery runs
-    bool delivering_ = false;
-    bool watching_ = false;
-    FileManner manner_;  // in which files are opened
+    bool isHandingOver_ = false;     // the viewer is in its callback
+    std::vector<Speaker*> leaving_;  // meanwhile
+    FileManner manner_;              // in which files are opened
     bool delivered_ = false;
 };
 
