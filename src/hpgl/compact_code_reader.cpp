@@ -7,8 +7,9 @@ namespace {
 // How the bytes behind a record's count are stepped over.
 enum class Form : uint8_t {
     Signature,  // count parameters by the signature, repeated
-    None,       // nothing
+    Nothing,
     Moves,      // count L: pairs, an odd one is stepped over too
+    Curves,     // count L: groups of three pairs, and what is left of one
     Circle,     // radius, and a chord angle when there are 2
     Rectangle,  // one pair
     Wedge,      // radius, two angles, and a chord angle when there are 4
@@ -22,54 +23,13 @@ enum class Form : uint8_t {
 };
 
 struct Steps {
-    Form setup;
-    Form drawing;
+    Form setup, drawing;
 };
 
-// Where a row has two different forms, the passes really differ: the set-up pass looks at PC and takes the rest by
-// signature, the interpreter knows the commands that it renders.
-constexpr Steps stepsOf(uint8_t id) {
-    switch (id) {
-        case CMD_HPGL_FILE:
-            return {Form::Signature, Form::None};
-        case CMD_SC:
-            return {Form::Scale, Form::Scale};
-        case CMD_PA:
-        case CMD_PD:
-        case CMD_PR:
-        case CMD_PU:
-        case CMD_BR:
-        case CMD_BZ:
-            return {Form::Moves, Form::Moves};
-        case CMD_CI:
-            return {Form::Circle, Form::Circle};
-        case CMD_EA:
-        case CMD_RA:
-        case CMD_ER:
-        case CMD_RR:
-            return {Form::Rectangle, Form::Rectangle};
-        case CMD_EW:
-        case CMD_WG:
-            return {Form::Wedge, Form::Wedge};
-        case CMD_AA:
-        case CMD_AR:
-            return {Form::Arc, Form::Arc};
-        case CMD_SP:
-            return {Form::Pen, Form::Pen};
-        case CMD_PC:
-            return {Form::Colour, Form::Signature};
-        case CMD_AD:
-        case CMD_SD:
-            return {Form::Signature, Form::FontPairs};
-        case CMD_SI:
-        case CMD_SR:
-            return {Form::Signature, Form::Size};
-        case CMD_PW:
-            return {Form::Signature, Form::Width};
-        default:
-            return {Form::Signature, Form::Signature};
-    }
-}
+constexpr Steps STEPS[] = {
+#define HPGL_COMMAND(name, signature, setup, drawing, action, sure) {Form::setup, Form::drawing},
+#include "commands.inl"
+};
 
 int32_t signatureBytes(const char* signature, int32_t count) {
     if (*signature == '\0') return 0;
@@ -86,9 +46,10 @@ int32_t formBytes(Form form, uint8_t id, int32_t count) {
     switch (form) {
         case Form::Signature:
             return signatureBytes(HPGLCommandTable[id].signature, count);
-        case Form::None:
+        case Form::Nothing:
             return 0;
         case Form::Moves:
+        case Form::Curves:
             return count * 4;
         case Form::Circle:
             return count == 2 ? 8 : 4;
@@ -149,8 +110,7 @@ int32_t HPGLscParameterBytes(int32_t count) {
 }
 
 int32_t HPGLparameterBytes(uint8_t id, uint8_t count, CompactCodePass pass) {
-    const Steps steps = stepsOf(id);
-    return formBytes(pass == CompactCodePass::Setup ? steps.setup : steps.drawing, id, count);
+    return formBytes(pass == CompactCodePass::Setup ? STEPS[id].setup : STEPS[id].drawing, id, count);
 }
 
 CompactCodeReader HPGLreadBlock(const CBlock* block, CompactCodePass pass) {

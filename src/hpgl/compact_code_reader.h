@@ -1,8 +1,7 @@
 // Reading compact code: the one bounded walk that the set-up pass, the interpreter and hpgldump share.
 //
 // How far a record reaches depends on who reads. Both passes step over most commands by their signature; some have a
-// fixed form that is read and stepped over whatever the count says, and a few differ between the passes. All of that
-// stands in one table in the source file.
+// fixed form that is read and stepped over whatever the count says, and a few differ between the passes: commands.inl.
 #pragma once
 
 #include <cstdint>
@@ -35,6 +34,21 @@ CompactCodeReader HPGLreadBlock(const CBlock* block, CompactCodePass pass);
 // behind it is taken as the next code. False at the block's end, and at a record that reaches beyond it: such a one is
 // not acted on, and the block is left.
 bool HPGLreadRecord(CompactCodeReader* reader, CompactCodeRecord* record);
+
+// Hands the records of all blocks in turn to take(record), until that answers false. Whether it never did.
+template <class Take>
+bool HPGLforEachRecord(CBlockList* blocks, CompactCodePass pass, Take take) {
+    void* block = nullptr;
+    bool more = HPGLgotoFirst(blocks) && HPGLgetActualListData(blocks, &block, nullptr, nullptr);
+    for (; more; more = HPGLgetNextListData(blocks, &block, nullptr, nullptr)) {
+        CompactCodeReader reader = HPGLreadBlock(static_cast<const CBlock*>(block), pass);
+        CompactCodeRecord record;
+        while (HPGLreadRecord(&reader, &record)) {
+            if (!take(record)) return false;
+        }
+    }
+    return true;
+}
 
 // The number of bytes that a pass steps over behind the count.
 int32_t HPGLparameterBytes(uint8_t id, uint8_t count, CompactCodePass pass);

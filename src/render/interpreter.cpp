@@ -1,7 +1,5 @@
 #include "interpreter.h"
 
-#include <cmath>
-
 #include "arithmetic.h"
 #include "compact_code_reader.h"
 #include "ellipse.h"
@@ -9,36 +7,12 @@
 #include "labels.h"
 #include "pens.h"
 #include "primitives.h"
-#include "sc_command.h"
 #include "trace.h"
 
 namespace {
 
-constexpr char NAME[] = "HPGLinterpretCompactCode";
-
 using State = HPGLInterpState;
 using Record = CompactCodeRecord;
-using Point = HPGLPBufPoint;
-
-// Carries one record out; false ends the pass at once.
-using Action = bool (*)(State* state, const Record& record);
-
-Point readScaled(const State* state, const uint8_t* at) {
-    return {scaleCoordinate(HPGLreadL(at), state->scaleX), scaleCoordinate(HPGLreadL(at + 4), state->scaleY)};
-}
-
-Point position(const State* state) {
-    return {state->X, state->Y};
-}
-
-void moveTo(State* state, Point point) {
-    state->X = point.x;
-    state->Y = point.y;
-}
-
-Point sum(Point a, Point b) {
-    return {wrapAdd(a.x, b.x), wrapAdd(a.y, b.y)};
-}
 
 HPGLPen* currentPen(const State* state) {
     return &state->view->PStatus[state->pen];
@@ -90,88 +64,45 @@ bool cantRotate(State* /*state*/, const Record& /*record*/) {
 }
 
 bool scale(State* state, const Record& record) {
-    handleSCCommand(record.params, record.count, &state->scalingSet, &state->scaleX, &state->scaleY,
-                    state->rotationSign);
+    HPGLwalkScale(state, record);
     return true;
 }
 
 // ---- moves and rectangles -------------------------------------------------------------------------------------------
 
-// Goes to the point of every pair in turn, and answers how many there are. points has room for all of a record.
-int32_t goThroughPairs(State* state, const Record& record, Point* points) {
-    const uint8_t* at = record.params;
-    const int32_t pairs = record.count / 2;
-    Point pen = position(state);
-    for (int32_t i = 0; i < pairs; ++i, at += 8) {
-        const Point read = readScaled(state, at);
-        pen = state->relative ? sum(pen, read) : read;
-        points[i] = pen;
-    }
-    moveTo(state, pen);
-    return pairs;
-}
-
 // In polygon mode every point is taken, whatever the pen state.
-bool drawMoves(State* state, const Record& record) {
+bool moves(State* state, const Record& record) {
     static_assert(HPGL_MAX_RUN > HPGL_MAX_PARAMETERS / 2);
-    Point points[HPGL_MAX_RUN];
-    points[0] = position(state);
-    const int32_t pairs = goThroughPairs(state, record, points + 1);
+    HPGLPoint points[HPGL_MAX_RUN];
+    int32_t count = 0;
+    points[count++] = state->position;
+    HPGLwalkMode(state, record.id);
+    HPGLwalkPairs(state, record, [&points, &count](HPGLPoint point) { points[count++] = point; });
     if (state->polygonMode) {
-        for (int32_t i = 1; i <= pairs; ++i) {
+        for (int32_t i = 1; i < count; ++i) {
             HPGLPBufAddPoint(state->polygon, points[i].x, points[i].y);
         }
     } else if (state->penDown) {
-        HPGLdrawLines(state->display, currentPen(state)->width, points, pairs + 1);
+        HPGLdrawLines(state->display, currentPen(state)->width, points, count);
     }
     return true;
 }
 
-bool plotAbsolute(State* state, const Record& record) {
-    state->relative = false;
-    return drawMoves(state, record);
-}
-
-bool plotRelative(State* state, const Record& record) {
-    state->relative = true;
-    return drawMoves(state, record);
-}
-
-bool penDown(State* state, const Record& record) {
-    state->penDown = true;
-    return drawMoves(state, record);
-}
-
-bool penUp(State* state, const Record& record) {
-    state->penDown = false;
-    return drawMoves(state, record);
-}
-
-// Neither moves the pen nor asks whether it is down.
-void drawRectangle(State* state, int32_t w, int32_t h, bool fill) {
-    const Point p = position(state);
+// Neither moves the pen nor asks whether it is down. The added 1 of the absolute forms is deliberate.
+bool rectangle(State* state, const Record& record) {
+    const int32_t added = record.id == CMD_EA || record.id == CMD_RA ? 1 : 0;
+    const HPGLPoint p = state->position;
+    const HPGLPoint size = wrapAdd(wrapSub(HPGLreadCorner(state, record), p), {added, added});
     if (!state->polygonMode) {
-        HPGLdrawBox(state->display, currentPen(state)->width, p.x, p.y, w, h, fill);
-        return;
+        const bool fill = record.id == CMD_RA || record.id == CMD_RR;
+        HPGLdrawBox(state->display, currentPen(state)->width, p.x, p.y, size.x, size.y, fill);
+        return true;
     }
-    const Point q = {wrapAdd(p.x, w), wrapAdd(p.y, h)};
-    const Point corners[] = {p, {q.x, p.y}, q, {p.x, q.y}, p};
-    for (const Point corner : corners) {
+    const HPGLPoint q = wrapAdd(p, size);
+    const HPGLPoint corners[] = {p, {q.x, p.y}, q, {p.x, q.y}, p};
+    for (const HPGLPoint corner : corners) {
         HPGLPBufAddPoint(state->polygon, corner.x, corner.y);
     }
-}
-
-// The added 1 of the absolute forms is deliberate.
-bool rectangleAbsolute(State* state, const Record& record) {
-    const Point corner = readScaled(state, record.params);
-    drawRectangle(state, wrapAdd(wrapSub(corner.x, state->X), 1), wrapAdd(wrapSub(corner.y, state->Y), 1),
-                  record.id == CMD_RA);
-    return true;
-}
-
-bool rectangleRelative(State* state, const Record& record) {
-    const Point size = readScaled(state, record.params);
-    drawRectangle(state, size.x, size.y, record.id == CMD_RR);
     return true;
 }
 
@@ -183,7 +114,7 @@ void finishLocal(State* state, bool fill) {
         HPGLdrawPolygon(state->display, currentPen(state)->width, state->local, fill);
         return;
     }
-    const Point* points = nullptr;
+    const HPGLPoint* points = nullptr;
     int32_t count = 0;
     if (HPGLPBufGetActual(state->local, &points, &count) == 0) {
         TRCTraceError(HPGLTraceHandle, "WARNING-HPGLinterpretCompactCode: Cant get Local PBuf\n");
@@ -192,98 +123,67 @@ void finishLocal(State* state, bool fill) {
     HPGLPBufAddPoints(state->polygon, points, count);
 }
 
-HPGLEllipse ellipseOf(const State* state, double radius) {
-    return {static_cast<double>(state->scaleX) * radius, static_cast<double>(state->scaleY) * radius, 0.0};
-}
-
 // Adds one point a step; those that the full buffer would refuse are not computed.
-void addSteps(State* state, Point centre, const HPGLEllipse& ellipse, double first, double step, double last) {
+void addSteps(State* state, const HPGLSweep& sweep) {
     double angles[HPGL_POLYGON_POINTS];
     EllipseOffset offsets[HPGL_POLYGON_POINTS];
     const int32_t room = HPGL_POLYGON_POINTS - HPGLPBufPoints(state->local);
     int32_t count = 0;
-    HPGLforEachStep(&state->allowance, NAME, first, step, last, [&](double angle) {
+    HPGLforEachStep(&state->allowance, state->function, sweep.first, sweep.step, sweep.last, [&](double angle) {
         if (count == room) {
             HPGLPBufReportFull();
         } else {
             angles[count++] = angle;
         }
     });
-    HPGLonEllipse(ellipse, angles, count, offsets);
-    Point* points = HPGLPBufAppend(state->local, count);
+    HPGLonEllipse(sweep.ellipse, angles, count, offsets);
+    HPGLPoint* points = HPGLPBufAppend(state->local, count);
     for (int32_t i = 0; i < count; ++i) {
-        points[i] = sum(centre, {offsets[i].x, offsets[i].y});
+        points[i] = wrapAdd(sweep.centre, {offsets[i].x, offsets[i].y});
     }
 }
 
-double chordOf(const State* state, const Record& record, uint8_t countWithChord, const uint8_t* at) {
-    const bool given = record.count == countWithChord;
-    return HPGLusableChord(&state->allowance, given, given ? HPGLreadR(at) : 0.0F, NAME);
+// Begins the local buffer at the pen; 0 when there is none.
+int32_t beginLocal(State* state) {
+    return HPGLPBufBegin(state->local, state->position.x, state->position.y);
 }
 
 bool circle(State* state, const Record& record) {
-    const double radius = HPGLreadL(record.params);
-    const HPGLEllipse ellipse = ellipseOf(state, radius);
-    if (HPGLPBufBegin(state->local, wrapAdd(state->X, truncToInt(ellipse.rX)), state->Y) == 0) return true;
-    const double chord = chordOf(state, record, 2, record.params + 4);
-    if (chord <= 360.0) addSteps(state, position(state), ellipse, chord, chord, 360.0);
+    const HPGLPoint centre = state->position;
+    const HPGLEllipse ellipse = HPGLellipseOf(state, HPGLreadL(record.params));
+    if (HPGLPBufBegin(state->local, wrapAdd(centre.x, truncToInt(ellipse.rX)), centre.y) == 0) return true;
+    const double chord = HPGLreadChord(state, record, 2);
+    if (chord <= 360.0) addSteps(state, {centre, ellipse, chord, 360.0, chord});
     HPGLPBufClose(state->local);
     finishLocal(state, false);
     return true;
 }
 
-// Deliberate: the centre is not multiplied by the factors of SC, as every other coordinate is.
 bool arc(State* state, const Record& record) {
-    const Point read = {HPGLreadL(record.params), HPGLreadL(record.params + 4)};
-    const bool absolute = record.id == CMD_AA;
-    const Point centre = absolute ? read : sum(position(state), read);
-    const double dx = absolute ? wrapSub(state->X, read.x) : wrapSub(0, read.x);
-    const double dy = absolute ? wrapSub(state->Y, read.y) : wrapSub(0, read.y);
-    if (HPGLPBufBegin(state->local, state->X, state->Y) == 0) return true;
-    const double sweep = HPGLusableAngle(HPGLreadR(record.params + 8));
-    const double chord = chordOf(state, record, 4, record.params + 12);
-    const double radius = std::sqrt(dx * dx + dy * dy);
-    const double start = HPGLdegrees(std::atan2(dy, dx));
-    const double end = start + sweep;
-    const HPGLEllipse ellipse = ellipseOf(state, radius);
-    addSteps(state, centre, ellipse, start, sweep > 0 ? chord : -chord, end);
-    const EllipseOffset offset = HPGLonEllipse(ellipse, end);
-    moveTo(state, {wrapAdd(centre.x, offset.x), wrapAdd(centre.y, offset.y)});
-    HPGLPBufAddPoint(state->local, state->X, state->Y);
+    if (beginLocal(state) == 0) return true;
+    const HPGLSweep sweep = HPGLreadArc(state, record);
+    addSteps(state, sweep);
+    const EllipseOffset offset = HPGLonEllipse(sweep.ellipse, sweep.last);
+    state->position = wrapAdd(sweep.centre, {offset.x, offset.y});
+    HPGLPBufAddPoint(state->local, state->position.x, state->position.y);
     finishLocal(state, false);
     return true;
 }
 
 bool wedge(State* state, const Record& record) {
-    double radius = HPGLreadL(record.params);
-    double start = HPGLusableAngle(HPGLreadR(record.params + 4));
-    const double sweep = HPGLusableAngle(HPGLreadR(record.params + 8));
-    if (radius < 0) {
-        radius = -radius;
-        start += 180.0;
-    }
-    if (HPGLPBufBegin(state->local, state->X, state->Y) == 0) return true;
-    const double chord = chordOf(state, record, 4, record.params + 12);
-    const HPGLEllipse ellipse = ellipseOf(state, radius);
-    addSteps(state, position(state), ellipse, start, sweep > 0 ? chord : -chord, start + sweep);
-    HPGLPBufAddPoint(state->local, state->X, state->Y);
+    if (beginLocal(state) == 0) return true;
+    addSteps(state, HPGLreadWedge(state, record));
+    HPGLPBufAddPoint(state->local, state->position.x, state->position.y);
     HPGLPBufClose(state->local);
     finishLocal(state, record.id == CMD_WG);
     return true;
 }
 
 bool curves(State* state, const Record& record) {
-    if (HPGLPBufBegin(state->local, state->X, state->Y) == 0) return false;
-    const uint8_t* at = record.params;
-    for (int32_t group = 0; group < record.count / 6; ++group, at += 24) {
-        const Point start = position(state);
-        const Point origin = record.id == CMD_BR ? start : Point{0, 0};
-        const Point p1 = sum(origin, readScaled(state, at));
-        const Point p2 = sum(origin, readScaled(state, at + 8));
-        const Point p3 = sum(origin, readScaled(state, at + 16));
-        HPGLaddBezierPoints(state->local, start, p1, p2, p3, HPGL_CURVE_SEGMENTS);
-        moveTo(state, p3);
-    }
+    if (beginLocal(state) == 0) return false;
+    HPGLwalkCurves(state, record, [state](const HPGLPoint(&points)[4]) {
+        HPGLaddBezierPoints(state->local, points[0], points[1], points[2], points[3], HPGL_CURVE_SEGMENTS);
+    });
     finishLocal(state, false);
     return true;
 }
@@ -295,8 +195,7 @@ void warn(const char* what) {
 }
 
 void moveToFirstPoint(State* state) {
-    Point first = {};
-    if (HPGLPBufFirstPoint(state->polygon, &first) != 0) moveTo(state, first);
+    HPGLPBufFirstPoint(state->polygon, &state->position);
 }
 
 bool polygonMode(State* state, const Record& record) {
@@ -304,7 +203,9 @@ bool polygonMode(State* state, const Record& record) {
         case 0:
             state->polygonMode = true;
             HPGLbeginRedraws(&state->redraws);
-            if (HPGLPBufBegin(state->polygon, state->X, state->Y) == 0) warn("Cant init Polygonbuffer");
+            if (HPGLPBufBegin(state->polygon, state->position.x, state->position.y) == 0) {
+                warn("Cant init Polygonbuffer");
+            }
             break;
         case 1:
             if (HPGLPBufNextSubPolygon(state->polygon) == 0) warn("Cant go to next SubPolygon");
@@ -323,7 +224,7 @@ bool polygonMode(State* state, const Record& record) {
 
 bool drawPolygon(State* state, bool fill) {
     const int32_t width = currentPen(state)->width;
-    if (HPGLmayDrawPolygon(&state->redraws, state->display, width, state->polygon, fill, NAME)) {
+    if (HPGLmayDrawPolygon(&state->redraws, state->display, width, state->polygon, fill, state->function)) {
         HPGLdrawPolygon(state->display, width, state->polygon, fill);
     }
     return true;
@@ -409,8 +310,8 @@ bool relativeSize(State* state, const Record& record) {
 bool label(State* state, const Record& record) {
     const int32_t width = state->widthOverride != 0 ? state->widthOverride : state->font->characterWidth;
     const int32_t height = state->heightOverride != 0 ? state->heightOverride : state->font->characterHeight;
-    HPGLdrawLabel(state->display, &state->X, &state->Y, reinterpret_cast<const char*>(record.params), record.count,
-                  width, height);
+    HPGLdrawLabel(state->display, &state->position.x, &state->position.y, reinterpret_cast<const char*>(record.params),
+                  record.count, width, height);
     return true;
 }
 
@@ -419,63 +320,24 @@ bool label(State* state, const Record& record) {
 // In millimetres, of 40 plotter units.
 bool penWidth(State* state, const Record& record) {
     const int32_t pen = record.count > 1 ? HPGLreadI(record.params + 4) : state->pen;
-    if (!HPGLpenExists(pen, NAME)) return true;
+    if (!HPGLpenExists(pen, state->function)) return true;
     state->view->PStatus[pen].width = static_cast<int16_t>(truncToInt(HPGLreadR(record.params) * 40.0F));
     return true;
 }
 
 bool selectPen(State* state, const Record& record) {
-    state->pen = record.count > 0 ? HPGLselectedPen(HPGLreadI(record.params), NAME) : 0;
+    state->pen = HPGLreadPen(state, record);
     HPGLsetPenColour(state->display, currentPen(state)->paletteIndex);
     return true;
 }
 
-// ---- dispatch: an action for every row of the command table, in its order -------------------------------------------
+// ---- the pass -------------------------------------------------------------------------------------------------------
 
-// clang-format off
-constexpr Action ACTIONS[] = {
-    /* HPGL_DATA */ ignore, /* HPGL_FILE */ ignore, /* HPGL_INFO */ ignore,
-    /* CO */ cantHandle,        /* DF */ ignore,            /* IN */ ignore,            /* IP */ cantHandle,
-    /* IR */ cantHandle,        /* IW */ cantHandle,        /* PG */ ignore,            /* RO */ cantRotate,
-    /* RP */ ignore,            /* SC */ scale,             /* AA */ arc,               /* AR */ arc,
-    /* AT */ cantHandle,        /* BR */ curves,            /* BZ */ curves,            /* CI */ circle,
-    /* PA */ plotAbsolute,      /* PD */ penDown,           /* PE */ cantHandle,        /* PR */ plotRelative,
-    /* PU */ penUp,             /* RT */ cantHandle,        /* EA */ rectangleAbsolute, /* EP */ edgePolygon,
-    /* ER */ rectangleRelative, /* EW */ wedge,             /* FP */ fillPolygon,       /* PM */ polygonMode,
-    /* RA */ rectangleAbsolute, /* RR */ rectangleRelative, /* WG */ wedge,             /* AD */ defineFonts,
-    /* CF */ cantHandle,        /* CP */ cantHandle,        /* DI */ cantHandle,        /* DR */ cantHandle,
-    /* DT */ cantHandle,        /* DV */ cantHandle,        /* ES */ cantHandle,        /* FI */ cantHandle,
-    /* FN */ cantHandle,        /* LB */ label,             /* LO */ cantHandle,        /* SA */ selectFont,
-    /* SB */ cantHandle,        /* SD */ defineFonts,       /* SI */ absoluteSize,      /* SL */ cantHandle,
-    /* SR */ relativeSize,      /* SS */ selectFont,        /* TD */ cantHandle,        /* AC */ cantHandle,
-    /* FT */ cantHandle,        /* LA */ cantHandle,        /* LT */ cantHandle,        /* PW */ penWidth,
-    /* RF */ cantHandle,        /* SM */ cantHandle,        /* SP */ selectPen,         /* SV */ cantHandle,
-    /* TR */ cantHandle,        /* UL */ cantHandle,        /* WU */ cantHandle,        /* BP */ ignore,
-    /* MC */ cantHandle,        /* NP */ ignore,            /* PC */ ignore,            /* CS */ cantHandle,
-    /* AS */ cantHandle,        /* FS */ cantHandle,        /* VS */ cantHandle,        /* PT */ cantHandle,
-    /* CT */ cantHandle,        /* DL */ cantHandle,        /* EC */ cantHandle,        /* FR */ cantHandle,
-    /* MG */ cantHandle,        /* MT */ cantHandle,        /* OH */ cantHandle,        /* OI */ cantHandle,
-    /* OP */ cantHandle,        /* OS */ cantHandle,        /* PS */ cantHandle,        /* QL */ cantHandle,
-    /* ST */ cantHandle,        /* VR */ cantHandle,        /* CR */ cantHandle,        /* DC */ cantHandle,
-    /* DP */ cantHandle,        /* OD */ cantHandle,
+// Carries one record out; false ends the pass at once.
+constexpr bool (*ACTIONS[])(State* state, const Record& record) = {
+#define HPGL_COMMAND(name, signature, setup, drawing, action, sure) action,
+#include "commands.inl"
 };
-// clang-format on
-static_assert(sizeof ACTIONS / sizeof ACTIONS[0] == HPGL_COMMANDS);
-static_assert(ACTIONS[CMD_SP] == selectPen && ACTIONS[CMD_LB] == label && ACTIONS[CMD_BP] == ignore);
-
-bool interpretBlocks(State* state, CBlockList* blocks) {
-    void* block = nullptr;
-    if (!HPGLgotoFirst(blocks)) return true;
-    for (bool more = HPGLgetActualListData(blocks, &block, nullptr, nullptr); more;
-         more = HPGLgetNextListData(blocks, &block, nullptr, nullptr)) {
-        CompactCodeReader reader = HPGLreadBlock(static_cast<const CBlock*>(block), CompactCodePass::Drawing);
-        Record record;
-        while (HPGLreadRecord(&reader, &record)) {
-            if (!ACTIONS[record.id](state, record)) return false;
-        }
-    }
-    return true;
-}
 
 void createBuffers(State* state) {
     state->polygon = HPGLPBufcreate(HPGL_MAIN_POLYGONS);
@@ -497,10 +359,9 @@ void resetPenWidths(HPGLPen* pens) {
 
 }  // namespace
 
-void HPGLaddBezierPoints(HPGLPBuf* buf, HPGLPBufPoint p0, HPGLPBufPoint p1, HPGLPBufPoint p2, HPGLPBufPoint p3,
-                         int32_t segments) {
-    const Point threeP1 = {wrapMul(3, p1.x), wrapMul(3, p1.y)};
-    const Point threeP2 = {wrapMul(3, p2.x), wrapMul(3, p2.y)};
+void HPGLaddBezierPoints(HPGLPBuf* buf, HPGLPoint p0, HPGLPoint p1, HPGLPoint p2, HPGLPoint p3, int32_t segments) {
+    const HPGLPoint threeP1 = {wrapMul(3, p1.x), wrapMul(3, p1.y)};
+    const HPGLPoint threeP2 = {wrapMul(3, p2.x), wrapMul(3, p2.y)};
     for (int32_t i = 1; i <= segments + 1; ++i) {
         const double t = i / (segments + 1.0);
         const double u = 1.0 - t;
@@ -513,6 +374,7 @@ void HPGLaddBezierPoints(HPGLPBuf* buf, HPGLPBufPoint p0, HPGLPBufPoint p1, HPGL
 
 int32_t HPGLinterpretCompactCode(ParseInt* view, HPGLDisplay* display, int32_t flag) {
     State state;
+    state.function = "HPGLinterpretCompactCode";
     state.view = view;
     state.display = display;
     state.rotationSign = flag;
@@ -522,7 +384,8 @@ int32_t HPGLinterpretCompactCode(ParseInt* view, HPGLDisplay* display, int32_t f
     HPGLallocDeviceArrays(display, HPGL_MAIN_POLYGONS, HPGL_POLYGON_POINTS);
     HPGLinitFonts(display);
     HPGLsetPenColour(display, currentPen(&state)->paletteIndex);
-    const bool whole = interpretBlocks(&state, view->blocks);
+    const bool whole = HPGLforEachRecord(view->blocks, CompactCodePass::Drawing,
+                                         [&state](const Record& record) { return ACTIONS[record.id](&state, record); });
     // A pass that ends early leaves the device's arrays to the next one.
     if (whole) HPGLfreeDeviceArrays(display);
     destroyBuffers(&state);

@@ -5,9 +5,9 @@
 
 #include "display.h"
 #include "parser.h"
+#include "plot_walk.h"
 #include "polygon_buffer.h"
 #include "redraw_allowance.h"
-#include "step_loop.h"
 
 // A label font as AD and SD define it. The fields are the kinds 1 to 7 of their parameters, in that order.
 struct HPGLFontDef {
@@ -20,18 +20,11 @@ struct HPGLFontDef {
     int32_t typeface = 48;
 };
 
-struct HPGLInterpState {
+struct HPGLInterpState : HPGLWalk {
     ParseInt* view = nullptr;
     HPGLDisplay* display = nullptr;
-    int32_t rotationSign = 1;
-
-    int32_t X = 0, Y = 0;  // current position, scaled plotter units
-    bool penDown = false;
-    bool relative = false;
     bool polygonMode = false;
     int32_t pen = 1;
-    float scaleX = 1.0F, scaleY = 1.0F;  // set by SC
-    int32_t scalingSet = 0;
     int32_t widthOverride = 0;   // of characters, plotter units; 0: the font's
     int32_t heightOverride = 0;  // likewise
     HPGLFontDef standardFont;
@@ -39,13 +32,11 @@ struct HPGLInterpState {
     const HPGLFontDef* font = &standardFont;
     HPGLPBuf* polygon = nullptr;  // PM: HPGL_MAIN_POLYGONS sub-polygons
     HPGLPBuf* local = nullptr;    // one circle, arc, wedge or curve in the making
-    StepAllowance allowance;
-    RedrawAllowance redraws;  // of FP and EP
+    RedrawAllowance redraws;      // of FP and EP
 };
 
 inline constexpr int32_t HPGL_MAIN_POLYGONS = 256;
 inline constexpr int32_t HPGL_CURVE_SEGMENTS = 20;
 
 // Adds the points of a cubic Bézier curve behind its start: segments + 1 of them, the last one the end.
-void HPGLaddBezierPoints(HPGLPBuf* buf, HPGLPBufPoint p0, HPGLPBufPoint p1, HPGLPBufPoint p2, HPGLPBufPoint p3,
-                         int32_t segments);
+void HPGLaddBezierPoints(HPGLPBuf* buf, HPGLPoint p0, HPGLPoint p1, HPGLPoint p2, HPGLPoint p3, int32_t segments);

@@ -12,7 +12,7 @@ bool usable(const HPGLPBuf* buf) {
     return buf != nullptr && buf->subPolygons != nullptr;
 }
 
-bool samePoint(const HPGLPBufPoint& a, const HPGLPBufPoint& b) {
+bool samePoint(const HPGLPoint& a, const HPGLPoint& b) {
     return a.x == b.x && a.y == b.y;
 }
 
@@ -20,7 +20,7 @@ bool samePoint(const HPGLPBufPoint& a, const HPGLPBufPoint& b) {
 int32_t allocatePoints(HPGLPBufSubPolygon* subPolygons, int32_t n) {
     for (int32_t i = 0; i < n; ++i) {
         subPolygons[i].count = 0;
-        subPolygons[i].points = static_cast<HPGLPBufPoint*>(malloc(HPGL_POLYGON_POINTS * sizeof(HPGLPBufPoint)));
+        subPolygons[i].points = static_cast<HPGLPoint*>(malloc(HPGL_POLYGON_POINTS * sizeof(HPGLPoint)));
         if (subPolygons[i].points != nullptr) continue;
         TRCTraceError(HPGLTraceHandle, "createPolygonBuffer: not enough memory to allocate Points\n");
         return i;
@@ -78,14 +78,14 @@ void HPGLPBufReportFull() {
     TRCTraceError(HPGLTraceHandle, "WARINIG-HPGLPBufAddPoint: actual Polygon is full\n");
 }
 
-int32_t HPGLPBufAddPoints(HPGLPBuf* buf, const HPGLPBufPoint* points, int32_t k) {
+int32_t HPGLPBufAddPoints(HPGLPBuf* buf, const HPGLPoint* points, int32_t k) {
     if (!HPGLPBufTakesPoints(buf)) return 0;
     HPGLPBufSubPolygon* current = buf->current;
     if (current->count >= HPGL_POLYGON_POINTS - k) {
         TRCTraceError(HPGLTraceHandle, "WARNING-HPGLPBufAddPoints: actual Polygon is full\n");
         return 0;
     }
-    memcpy(current->points + current->count, points, static_cast<size_t>(k) * sizeof(HPGLPBufPoint));
+    memcpy(current->points + current->count, points, static_cast<size_t>(k) * sizeof(HPGLPoint));
     current->count += k;
     return 1;
 }
@@ -94,7 +94,7 @@ int32_t HPGLPBufCloseSubPolygon(HPGLPBuf* buf) {
     if (!HPGLPBufTakesPoints(buf)) return 0;
     const HPGLPBufSubPolygon* current = buf->current;
     if (current->count == 0) return 1;
-    const HPGLPBufPoint first = current->points[0];
+    const HPGLPoint first = current->points[0];
     // Where the closing point is refused, the sub-polygon counts as closed all the same.
     if (!samePoint(first, current->points[current->count - 1])) HPGLPBufAddPoint(buf, first.x, first.y);
     return 1;
@@ -113,14 +113,14 @@ int32_t HPGLPBufNextSubPolygon(HPGLPBuf* buf) {
     return 1;
 }
 
-int32_t HPGLPBufGetActual(const HPGLPBuf* buf, const HPGLPBufPoint** points, int32_t* count) {
+int32_t HPGLPBufGetActual(const HPGLPBuf* buf, const HPGLPoint** points, int32_t* count) {
     if (!usable(buf) || buf->current == nullptr) return 0;
     *points = buf->current->points;
     *count = buf->current->count;
     return 1;
 }
 
-int32_t HPGLPBufGetSubPolygon(const HPGLPBuf* buf, int32_t i, const HPGLPBufPoint** points, int32_t* count) {
+int32_t HPGLPBufGetSubPolygon(const HPGLPBuf* buf, int32_t i, const HPGLPoint** points, int32_t* count) {
     if (!usable(buf)) return 0;
     assert(i >= 0 && i < buf->capacity);
     *points = buf->subPolygons[i].points;
@@ -128,7 +128,7 @@ int32_t HPGLPBufGetSubPolygon(const HPGLPBuf* buf, int32_t i, const HPGLPBufPoin
     return 1;
 }
 
-int32_t HPGLPBufFirstPoint(const HPGLPBuf* buf, HPGLPBufPoint* point) {
+int32_t HPGLPBufFirstPoint(const HPGLPBuf* buf, HPGLPoint* point) {
     if (!usable(buf) || buf->current == nullptr || buf->current->count == 0) return 0;
     *point = buf->current->points[0];
     return 1;

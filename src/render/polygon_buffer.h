@@ -8,15 +8,13 @@
 #include <cassert>
 #include <cstdint>
 
-inline constexpr int32_t HPGL_POLYGON_POINTS = 2000;  // room of every sub-polygon
+#include "point.h"
 
-struct HPGLPBufPoint {
-    int32_t x, y;
-};
+inline constexpr int32_t HPGL_POLYGON_POINTS = 2000;  // room of every sub-polygon
 
 struct HPGLPBufSubPolygon {
     int32_t count;
-    HPGLPBufPoint* points;  // room for HPGL_POLYGON_POINTS, owned
+    HPGLPoint* points;  // room for HPGL_POLYGON_POINTS, owned
 };
 
 struct HPGLPBuf {
@@ -61,16 +59,16 @@ inline int32_t HPGLPBufAddPoint(HPGLPBuf* buf, int32_t x, int32_t y) {
 }
 
 // Appends k points, for which there must be room, and answers where: the caller writes them.
-inline HPGLPBufPoint* HPGLPBufAppend(HPGLPBuf* buf, int32_t k) {
+inline HPGLPoint* HPGLPBufAppend(HPGLPBuf* buf, int32_t k) {
     assert(HPGLPBufTakesPoints(buf) && buf->current->count + k <= HPGL_POLYGON_POINTS);
-    HPGLPBufPoint* points = buf->current->points + buf->current->count;
+    HPGLPoint* points = buf->current->points + buf->current->count;
     buf->current->count += k;
     return points;
 }
 
 // Appends k points; refused unless the count is below 2000 - k, so that a run never takes the last place. That it
 // differs from a single point is deliberate.
-int32_t HPGLPBufAddPoints(HPGLPBuf* buf, const HPGLPBufPoint* points, int32_t k);
+int32_t HPGLPBufAddPoints(HPGLPBuf* buf, const HPGLPoint* points, int32_t k);
 
 // Appends the first point again where the last one differs from it.
 int32_t HPGLPBufCloseSubPolygon(HPGLPBuf* buf);
@@ -80,11 +78,11 @@ int32_t HPGLPBufClose(HPGLPBuf* buf);
 int32_t HPGLPBufNextSubPolygon(HPGLPBuf* buf);
 
 // Points (the buffer's own) and count of the current sub-polygon.
-int32_t HPGLPBufGetActual(const HPGLPBuf* buf, const HPGLPBufPoint** points, int32_t* count);
+int32_t HPGLPBufGetActual(const HPGLPBuf* buf, const HPGLPoint** points, int32_t* count);
 // The same of sub-polygon i, which must be below the number in use.
-int32_t HPGLPBufGetSubPolygon(const HPGLPBuf* buf, int32_t i, const HPGLPBufPoint** points, int32_t* count);
+int32_t HPGLPBufGetSubPolygon(const HPGLPBuf* buf, int32_t i, const HPGLPoint** points, int32_t* count);
 // The first point of the current sub-polygon; 0 when it has none.
-int32_t HPGLPBufFirstPoint(const HPGLPBuf* buf, HPGLPBufPoint* point);
+int32_t HPGLPBufFirstPoint(const HPGLPBuf* buf, HPGLPoint* point);
 
 int32_t HPGLPBufIsOpen(const HPGLPBuf* buf);
 int32_t HPGLPBufMaxPoints(const HPGLPBuf* buf);  // 2000, whatever the buffer

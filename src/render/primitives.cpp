@@ -9,7 +9,7 @@
 namespace {
 
 // Answers how many points were mapped.
-int32_t mapPoints(const HPGLDisplay* display, const HPGLPBufPoint* points, int32_t count, OUTPoint* to) {
+int32_t mapPoints(const HPGLDisplay* display, const HPGLPoint* points, int32_t count, OUTPoint* to) {
     const Divisor USize = divisorOf(display->USize);
     for (int32_t i = 0; i < count; ++i) {
         to[i] = {HPGLmapX(display, points[i].x, USize), HPGLmapY(display, points[i].y, USize)};
@@ -19,7 +19,7 @@ int32_t mapPoints(const HPGLDisplay* display, const HPGLPBufPoint* points, int32
 
 void drawOutlines(const HPGLDisplay* display, int32_t width, const HPGLPBuf* buf) {
     for (int32_t i = 0; i < HPGLPBufUsed(buf); ++i) {
-        const HPGLPBufPoint* points = nullptr;
+        const HPGLPoint* points = nullptr;
         int32_t count = 0;
         HPGLPBufGetSubPolygon(buf, i, &points, &count);
         mapPoints(display, points, count, display->DevicePoints);
@@ -31,7 +31,7 @@ void fillPolygons(const HPGLDisplay* display, const HPGLPBuf* buf) {
     OUTPoint* to = display->DevicePoints;
     int32_t polygons = 0;
     for (int32_t i = 0; i < HPGLPBufUsed(buf); ++i) {
-        const HPGLPBufPoint* points = nullptr;
+        const HPGLPoint* points = nullptr;
         int32_t count = 0;
         HPGLPBufGetSubPolygon(buf, i, &points, &count);
         if (count == 0) continue;
@@ -57,7 +57,7 @@ void drawLine(WHandle window, int32_t width, const OUTPoint* ends) {
 
 }  // namespace
 
-int32_t HPGLdrawLines(const HPGLDisplay* display, int32_t penWidth, const HPGLPBufPoint* points, int32_t count) {
+int32_t HPGLdrawLines(const HPGLDisplay* display, int32_t penWidth, const HPGLPoint* points, int32_t count) {
     OUTPoint mapped[HPGL_MAX_RUN];
     assert(count <= HPGL_MAX_RUN);
     if (count > HPGL_MAX_RUN) return 0;
@@ -73,7 +73,7 @@ int32_t HPGLdrawLines(const HPGLDisplay* display, int32_t penWidth, const HPGLPB
 }
 
 int32_t HPGLdrawLine(const HPGLDisplay* display, int32_t penWidth, int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
-    const HPGLPBufPoint points[2] = {{x1, y1}, {x2, y2}};
+    const HPGLPoint points[2] = {{x1, y1}, {x2, y2}};
     return HPGLdrawLines(display, penWidth, points, 2);
 }
 

@@ -14,7 +14,7 @@ int32_t HPGLdrawLine(const HPGLDisplay* display, int32_t penWidth, int32_t x1, i
 // The same along a run of points, at most HPGL_MAX_RUN (0 for more): each is mapped once, and all of them before the
 // first is drawn, for then no mapping waits for a line.
 inline constexpr int32_t HPGL_MAX_RUN = 128;
-int32_t HPGLdrawLines(const HPGLDisplay* display, int32_t penWidth, const HPGLPBufPoint* points, int32_t count);
+int32_t HPGLdrawLines(const HPGLDisplay* display, int32_t penWidth, const HPGLPoint* points, int32_t count);
 
 // A box with the corner (x, y); width and height may be negative. Filled, the pen width plays no part.
 int32_t HPGLdrawBox(const HPGLDisplay* display, int32_t penWidth, int32_t x, int32_t y, int32_t width, int32_t height,

@@ -39,13 +39,13 @@ template <class Use>
 void forEachSide(const HPGLDisplay* display, const HPGLPBuf* buf, Use use) {
     const Divisor USize = divisorOf(display->USize);
     for (int32_t i = 0; i < HPGLPBufUsed(buf); ++i) {
-        const HPGLPBufPoint* points = nullptr;
+        const HPGLPoint* points = nullptr;
         int32_t count = 0;
         HPGLPBufGetSubPolygon(buf, i, &points, &count);
         OUTPoint from = {};
         if (count == 0) continue;  // PM1 without a point behind it
         for (int32_t k = -1; k < count; ++k) {
-            const HPGLPBufPoint& point = points[k < 0 ? count - 1 : k];
+            const HPGLPoint& point = points[k < 0 ? count - 1 : k];
             const OUTPoint to = {HPGLmapX(display, point.x, USize), HPGLmapY(display, point.y, USize)};
             if (k >= 0) use(from, to);
             from = to;

@@ -3,14 +3,28 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <span>
 
 namespace qrvel {
 
 namespace {
 
-constexpr std::array<std::string_view, 14> COMMANDS_WITH_PAIRS = {"PA", "PD", "PU", "PR", "EA", "ER", "RA",
-                                                                  "RR", "AA", "AR", "EW", "WG", "BR", "BZ"};
+constexpr std::size_t LETTERS = 26;
+constexpr std::size_t NAMES = LETTERS * LETTERS;
+
+// Of a name that begins with two capitals.
+constexpr std::size_t placeOf(std::string_view name) {
+    return static_cast<std::size_t>(name[0] - 'A') * LETTERS + static_cast<std::size_t>(name[1] - 'A');
+}
+
+// Whether a name is hardly ever there by chance with a pair of numbers behind it.
+constexpr auto SURE = [] {
+    std::array<bool, NAMES> names = {};
+#define HPGL_COMMAND(name, signature, setup, drawing, action, sure) \
+    if (sure) names[placeOf(#name)] = true;
+#include "commands.inl"
+    return names;
+}();
+
 constexpr std::string_view PSEUDO_COMMANDS = "HPGL_";
 constexpr int SHORTEST_POLYLINE = 2;      // a value for each coordinate
 constexpr std::size_t LONGEST_LOOK = 64;  // bytes of a polyline
@@ -62,10 +76,6 @@ bool isPolyline(std::string_view text) {
     return values >= SHORTEST_POLYLINE && !look.substr(body.size()).starts_with(' ');
 }
 
-bool isAnyOf(std::string_view name, std::span<const std::string_view> names) {
-    return std::find(names.begin(), names.end(), name) != names.end();
-}
-
 // Printers like zeros in front of a plot and behind it.
 std::string_view withoutPadding(std::string_view bytes) {
     bytes = without(bytes, [](char c) { return c == '\0'; });
@@ -76,12 +86,11 @@ bool holdsText(std::string_view bytes) {
     return withoutPadding(bytes).find('\0') == std::string_view::npos;
 }
 
-// These are hardly ever there by chance.
 bool drawsForSure(std::string_view command) {
-    return isAnyOf(command.substr(0, 2), COMMANDS_WITH_PAIRS) && hasPair(command.substr(2));
+    return SURE[placeOf(command)] && hasPair(command.substr(2));
 }
 
-// These are, in a program or a photograph.
+// These are there by chance in a program or a photograph.
 bool drawsPerhaps(std::string_view command) {
     return (command.starts_with("CI") && hasNumber(command.substr(2))) ||
            (command.starts_with("PE") && isPolyline(command.substr(2))) || command.starts_with(PSEUDO_COMMANDS);

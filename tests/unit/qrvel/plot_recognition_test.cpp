@@ -9,6 +9,7 @@
 namespace qrvel {
 namespace {
 
+using namespace std::string_literals;
 using namespace std::string_view_literals;
 
 struct Row : NamedRow {
@@ -60,6 +61,19 @@ class Plots : public testing::TestWithParam<Row> {};
 
 TEST_P(Plots, AreRecognised) {
     EXPECT_EQ(holdsDrawing(GetParam().bytes), GetParam().isPlot);
+}
+
+constexpr const char* COMMANDS[] = {
+#define HPGL_COMMAND(name, signature, setup, drawing, action, sure) #name,
+#include "commands.inl"
+};
+
+TEST(Recognition, KnowsTheCommandsThatDrawForSure) {
+    std::string sure;
+    for (const std::string name : COMMANDS) {
+        if (holdsDrawing("a program\0"s + name + "1,2")) sure += name + " ";
+    }
+    EXPECT_EQ(sure, "AA AR BR BZ PA PD PR PU EA ER EW RA RR WG ");
 }
 
 TEST(Recognition, TellsTextAndEscapesFromOtherFiles) {

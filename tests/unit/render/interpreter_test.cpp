@@ -305,7 +305,7 @@ TEST_F(Pass, TurnsThePicture) {
 
 TEST_F(Pass, CurveHasOnePointMoreThanSegments) {
     HPGLPBuf* buf = HPGLPBufcreate(1);
-    const HPGLPBufPoint* points = nullptr;
+    const HPGLPoint* points = nullptr;
     int32_t count = 0;
     HPGLPBufBegin(buf, 0, 0);
     HPGLaddBezierPoints(buf, {0, 0}, {0, 0}, {300, -300}, {300, -300}, 2);

@@ -31,7 +31,7 @@ Buffer holding(int32_t count, int32_t capacity = 1) {
 }
 
 std::string pointsOf(const HPGLPBuf* buf) {
-    const HPGLPBufPoint* points = nullptr;
+    const HPGLPoint* points = nullptr;
     int32_t count = 0;
     std::string text;
     if (HPGLPBufGetActual(buf, &points, &count) == 0) return "none";
@@ -45,7 +45,7 @@ std::string pointsOf(const HPGLPBuf* buf) {
 }
 
 int32_t countOf(const HPGLPBuf* buf) {
-    const HPGLPBufPoint* points = nullptr;
+    const HPGLPoint* points = nullptr;
     int32_t count = -1;
     HPGLPBufGetActual(buf, &points, &count);
     return count;
@@ -88,14 +88,14 @@ TEST_F(PolygonBuffer, BeginsAnew) {
 
 TEST_F(PolygonBuffer, ResetEmptiesEverySubPolygon) {
     const Buffer buf = holding(3, 2);
-    const HPGLPBufPoint* points = nullptr;
+    const HPGLPoint* points = nullptr;
     int32_t count = -1;
     EXPECT_EQ(HPGLPBufReset(buf.get()), 1);
     EXPECT_EQ(HPGLPBufUsed(buf.get()), 0);
     EXPECT_EQ(buf->current, nullptr);
     EXPECT_EQ(HPGLPBufGetSubPolygon(buf.get(), 0, &points, &count), 1);
     EXPECT_EQ(count, 0);
-    HPGLPBufPoint first = {};
+    HPGLPoint first = {};
     EXPECT_EQ(HPGLPBufFirstPoint(buf.get(), &first), 0);
 }
 
@@ -130,7 +130,7 @@ constexpr RunRow RUN_ROWS[] = {{1990, 10, false}, {1989, 10, true}, {1999, 1, fa
 TEST_F(PolygonBuffer, TakesRunsBelowTheLastPlace) {
     for (const RunRow& row : RUN_ROWS) {
         const Buffer buf = holding(row.held);
-        const std::vector<HPGLPBufPoint> points(static_cast<size_t>(row.run), HPGLPBufPoint{7, 8});
+        const std::vector<HPGLPoint> points(static_cast<size_t>(row.run), HPGLPoint{7, 8});
         int32_t result = -1;
         const auto add = [&] { result = HPGLPBufAddPoints(buf.get(), points.data(), row.run); };
         EXPECT_EQ(traceOf(1, add), row.taken ? "" : RUN_REFUSED) << row.held << " + " << row.run;
@@ -141,7 +141,7 @@ TEST_F(PolygonBuffer, TakesRunsBelowTheLastPlace) {
 
 TEST_F(PolygonBuffer, RefusesQuietlyWhenNotOpen) {
     const Buffer buf(HPGLPBufcreate(2));
-    const HPGLPBufPoint point = {1, 1};
+    const HPGLPoint point = {1, 1};
     EXPECT_EQ(traceOf(3,
                       [&] {
                           EXPECT_EQ(HPGLPBufAddPoint(buf.get(), 1, 1), 0);
@@ -190,7 +190,7 @@ TEST_F(PolygonBuffer, ClosingKeepsThePoints) {
     const Buffer buf = holding(2);
     EXPECT_EQ(HPGLPBufClose(buf.get()), 1);
     EXPECT_EQ(pointsOf(buf.get()), "0,0 1,0 0,0 ");
-    HPGLPBufPoint first = {9, 9};
+    HPGLPoint first = {9, 9};
     EXPECT_EQ(HPGLPBufFirstPoint(buf.get(), &first), 1);
     EXPECT_EQ(first.x, 0);
     EXPECT_EQ(HPGLPBufClose(buf.get()), 0);
@@ -198,7 +198,7 @@ TEST_F(PolygonBuffer, ClosingKeepsThePoints) {
 
 TEST_F(PolygonBuffer, NextClosesThePresentOne) {
     const Buffer buf = holding(3, 2);
-    const HPGLPBufPoint* points = nullptr;
+    const HPGLPoint* points = nullptr;
     int32_t count = 0;
     EXPECT_EQ(HPGLPBufNextSubPolygon(buf.get()), 1);
     EXPECT_EQ(HPGLPBufUsed(buf.get()), 2);
@@ -217,8 +217,8 @@ TEST_F(PolygonBuffer, NextFailsAtItsCapacity) {
 // ---- without a buffer, without memory -------------------------------------------------------------------------------
 
 void expectEverythingFails(HPGLPBuf* buf) {
-    const HPGLPBufPoint* points = nullptr;
-    HPGLPBufPoint point = {};
+    const HPGLPoint* points = nullptr;
+    HPGLPoint point = {};
     int32_t count = 0;
     EXPECT_EQ(HPGLPBufReset(buf), 0);
     EXPECT_EQ(HPGLPBufBegin(buf, 1, 1), 0);
