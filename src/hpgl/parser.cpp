@@ -145,10 +145,19 @@ void appendPlainNumber(CBlock* block, char letter, int32_t value) {
     HPGLCBlockAdvance(block, 4);
 }
 
+// As HPGLconvertParameter does; out of the way of the numbers that nobody wants to see.
+[[gnu::cold, gnu::noinline]] void tracePlainNumber(char letter, int32_t value) {
+    if (letter == 'R') {
+        TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %f", static_cast<double>(static_cast<float>(value)));
+    } else {
+        TRCTrace(HPGLTraceHandle, TRC_DETAIL, " %d", letter == 'I' ? static_cast<int16_t>(value) : value);
+    }
+}
+
 bool takesPlainNumbers(const Chunk& chunk) {
     const IStatus* status = chunk.status;
     if (status->stringMode != 0 || status->pending != 0 || status->signatureLength == 0) return false;
-    return status->signatureStart != nullptr && status->commandId > CMD_CO && !TRCAdmits(HPGLTraceHandle, TRC_DETAIL);
+    return status->signatureStart != nullptr && status->commandId > CMD_CO;
 }
 
 // Takes separators and plain numbers as parseByte would, without a look-up, the number buffer or the C library, until
@@ -167,6 +176,7 @@ void parsePlainNumbers(Chunk* chunk) {
         if (isStored(status)) {
             if (!HPGLCBlockHasRoom(chunk->block, letter == 'I' ? 2 : 4)) break;
             appendPlainNumber(chunk->block, letter, number.value);
+            if (TRC_DETAIL <= TRCHighestLevel) tracePlainNumber(letter, number.value);
         }
         countParameter(status);
         nextSignatureLetter(status);
