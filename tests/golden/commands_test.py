@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Every command of the table has a plot of its own in the folder commands, and every plot there is one of a command.
 
-usage: commands_test.py COMMAND_TABLE
+usage: commands_test.py COMMANDS
 
 A plot of a command begins with a comment that says what is to be seen, and names the command behind that.
 """
@@ -11,7 +11,7 @@ import sys
 
 from plots import HERE
 
-ROW = re.compile(r'^ +\{ *\d+, "(\w+)", ', re.M)
+ROW = re.compile(r'^HPGL_COMMAND\((\w+),', re.M)
 COMMENTED = re.compile(r'CO"[^"]+";\n(.*)', re.S)
 
 
