@@ -5,14 +5,14 @@
 #include <cstddef>
 #include <cstring>
 
-#include "display.h"
+#include "drawing_window.h"
 #include "interpreter.h"
 #include "picture.h"
+#include "picture_setup.h"
 #include "plots.h"
 #include "recorder.h"
 #include "rows.h"
-#include "scaling.h"
-#include "setup_pass.h"
+#include "shell_state.h"
 #include "trace.h"
 
 namespace {
@@ -95,7 +95,7 @@ class SetupPass : public Contest {
         if (problem.empty()) problem = compare("top", bounds_.maxY, global->MaxY);
         return problem;
     }
-    void ours() override { HPGLsetupPicture(picture_.get(), &TheDisplay, 1); }
+    void ours() override { HPGLsetupPicture(picture_.get(), &TheShell.display, 1); }
     void yardstick() override {
         bounds_ = {};
         picture_.forEachBlock([this](const CBlock& block) { widen(bounds_, block); });
@@ -122,9 +122,9 @@ class FixedCost : public Contest {
     FixedCost& operator=(const FixedCost&) = delete;
 
     std::string check() override {
-        return compare("whole pass", 1, HPGLinterpretCompactCode(picture_.get(), &TheDisplay, 1));
+        return compare("whole pass", 1, HPGLinterpretCompactCode(picture_.get(), &TheShell.display, 1));
     }
-    void ours() override { HPGLinterpretCompactCode(picture_.get(), &TheDisplay, 1); }
+    void ours() override { HPGLinterpretCompactCode(picture_.get(), &TheShell.display, 1); }
 
   private:
     static constexpr int FAMILIES = 300;
@@ -170,11 +170,11 @@ class TraceOff : public Contest {
 // All that the viewer does between the first byte and the picture, but for the pixels.
 int64_t show(std::string_view text) {
     Picture picture(text);
-    HPGLsetupPicture(picture.get(), &TheDisplay, 1);
+    HPGLsetupPicture(picture.get(), &TheShell.display, 1);
     const HPGLGlobal* global = picture.get()->global;
-    HPGLqueryDeviceSize(&TheDisplay, &TheDisplay.DSizeX, &TheDisplay.DSizeY);
-    HPGLsetScaling(&TheDisplay, global->MinX, global->MinY, global->MaxX, global->MaxY);
-    HPGLinterpretCompactCode(picture.get(), &TheDisplay, 1);
+    HPGLqueryDeviceSize(&TheShell.display, &TheShell.display.DSizeX, &TheShell.display.DSizeY);
+    HPGLsetScaling(&TheShell.display, global->MinX, global->MinY, global->MaxX, global->MaxY);
+    HPGLinterpretCompactCode(picture.get(), &TheShell.display, 1);
     return picture.compactBytes();
 }
 

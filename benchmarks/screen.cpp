@@ -5,10 +5,11 @@
 
 #include "arguments.h"
 #include "cont.h"
+#include "drawing_window.h"
 #include "interpreter.h"
 #include "out.h"
-#include "scaling.h"
-#include "setup_pass.h"
+#include "picture_setup.h"
+#include "shell_state.h"
 #include "shl.h"
 #include "wi.h"
 
@@ -28,12 +29,12 @@ void createWindows(int width, int height) {
     const WHandle object = Wcreateobject(app, windowClass, 0, 1);
     const WHandle shell = SHLcreate(app, &container, "", 0, 0);
     CONTstdcreate(container, windowClass, 0, 0, 0, 0);
-    TheDisplay.Window = Wcreatechild(app, container);
-    TheDisplay.Application = app;
-    TheDisplay.FontOwner = object;
-    TheDisplay.MainObject = object;
+    TheShell.display.Window = Wcreatechild(app, container);
+    TheShell.display.Application = app;
+    TheShell.display.FontOwner = object;
+    TheShell.object = object;
     SHLsetpos(shell, 0, 0, width + FRAME, height + FRAME, SHL_SHOW);
-    Wsetwinpos(TheDisplay.Window, 0, 0, width, height);
+    Wsetwinpos(TheShell.display.Window, 0, 0, width, height);
 }
 
 QWidget* widgetOfSize(int width, int height) {
@@ -46,33 +47,33 @@ QWidget* widgetOfSize(int width, int height) {
 }  // namespace
 
 Screen::Screen(int width, int height) : width_(width), height_(height) {
-    HPGLsetCoordLimits();
+    HPGLsetCoordLimits(&TheShell.display);
     createWindows(width, height);
     widget_ = widgetOfSize(width, height);
 }
 
 void Screen::show(const Picture& picture) {
     parser_ = picture.get();
-    HPGLsetupPicture(parser_, &TheDisplay, 1);
-    HPGLqueryDeviceSize(&TheDisplay, &TheDisplay.DSizeX, &TheDisplay.DSizeY);
+    HPGLsetupPicture(parser_, &TheShell.display, 1);
+    HPGLqueryDeviceSize(&TheShell.display, &TheShell.display.DSizeX, &TheShell.display.DSizeY);
     const HPGLGlobal* global = parser_->global;
     view(global->MinX, global->MinY, global->MaxX, global->MaxY);
 }
 
 void Screen::view(int32_t minX, int32_t minY, int32_t maxX, int32_t maxY) {
-    HPGLsetScaling(&TheDisplay, minX, minY, maxX, maxY);
+    HPGLsetScaling(&TheShell.display, minX, minY, maxX, maxY);
 }
 
 void Screen::paint() {
-    OUTreset(TheDisplay.Window);
-    HPGLinterpretCompactCode(parser_, &TheDisplay, 1);
-    OUTendpaint(TheDisplay.Window);
+    OUTreset(TheShell.display.Window);
+    HPGLinterpretCompactCode(parser_, &TheShell.display, 1);
+    OUTendpaint(TheShell.display.Window);
 }
 
 QImage Screen::painted() {
-    OUTreset(TheDisplay.Window);
-    OUTfillcolour(TheDisplay.Window, 0);
-    OUTboxr2(TheDisplay.Window, 0, 0, width_, height_);
+    OUTreset(TheShell.display.Window);
+    OUTfillcolour(TheShell.display.Window, 0);
+    OUTboxr2(TheShell.display.Window, 0, 0, width_, height_);
     paint();
     if (widget_ == nullptr) return {};
     return widget_->grab().toImage().convertToFormat(QImage::Format_RGB32);

@@ -3,7 +3,6 @@
 
 #include <QImage>
 
-#include "display.h"
 #include "picture.h"
 
 class QWidget;

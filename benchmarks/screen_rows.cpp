@@ -15,8 +15,8 @@
 #include "plots.h"
 #include "primitives.h"
 #include "rows.h"
-#include "scaling.h"
 #include "screen.h"
+#include "shell_state.h"
 
 namespace {
 
@@ -37,8 +37,8 @@ struct Line {
 };
 
 Line onScreen(int32_t x1, int32_t y1, int32_t x2, int32_t y2) {
-    const auto x = [](int32_t units) { return HPGLmapX(&TheDisplay, units); };
-    const auto y = [](int32_t units) { return HEIGHT - 1 - HPGLmapY(&TheDisplay, units); };
+    const auto x = [](int32_t units) { return HPGLmapX(&TheShell.display, units); };
+    const auto y = [](int32_t units) { return HEIGHT - 1 - HPGLmapY(&TheShell.display, units); };
     return {x(x1), y(y1), x(x2), y(y2)};
 }
 
@@ -179,7 +179,7 @@ class WideLines : public Contest {
     std::string check() override {
         lines_ = linesOf(picture_);
         std::string problem = compare("lines", LINES + 2, static_cast<int64_t>(lines_.size()));
-        if (problem.empty()) problem = compare("width", WIDE, HPGLmapLength(&TheDisplay, WIDE * 10));
+        if (problem.empty()) problem = compare("width", WIDE, HPGLmapLength(&TheShell.display, WIDE * 10));
         yardstick();
         if (problem.empty()) problem = compareAbout("ink", inkOf(image_), inkOf(screen().painted()), 0.02);
         return problem;

@@ -13,11 +13,12 @@
 #include <string_view>
 #include <vector>
 
+#include "drawing_window.h"
 #include "interpreter.h"
 #include "picture.h"
+#include "picture_setup.h"
 #include "recorder.h"
-#include "scaling.h"
-#include "setup_pass.h"
+#include "shell_state.h"
 #include "trace.h"
 
 namespace {
@@ -182,18 +183,18 @@ std::string textOf(const Input& input) {
 void showOnce(const std::string& text) {
     recorder::script.width = 1600;
     recorder::script.height = 1000;
-    HPGLsetCoordLimits();
+    HPGLsetCoordLimits(&TheShell.display);
     TRCOpenViewer("worst_inputs.log");
     recorder::recording = false;
     const Picture picture(text);
-    HPGLsetupPicture(picture.get(), &TheDisplay, 1);
+    HPGLsetupPicture(picture.get(), &TheShell.display, 1);
     const HPGLGlobal* global = picture.get()->global;
-    HPGLqueryDeviceSize(&TheDisplay, &TheDisplay.DSizeX, &TheDisplay.DSizeY);
-    HPGLsetScaling(&TheDisplay, global->MinX, global->MinY, global->MaxX, global->MaxY);
+    HPGLqueryDeviceSize(&TheShell.display, &TheShell.display.DSizeX, &TheShell.display.DSizeY);
+    HPGLsetScaling(&TheShell.display, global->MinX, global->MinY, global->MaxX, global->MaxY);
     recorder::recording = true;
     size_t bytes = 0;
     recorder::drawingSink = [&bytes](std::string_view line) { bytes += line.size(); };
-    HPGLinterpretCompactCode(picture.get(), &TheDisplay, 1);
+    HPGLinterpretCompactCode(picture.get(), &TheShell.display, 1);
 }
 
 [[noreturn]] void runChild(const Input& input) {

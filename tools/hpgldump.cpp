@@ -9,12 +9,12 @@
 #include <vector>
 
 #include "action_bar.h"
-#include "display.h"
 #include "hpgldump_options.h"
 #include "hpgldump_sections.h"
 #include "main_window.h"
 #include "plotter.h"
 #include "recorder.h"
+#include "shell_state.h"
 #include "shown_text.h"
 #include "standard_streams.h"
 #include "winmain.h"
@@ -53,14 +53,14 @@ void sendPicture(std::string_view bytes, size_t chunk) {
 
 void rotate(int32_t times) {
     for (int32_t i = 0; i < times; ++i) {
-        recorder::deliver(TheDisplay.MainObject, W_MSG_ACTION, MENU_KIND, HPGL_MENU_ROTATE);
+        recorder::deliver(TheShell.object, W_MSG_ACTION, MENU_KIND, HPGL_MENU_ROTATE);
     }
 }
 
 void mouse(int32_t x, int32_t y, uint32_t button) {
     recorder::script.mouseX = x;
     recorder::script.mouseY = y;
-    recorder::deliver(TheDisplay.MainObject, W_MSG_MOUSE, button);
+    recorder::deliver(TheShell.object, W_MSG_MOUSE, button);
 }
 
 void zoom(const std::vector<DumpZoom>& zooms) {
@@ -74,7 +74,7 @@ void dumpCalls() {
     dumpScaling(stdout);
     recorder::recording = true;
     recorder::drawingSink = [](std::string_view line) { std::fwrite(line.data(), 1, line.size(), stdout); };
-    recorder::deliver(TheDisplay.Window, W_MSG_PAINT);
+    recorder::deliver(TheShell.display.Window, W_MSG_PAINT);
     recorder::drawingSink = nullptr;
     recorder::recording = false;
 }

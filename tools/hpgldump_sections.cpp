@@ -3,8 +3,8 @@
 #include <cstdio>
 
 #include "compact_code_reader.h"
-#include "display.h"
 #include "recorder.h"
+#include "shell_state.h"
 
 namespace {
 
@@ -12,9 +12,9 @@ template <class Use>
 void forEachBlock(Use use) {
     void* data = nullptr;
     int index = 0;
-    if (TheParser == nullptr || !HPGLgotoFirst(TheParser->blocks)) return;
-    for (bool more = HPGLgetActualListData(TheParser->blocks, &data, nullptr, nullptr); more;
-         more = HPGLgetNextListData(TheParser->blocks, &data, nullptr, nullptr)) {
+    if (TheShell.parser == nullptr || !HPGLgotoFirst(TheShell.parser->blocks)) return;
+    for (bool more = HPGLgetActualListData(TheShell.parser->blocks, &data, nullptr, nullptr); more;
+         more = HPGLgetNextListData(TheShell.parser->blocks, &data, nullptr, nullptr)) {
         use(index++, *static_cast<const CBlock*>(data));
     }
 }
@@ -89,8 +89,8 @@ void dumpHex(FILE* to) {
 }
 
 void dumpPicture(FILE* to) {
-    if (TheParser == nullptr) return;
-    const HPGLGlobal& global = *TheParser->global;
+    if (TheShell.parser == nullptr) return;
+    const HPGLGlobal& global = *TheShell.parser->global;
     std::fprintf(to, "file %s\n", global.fileName != nullptr ? global.fileName : "-");
     std::fprintf(to, "info %d\n", global.infoRequested);
     std::fprintf(to, "extents %d %d %d %d\n", global.MinX, global.MinY, global.MaxX, global.MaxY);
@@ -99,7 +99,7 @@ void dumpPicture(FILE* to) {
         std::fprintf(to, "palette %d %d %d %d\n", index++, entry.red, entry.green, entry.blue);
     }
     for (int32_t i = 0; i < HPGL_PENS; ++i) {
-        const HPGLPen& pen = TheParser->PStatus[i];
+        const HPGLPen& pen = TheShell.parser->PStatus[i];
         if (pen.used != 0) {
             std::fprintf(to, "pen %d %d %d %d %d\n", i, pen.red, pen.green, pen.blue, pen.paletteIndex);
         }
@@ -107,7 +107,7 @@ void dumpPicture(FILE* to) {
 }
 
 void dumpScaling(FILE* to) {
-    const HPGLDisplay& display = TheDisplay;
+    const HPGLDisplay& display = TheShell.display;
     std::fprintf(to, "scaling %d %d %d %d %d %d\n", display.DSizeX, display.DSizeY, display.DSize, display.USize,
                  display.MaxX, display.MaxY);
 }

@@ -1,5 +1,5 @@
-// What hpgldump prints of the viewer's picture (TheParser, TheDisplay and the recorder's palette). Every line begins
-// with its kind. The unit tests compare the same text.
+// What hpgldump prints of the viewer's picture (TheShell's, and the recorder's palette). Every line begins with its
+// kind. The unit tests compare the same text.
 #pragma once
 
 #include <cstdio>

@@ -3,50 +3,10 @@
 #include <cstdlib>
 #include <utility>
 
-#include "rubber_band.h"
-#include "scaling.h"
+#include "arithmetic.h"
 #include "trace.h"
 
 namespace {
-
-void drawBand(const ZoomData* zoom, HPGLDisplay* display) {
-    HPGLdrawRubberBand(display, zoom->CurX, zoom->CurY, zoom->StartX, zoom->StartY);
-}
-
-void readMouse(ZoomData* zoom, const HPGLDisplay* display) {
-    Wgetmousepos(display->Window, &zoom->CurX, &zoom->CurY);
-}
-
-int32_t buttonDown(ZoomData* zoom, const HPGLDisplay* display) {
-    zoom->Tracking = 1;
-    readMouse(zoom, display);
-    zoom->StartX = zoom->CurX;
-    zoom->StartY = zoom->CurY;
-    TRCTraceInfo(HPGLTraceHandle, "HPGLpushZoomRect: Button down at %d %d\n", zoom->StartX, zoom->StartY);
-    return 1;
-}
-
-int32_t buttonDrag(ZoomData* zoom, HPGLDisplay* display) {
-    if (zoom->Tracking == 0) return 1;
-    drawBand(zoom, display);  // takes the one before away
-    readMouse(zoom, display);
-    drawBand(zoom, display);
-    return 1;
-}
-
-int32_t buttonUp(ZoomData* zoom, HPGLDisplay* display) {
-    drawBand(zoom, display);
-    readMouse(zoom, display);
-    TRCTraceInfo(HPGLTraceHandle, "HPGLpushZoomRect: Button up at %d %d\n", zoom->CurX, zoom->CurY);
-    int32_t winSizeX = 0;
-    int32_t winSizeY = 0;
-    HPGLqueryDeviceSize(display, &winSizeX, &winSizeY);
-    ZoomRect rect;
-    if (calcNewZoomRect(zoom, display->USize, display->DSize, winSizeX, winSizeY, &rect) == 0) return 0;
-    zoom->Tracking = 0;
-    HPGLsetScaling(display, rect.MinX, rect.MinY, rect.MaxX, rect.MaxY);
-    return 1;
-}
 
 // Device to plotter units, relative to a view's upper corner.
 int32_t mapBack(int32_t corner, int32_t device, int32_t winSize, int32_t USize, int32_t DSize) {
@@ -89,20 +49,6 @@ int32_t HPGLdestroyZoom(ZoomData* zoom) {
     }
     TRCTraceInfo(HPGLTraceHandle, "\nHPGLdestroyZoom: Zoom Stack successfully destroyed\n");
     return 1;
-}
-
-int32_t HPGLpushZoomRect(ZoomData* zoom, HPGLDisplay* display, int32_t event) {
-    if (zoom == nullptr) return 0;
-    switch (event) {
-        case HPGL_BUTTON_DOWN:
-            return buttonDown(zoom, display);
-        case HPGL_BUTTON_UP:
-            return buttonUp(zoom, display);
-        case HPGL_BUTTON_DRAG:
-            return buttonDrag(zoom, display);
-        default:
-            return 1;
-    }
 }
 
 int32_t calcNewZoomRect(ZoomData* zoom, int32_t USize, int32_t DSize, int32_t WinSizeX, int32_t WinSizeY,

@@ -1,12 +1,12 @@
-// The zoom stack: the views from the whole picture (bottom) to the present one (top), and the mouse that adds to it.
+// The zoom stack: the views from the whole picture (bottom) to the present one (top), and where the mouse opens
+// another.
 //
-// Life of one, per picture: HPGLinitZoom with the picture's extents, HPGLpushZoomRect for every mouse event,
-// HPGLpopZoomRect and HPGLflushZoomStack for the menu, HPGLdestroyZoom.
+// Life of one, per picture: HPGLinitZoom with the picture's extents, calcNewZoomRect for every rectangle that the mouse
+// has opened, HPGLpopZoomRect and HPGLflushZoomStack for the menu, HPGLdestroyZoom.
 #pragma once
 
 #include <cstdint>
 
-#include "display.h"
 #include "list.h"
 
 // A view in scaled plotter units. Min < Max on both axes, but for the bottom one, which is as the set-up pass gives it.
@@ -22,17 +22,11 @@ struct ZoomData {
     int32_t spare;
 };
 
-enum ZoomEvent : int32_t { HPGL_BUTTON_DOWN = 1, HPGL_BUTTON_UP = 2, HPGL_BUTTON_DRAG = 3, HPGL_BUTTON_OTHER = 4 };
-
 // A stack with the whole picture's rectangle; null, after an error line, when memory is lacking.
 ZoomData* HPGLinitZoom(int32_t MinX, int32_t MinY, int32_t MaxX, int32_t MaxY);
 
 // Frees a stack, or none. Always 1.
 int32_t HPGLdestroyZoom(ZoomData* zoom);
-
-// One mouse event; positions come from Wgetmousepos. A button up makes the rectangle since the button down the present
-// view, unless that is refused: then 0, the view stays, and tracking goes on. 0 too when there is no stack.
-int32_t HPGLpushZoomRect(ZoomData* zoom, HPGLDisplay* display, int32_t event);
 
 // The rectangle between start and current position, pushed on the stack. WinSizeX, WinSizeY: usable window in pixels.
 // Refused with a warning (0) when it is empty in pixels or in plotter units; *newRect may have been written then.

@@ -63,7 +63,7 @@ int32_t HPGLdrawLines(const HPGLDisplay* display, int32_t penWidth, const HPGLPo
     if (count > HPGL_MAX_RUN) return 0;
     mapPoints(display, points, count, mapped);
     for (int32_t i = 0; i < count; ++i) {
-        mapped[i] = {HPGLclamp(mapped[i].x), HPGLclamp(mapped[i].y)};
+        mapped[i] = {HPGLclamp(display, mapped[i].x), HPGLclamp(display, mapped[i].y)};
     }
     const int32_t width = HPGLmapLength(display, penWidth);
     for (int32_t i = 1; i < count; ++i) {

@@ -1,8 +1,8 @@
 #include "action_bar.h"
 
 #include "actbar.h"
+#include "shell_state.h"
 #include "shl.h"
-#include "texts.h"
 
 namespace {
 
@@ -41,14 +41,14 @@ static_assert(ROWS == HPGL_ACTION_BAR_TEXTS);
 WHandle HPGLcreateActionBar(WHandle shell, WHandle object) {
     const WHandle bar = ACTBARcreate(SHLquerywid(shell, ACTION_BAR_PART), object, rows, ROWS);
     ACTBARsetmp1(bar, 4, 3, 2, 0);
-    ACTBARset(bar, object, TheTexts.actionBar);
+    ACTBARset(bar, object, TheShell.texts.actionBar);
     ACTBARreset(bar);
     return bar;
 }
 
 void HPGLrefreshActionBar(WHandle bar, WHandle shell, WHandle object) {
-    if (ACTBARchanges(bar, shell, object, TheTexts.actionBar) != 0) {
-        ACTBARset(bar, object, TheTexts.actionBar);
+    if (ACTBARchanges(bar, shell, object, TheShell.texts.actionBar) != 0) {
+        ACTBARset(bar, object, TheShell.texts.actionBar);
         SHLupdatesizes(shell);
     }
     ACTBARsetflag(bar, 1, 4, 4);

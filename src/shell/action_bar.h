@@ -24,7 +24,7 @@ enum HPGLMenuItem : uint32_t {
     HPGL_MENU_PRODUCT_INFORMATION = 14,
 };
 
-// Makes the bar in the shell, with TheTexts. Its actions go to `object`. Answers its handle, 0 on failure.
+// Makes the bar in the shell, with its texts. Its actions go to `object`. Answers its handle, 0 on failure.
 WHandle HPGLcreateActionBar(WHandle shell, WHandle object);
 
 // Brings the bar up to date after new data.

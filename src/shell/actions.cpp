@@ -3,14 +3,12 @@
 #include <cstdlib>
 
 #include "action_bar.h"
-#include "display.h"
+#include "drawing_window.h"
 #include "helpl.h"
 #include "hlp.h"
 #include "info.h"
-#include "main_window.h"
+#include "picture_setup.h"
 #include "pssetup.h"
-#include "scaling.h"
-#include "setup_pass.h"
 #include "shell_state.h"
 #include "trace.h"
 #include "zoom.h"
@@ -24,20 +22,20 @@ using LeaveZoom = int32_t (*)(ZoomData* zoom, int32_t* MinX, int32_t* MinY, int3
 void goBackTo(LeaveZoom leave) {
     if (!HPGLhavePicture("HPGLmenuAction")) return;
     ZoomRect view = {};
-    leave(TheZoom, &view.MinX, &view.MinY, &view.MaxX, &view.MaxY);
-    HPGLsetScaling(&TheDisplay, view.MinX, view.MinY, view.MaxX, view.MaxY);
-    HPGLpaintBackground(TheDisplay.Window);
+    leave(TheShell.zoom, &view.MinX, &view.MinY, &view.MaxX, &view.MaxY);
+    HPGLsetScaling(&TheShell.display, view.MinX, view.MinY, view.MaxX, view.MaxY);
+    HPGLpaintBackground(TheShell.display.Window);
 }
 
 void rotate() {
     if (!HPGLhavePicture("HPGLmenuAction")) return;
-    RotationSign = -RotationSign;
-    HPGLsetupPicture(TheParser, &TheDisplay, RotationSign);
-    const HPGLGlobal* global = TheParser->global;
-    HPGLdestroyZoom(TheZoom);
-    TheZoom = HPGLinitZoom(global->MinX, global->MinY, global->MaxX, global->MaxY);
+    TheShell.RotationSign = -TheShell.RotationSign;
+    HPGLsetupPicture(TheShell.parser, &TheShell.display, TheShell.RotationSign);
+    const HPGLGlobal* global = TheShell.parser->global;
+    HPGLdestroyZoom(TheShell.zoom);
+    TheShell.zoom = HPGLinitZoom(global->MinX, global->MinY, global->MaxX, global->MaxY);
     KWMsize();
-    HPGLpaintBackground(TheDisplay.Window);
+    HPGLpaintBackground(TheShell.display.Window);
 }
 
 // ---- the help line --------------------------------------------------------------------------------------------------
@@ -70,7 +68,7 @@ void menuOperation(int32_t operation) {
 }  // namespace
 
 bool HPGLhavePicture(const char* procedure) {
-    if (TheParser != nullptr && TheZoom != nullptr) return true;
+    if (TheShell.parser != nullptr && TheShell.zoom != nullptr) return true;
     TRCTraceError(HPGLTraceHandle, "WARNING-%s: there is no picture, ignore action\n", procedure);
     return false;
 }

@@ -6,12 +6,14 @@
 #include "action_bar.h"
 #include "cont.h"
 #include "data_channel.h"
+#include "drawing_window.h"
 #include "help_line.h"
 #include "helpl.h"
 #include "hlp.h"
 #include "main_loop.h"
 #include "main_window.h"
 #include "out.h"
+#include "picture_setup.h"
 #include "pssetup.h"
 #include "shell_state.h"
 #include "shl.h"
@@ -56,17 +58,16 @@ void createWindows() {
     HPGLShell& shell = TheShell;
     shell.windowClass = Wregisterclass(shell.app, MAINmsgproc);
     shell.object = Wcreateobject(shell.app, shell.windowClass, 0, 1);
-    shell.shell = SHLcreate(shell.app, &shell.container, TheTexts.title[0], 0, SHELL_FLAGS);
+    shell.shell = SHLcreate(shell.app, &shell.container, TheShell.texts.title[0], 0, SHELL_FLAGS);
     shell.actionBar = HPGLcreateActionBar(shell.shell, shell.object);
     shell.helpLine = HPGLcreateHelpLine(shell.shell, shell.object);
     CONTstdcreate(shell.container, shell.windowClass, 0, 0, 0, 0);
     CONTdrawbackground(shell.container, 1);
     shell.helpName = WHLPregistername(APPLICATION);
     shell.help = HLPcreate(shell.shell, "Bitmap-Hilfe", 0);
-    TheDisplay.Window = Wcreatechild(shell.app, shell.container);
-    TheDisplay.Application = shell.app;
-    TheDisplay.FontOwner = shell.object;
-    TheDisplay.MainObject = shell.object;
+    TheShell.display.Window = Wcreatechild(shell.app, shell.container);
+    TheShell.display.Application = shell.app;
+    TheShell.display.FontOwner = shell.object;
 }
 
 char* openChannel() {
@@ -82,9 +83,9 @@ char* openChannel() {
 void destroyWindows() {
     const HPGLShell& shell = TheShell;
     if (shell.printSetup != 0) PSSETUPdestroy(shell.printSetup);
-    if (TheDisplay.Window != 0) {
-        OUTdestroy(TheDisplay.Window);
-        Wdestroychild(TheDisplay.Window);
+    if (TheShell.display.Window != 0) {
+        OUTdestroy(TheShell.display.Window);
+        Wdestroychild(TheShell.display.Window);
     }
     if (shell.help != 0) HLPdestroy(shell.help);
     if (shell.container != 0) CONTdestroy(shell.container);
@@ -95,24 +96,24 @@ void destroyWindows() {
 }
 
 void destroyPicture() {
-    HPGLreleaseColours(&TheDisplay);
-    HPGLdestroyParser(TheParser);
-    TheParser = nullptr;
-    HPGLdestroyZoom(TheZoom);
-    TheZoom = nullptr;
+    HPGLreleaseColours(&TheShell.display);
+    HPGLdestroyParser(TheShell.parser);
+    TheShell.parser = nullptr;
+    HPGLdestroyZoom(TheShell.zoom);
+    TheShell.zoom = nullptr;
 }
 
 }  // namespace
 
 int32_t HPGLrunApplication(int32_t count, char** values) {
     auto* textBuffer = static_cast<char*>(malloc(HPGL_TEXT_BUFFER_SIZE));
-    HPGLsetCoordLimits();
+    HPGLsetCoordLimits(&TheShell.display);
     Configuration configuration = {};
     TheShell.app = HPGLinitToolkit(count, values);
     readConfiguration(TheShell.app, &configuration);
     if (TheShell.app == 0) Wfatalerror(TheShell.app, "Gbtmp: unable to initialize W");
     openLogs(configuration);
-    HPGLloadTexts(TheShell.app, textBuffer);
+    HPGLloadTexts(TheShell.app, textBuffer, &TheShell.texts);
     createWindows();
     char* wdbuff = openChannel();
     TheShell.printSetup = PSSETUPcreate(TheShell.container, TheShell.shell, 5, 0, 0, 2);

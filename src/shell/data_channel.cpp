@@ -5,12 +5,11 @@
 #include <utility>
 
 #include "action_bar.h"
-#include "display.h"
+#include "drawing_window.h"
 #include "helpl.h"
 #include "log_file.h"
+#include "picture_setup.h"
 #include "regular_file.h"
-#include "scaling.h"
-#include "setup_pass.h"
 #include "shell_state.h"
 #include "shl.h"
 #include "trace.h"
@@ -21,39 +20,25 @@ namespace {
 constexpr size_t SCRATCH_SIZE = 512;
 constexpr size_t FILE_PIECE = 8192;  // bytes of a file that are parsed at a time
 
-struct Channel {
-    bool open;
-    char* scratch;  // a reserve of the channel's that nothing reads
-    char* scratchPosition;
-    bool transmissionBegun;  // set by the first begin chunk ever, never cleared
-    bool colonPrefix;        // the begin chunk began with a colon: so may the others
-    FILE* echo;              // null: not open
-    bool echoFailed;         // and that has been said
-    FILE* pictureFile;       // the file that the data named last
-    const char* passedOver;  // the name that stands in that file, the parser's; null: none
-};
-
-Channel channel = {};
-
 // ---- one picture after the other ------------------------------------------------------------------------------------
 
 void beginPicture() {
-    channel.passedOver = nullptr;
-    HPGLreleaseColours(&TheDisplay);
-    HPGLdestroyParser(TheParser);
-    TheParser = HPGLinitParser();
-    HPGLdestroyZoom(TheZoom);
-    TheZoom = nullptr;
+    TheShell.intake.passedOver = nullptr;
+    HPGLreleaseColours(&TheShell.display);
+    HPGLdestroyParser(TheShell.parser);
+    TheShell.parser = HPGLinitParser();
+    HPGLdestroyZoom(TheShell.zoom);
+    TheShell.zoom = nullptr;
 }
 
 // A name that stands in the named file is kept as the last one met, but passed over, also by an end chunk that comes
 // later.
 void takeNamedFile(HPGLGlobal* global) {
-    if (global->fileName == nullptr || global->fileName == channel.passedOver) return;
-    HPGLflushCompactCode(TheParser);
+    if (global->fileName == nullptr || global->fileName == TheShell.intake.passedOver) return;
+    HPGLflushCompactCode(TheShell.parser);
     char* name = std::exchange(global->fileName, nullptr);
-    readFromFile(TheParser, name);
-    channel.passedOver = global->fileName;
+    readFromFile(TheShell.parser, name);
+    TheShell.intake.passedOver = global->fileName;
     if (global->fileName == nullptr) {
         global->fileName = name;
     } else {
@@ -62,12 +47,12 @@ void takeNamedFile(HPGLGlobal* global) {
 }
 
 void finishPicture() {
-    if (TheParser == nullptr) return;
-    HPGLGlobal* global = TheParser->global;
+    if (TheShell.parser == nullptr) return;
+    HPGLGlobal* global = TheShell.parser->global;
     takeNamedFile(global);
-    HPGLsetupPicture(TheParser, &TheDisplay, RotationSign);
-    if (TheZoom != nullptr) HPGLdestroyZoom(TheZoom);  // of a transmission without a begin chunk
-    TheZoom = HPGLinitZoom(global->MinX, global->MinY, global->MaxX, global->MaxY);
+    HPGLsetupPicture(TheShell.parser, &TheShell.display, TheShell.RotationSign);
+    if (TheShell.zoom != nullptr) HPGLdestroyZoom(TheShell.zoom);  // of a transmission without a begin chunk
+    TheShell.zoom = HPGLinitZoom(global->MinX, global->MinY, global->MaxX, global->MaxY);
     TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-WDCeodata: %d %d %d %d\n", global->MinX, global->MinY, global->MaxX,
              global->MaxY);
 }
@@ -79,12 +64,12 @@ void refreshBars() {
 
 void showPicture() {
     TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-WDCeodata: vor SHLsetpos\n");
-    if (!InitialDataLoaded) {
+    if (!TheShell.InitialDataLoaded) {
         SHLsetpos(TheShell.shell, 50, 50, 500, 500, SHL_SHOW);
     } else {
         KWMsize();
     }
-    InitialDataLoaded = true;
+    TheShell.InitialDataLoaded = true;
 }
 
 // ---- chunks ---------------------------------------------------------------------------------------------------------
@@ -99,37 +84,37 @@ bool beginsWithColon(const Chunk& chunk) {
 }
 
 void stripColon(Chunk* chunk) {
-    if (!channel.colonPrefix || !beginsWithColon(*chunk)) return;
+    if (!TheShell.intake.colonPrefix || !beginsWithColon(*chunk)) return;
     ++chunk->data;
     --chunk->length;
 }
 
 void closeEcho() {
-    if (channel.echo != nullptr) fclose(channel.echo);
-    channel.echo = nullptr;
+    if (TheShell.intake.echo != nullptr) fclose(TheShell.intake.echo);
+    TheShell.intake.echo = nullptr;
 }
 
 void openEcho() {
     closeEcho();
     if (TheShell.echoName[0] == '\0') return;
-    channel.echo = openLogFile(TheShell.echoName);
-    if (channel.echo != nullptr || channel.echoFailed) return;
-    channel.echoFailed = true;
+    TheShell.intake.echo = openLogFile(TheShell.echoName);
+    if (TheShell.intake.echo != nullptr || TheShell.intake.echoFailed) return;
+    TheShell.intake.echoFailed = true;
     OutputDebugStringA("HPGL: the echo file cannot be written: ");
     OutputDebugStringA(TheShell.echoName);
     OutputDebugStringA("\n");
 }
 
 void echo(const Chunk& chunk) {
-    if (channel.echo == nullptr) return;
+    if (TheShell.intake.echo == nullptr) return;
     for (uint64_t i = 0; i < chunk.length; ++i) {
-        fprintf(channel.echo, "%c", static_cast<signed char>(chunk.data[i]));
+        fprintf(TheShell.intake.echo, "%c", static_cast<signed char>(chunk.data[i]));
     }
-    fflush(channel.echo);
+    fflush(TheShell.intake.echo);
 }
 
 void parse(const Chunk& chunk) {
-    if (TheParser != nullptr) HPGLparseCode(TheParser, chunk.data, static_cast<int64_t>(chunk.length));
+    if (TheShell.parser != nullptr) HPGLparseCode(TheShell.parser, chunk.data, static_cast<int64_t>(chunk.length));
 }
 
 void takeFurther(Chunk chunk) {
@@ -140,15 +125,15 @@ void takeFurther(Chunk chunk) {
 
 void takeBegin(const Chunk& chunk) {
     beginPicture();
-    channel.transmissionBegun = true;
-    channel.colonPrefix = beginsWithColon(chunk);
+    TheShell.intake.transmissionBegun = true;
+    TheShell.intake.colonPrefix = beginsWithColon(chunk);
     openEcho();
     takeFurther(chunk);
 }
 
 void takeEnd(Chunk chunk) {
     // Deliberate: once a begin chunk has been seen, a sender that leaves it out adds to the picture before.
-    if (!channel.transmissionBegun) beginPicture();
+    if (!TheShell.intake.transmissionBegun) beginPicture();
     stripColon(&chunk);
     echo(chunk);
     refreshBars();
@@ -156,14 +141,14 @@ void takeEnd(Chunk chunk) {
     finishPicture();
     closeEcho();
     showPicture();
-    channel.colonPrefix = false;
+    TheShell.intake.colonPrefix = false;
 }
 
 // ---- files ----------------------------------------------------------------------------------------------------------
 
 void keepOpen(FILE* file) {
-    if (channel.pictureFile != nullptr) fclose(channel.pictureFile);
-    channel.pictureFile = file;
+    if (TheShell.intake.pictureFile != nullptr) fclose(TheShell.intake.pictureFile);
+    TheShell.intake.pictureFile = file;
 }
 
 void traceShortRead(FILE* file) {
@@ -185,31 +170,31 @@ void parseFile(ParseInt* parserContext, FILE* file, char* buffer) {
 }  // namespace
 
 bool initTolk(WHandle app, char* wdbuff, uint32_t kind, WDCallback callback, uint32_t flag) {
-    if (channel.open) {
-        channel.scratchPosition = channel.scratch;
+    if (TheShell.intake.open) {
+        TheShell.intake.scratchPosition = TheShell.intake.scratch;
         return true;
     }
     TheShell.channel = WDstdopen(app, wdbuff, kind, callback, flag);
     if (TheShell.channel == 0) return false;
-    free(channel.scratch);
-    channel.scratch = static_cast<char*>(malloc(SCRATCH_SIZE));
-    if (channel.scratch == nullptr) {
+    free(TheShell.intake.scratch);
+    TheShell.intake.scratch = static_cast<char*>(malloc(SCRATCH_SIZE));
+    if (TheShell.intake.scratch == nullptr) {
         TRCTraceError(HPGLTraceHandle, "initTolk: malloc: nicht genuegend Speicher\n");
         TRCTraceError(HPGLTraceHandle, "BytesToAllocate:  %ul\n", static_cast<unsigned>(SCRATCH_SIZE));
         return false;
     }
-    channel.open = false;  // deliberate: a second call opens the channel again
-    channel.scratchPosition = channel.scratch;
+    TheShell.intake.open = false;  // deliberate: a second call opens the channel again
+    TheShell.intake.scratchPosition = TheShell.intake.scratch;
     return true;
 }
 
 void closeTolk() {
     if (TheShell.channel != 0) WDstdclose(TheShell.channel);
     TheShell.channel = 0;
-    free(channel.scratch);
+    free(TheShell.intake.scratch);
     closeEcho();
     keepOpen(nullptr);
-    channel = {};
+    TheShell.intake = {};
 }
 
 void CallbackData(const char* data, uint64_t length, uint32_t kind) {

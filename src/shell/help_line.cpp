@@ -1,8 +1,8 @@
 #include "help_line.h"
 
 #include "helpl.h"
+#include "shell_state.h"
 #include "shl.h"
-#include "texts.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ constexpr const char* ARGUMENTS[BUTTONS] = {"2", "3", "0", "4", "1"};  // of the
 
 WHandle HPGLcreateHelpLine(WHandle shell, WHandle object) {
     const WHandle helpLine = HELPLcreate(shell, SHLquerywid(shell, HELP_LINE_PART), 0, 1);
-    HELPLinit(helpLine, 0, TheTexts.helpLine, KEYS, LINE, BUTTONS);
+    HELPLinit(helpLine, 0, TheShell.texts.helpLine, KEYS, LINE, BUTTONS);
     HELPLset_buttons(helpLine, 0);
     HELPLmake_hlpl(helpLine, object, 0);
     for (int32_t i = 0; i < BUTTONS; ++i) {

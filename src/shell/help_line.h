@@ -3,5 +3,5 @@
 
 #include "w.h"
 
-// Makes the line in the shell, with TheTexts. Its actions go to `object`. Answers its handle, 0 on failure.
+// Makes the line in the shell, with its texts. Its actions go to `object`. Answers its handle, 0 on failure.
 WHandle HPGLcreateHelpLine(WHandle shell, WHandle object);

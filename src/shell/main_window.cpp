@@ -1,25 +1,24 @@
 #include "main_window.h"
 
 #include "actions.h"
-#include "display.h"
+#include "drawing_window.h"
 #include "info.h"
 #include "interpreter.h"
+#include "mouse_zoom.h"
 #include "out.h"
 #include "print_setup.h"
-#include "scaling.h"
 #include "shell_state.h"
 #include "trace.h"
-#include "zoom.h"
 
 namespace {
 
 void paint(WHandle object) {
     // Deliberate: the text names the size handler.
-    TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-KWMsize: InitialDataLoaded: %d\n", InitialDataLoaded ? 1 : 0);
-    if (!InitialDataLoaded || object != TheDisplay.Window) return;
+    TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-KWMsize: InitialDataLoaded: %d\n", TheShell.InitialDataLoaded ? 1 : 0);
+    if (!TheShell.InitialDataLoaded || object != TheShell.display.Window) return;
     TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-KWMpaint\n");
     OUTreset(object);
-    if (TheParser != nullptr) HPGLinterpretCompactCode(TheParser, &TheDisplay, RotationSign);
+    if (TheShell.parser != nullptr) HPGLinterpretCompactCode(TheShell.parser, &TheShell.display, TheShell.RotationSign);
     OUTendpaint(object);
 }
 
@@ -40,13 +39,13 @@ int32_t zoomEvent(uint32_t button) {
 }
 
 void mouse(uint32_t button) {
-    if (!InitialDataLoaded) return;
+    if (!TheShell.InitialDataLoaded) return;
     const int32_t event = zoomEvent(button);
-    if (HPGLpushZoomRect(TheZoom, &TheDisplay, event) == 0 || event != HPGL_BUTTON_UP) return;
+    if (HPGLpushZoomRect(TheShell.zoom, &TheShell.display, event) == 0 || event != HPGL_BUTTON_UP) return;
     ZoomRect view = {};
-    HPGLgetZoomRect(TheZoom, &view.MinX, &view.MinY, &view.MaxX, &view.MaxY);
-    HPGLsetScaling(&TheDisplay, view.MinX, view.MinY, view.MaxX, view.MaxY);
-    HPGLpaintBackground(TheDisplay.Window);
+    HPGLgetZoomRect(TheShell.zoom, &view.MinX, &view.MinY, &view.MaxX, &view.MaxY);
+    HPGLsetScaling(&TheShell.display, view.MinX, view.MinY, view.MaxX, view.MaxY);
+    HPGLpaintBackground(TheShell.display.Window);
 }
 
 // By the kind of the object that it comes from: help line, info panel, action bar, print set-up.
@@ -91,15 +90,4 @@ void MAINmsgproc(WHandle object, uint32_t message, uint32_t first, uint32_t seco
         default:
             break;
     }
-}
-
-int32_t HPGLpaintBackground(WHandle child) {
-    int32_t width = 0;
-    int32_t height = 0;
-    OUTquerysize(child, &width, &height);
-    OUTreset(child);
-    OUTfillcolour(child, 0);
-    OUTboxr2(child, 0, 0, width, height);
-    Wupdate(child, 1);
-    return 1;
 }

@@ -6,6 +6,3 @@
 #include "w.h"
 
 void MAINmsgproc(WHandle object, uint32_t message, uint32_t first, uint32_t second);
-
-// Clears the drawing child and asks for a paint message. Always 1.
-int32_t HPGLpaintBackground(WHandle child);

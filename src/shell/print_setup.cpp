@@ -1,7 +1,6 @@
 #include "print_setup.h"
 
 #include "actions.h"
-#include "display.h"
 #include "interpreter.h"
 #include "out.h"
 #include "pssetup.h"
@@ -29,13 +28,13 @@ Choice readChoice(WHandle setup) {
 
 void print() {
     if (!HPGLhavePicture("HPGLprintSetupAction")) return;
-    const WHandle child = TheDisplay.Window;
+    const WHandle child = TheShell.display.Window;
     Choice choice = readChoice(TheShell.printSetup);
     PSSETUPhide(TheShell.printSetup);
     PSSETUPtransDestAndFormatValues(&choice.destination, &choice.format);
     HPGLopenOutputDevice(child, choice.destination, choice.format, choice.name);
     OUTreset(child);
-    HPGLinterpretCompactCode(TheParser, &TheDisplay, RotationSign);
+    HPGLinterpretCompactCode(TheShell.parser, &TheShell.display, TheShell.RotationSign);
     OUTendpaint(child);
     OUTclosedevice(child);
 }

@@ -1,4 +1,3 @@
 #include "shell_state.h"
 
 HPGLShell TheShell = {};
-bool InitialDataLoaded = false;

@@ -42,28 +42,24 @@ constexpr Text TEXTS[] = {
 static_assert(sizeof TEXTS / sizeof TEXTS[0] == HPGL_TEXTS);
 static_assert(HPGL_TITLE_TEXTS + HPGL_ACTION_BAR_TEXTS + HPGL_HELP_LINE_TEXTS + HPGL_LOAD_PANEL_TEXTS == HPGL_TEXTS);
 
-const char* loaded[HPGL_TEXTS];
-
 }  // namespace
 
-HPGLTexts TheTexts = {};
-
-void HPGLloadTexts(WHandle app, char* buffer) {
+void HPGLloadTexts(WHandle app, char* buffer, HPGLTexts* texts) {
     const char* keys[HPGL_TEXTS];
     for (int32_t i = 0; i < HPGL_TEXTS; ++i) {
         keys[i] = TEXTS[i].key;
-        loaded[i] = nullptr;
+        texts->all[i] = nullptr;
     }
     if (buffer == nullptr) {
         Wfatalerror(app, "Kein Speicher fuer Textbuffer vorhanden\n");
-    } else if (Wloadtxt(app, "HPGL", keys, loaded, HPGL_TEXTS, buffer, HPGL_TEXT_BUFFER_SIZE) == 0) {
+    } else if (Wloadtxt(app, "HPGL", keys, texts->all, HPGL_TEXTS, buffer, HPGL_TEXT_BUFFER_SIZE) == 0) {
         Wfatalerror(app, "Unable to open language file");
     }
     for (int32_t i = 0; i < HPGL_TEXTS; ++i) {
-        if (loaded[i] == nullptr) loaded[i] = TEXTS[i].defaultText;
+        if (texts->all[i] == nullptr) texts->all[i] = TEXTS[i].defaultText;
     }
-    TheTexts.title = loaded;
-    TheTexts.actionBar = TheTexts.title + HPGL_TITLE_TEXTS;
-    TheTexts.helpLine = TheTexts.actionBar + HPGL_ACTION_BAR_TEXTS;
-    TheTexts.loadPanel = TheTexts.helpLine + HPGL_HELP_LINE_TEXTS;
+    texts->title = texts->all;
+    texts->actionBar = texts->title + HPGL_TITLE_TEXTS;
+    texts->helpLine = texts->actionBar + HPGL_ACTION_BAR_TEXTS;
+    texts->loadPanel = texts->helpLine + HPGL_HELP_LINE_TEXTS;
 }

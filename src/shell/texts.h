@@ -12,16 +12,16 @@ inline constexpr int32_t HPGL_HELP_LINE_TEXTS = 5;
 inline constexpr int32_t HPGL_LOAD_PANEL_TEXTS = 2;
 inline constexpr int32_t HPGL_TEXT_BUFFER_SIZE = 2000;
 
-// A group is a pointer to its first text; all point into one array, in this order.
+// A group is a pointer to its first text; all point into one array, in this order, and so no copy is made of the
+// record.
 struct HPGLTexts {
-    const char** title;
-    const char** actionBar;
-    const char** helpLine;
-    const char** loadPanel;
+    const char* all[HPGL_TEXTS] = {};
+    const char** title = nullptr;
+    const char** actionBar = nullptr;
+    const char** helpLine = nullptr;
+    const char** loadPanel = nullptr;
 };
 
-extern HPGLTexts TheTexts;
-
-// Loads the texts into `buffer` (HPGL_TEXT_BUFFER_SIZE bytes, which must live as long as the application) and sets
-// TheTexts. Ends the program through Wfatalerror when there is no buffer or no language file.
-void HPGLloadTexts(WHandle app, char* buffer);
+// Loads the texts into `buffer` (HPGL_TEXT_BUFFER_SIZE bytes, which must live as long as they). Ends the program
+// through Wfatalerror when there is no buffer or no language file.
+void HPGLloadTexts(WHandle app, char* buffer, HPGLTexts* texts);

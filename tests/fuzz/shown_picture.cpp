@@ -1,12 +1,10 @@
 #include "shown_picture.h"
 
-#include "display.h"
 #include "fuzz_target.h"
 #include "main_window.h"
+#include "picture_setup.h"
 #include "recorder.h"
-#include "setup_pass.h"
 #include "shell_state.h"
-#include "zoom.h"
 
 namespace {
 
@@ -23,16 +21,16 @@ ShownPicture::ShownPicture(std::string_view text, int32_t width, int32_t height)
     recorder::recording = false;
     recorder::drawingSink = checkLine;
     parseText(text);
-    HPGLsetupPicture(TheParser, &TheDisplay, RotationSign);
-    const HPGLGlobal& global = *TheParser->global;
-    TheZoom = HPGLinitZoom(global.MinX, global.MinY, global.MaxX, global.MaxY);
-    InitialDataLoaded = true;
+    HPGLsetupPicture(TheShell.parser, &TheShell.display, TheShell.RotationSign);
+    const HPGLGlobal& global = *TheShell.parser->global;
+    TheShell.zoom = HPGLinitZoom(global.MinX, global.MinY, global.MaxX, global.MaxY);
+    TheShell.InitialDataLoaded = true;
     resize(width, height);
 }
 
 void ShownPicture::paint() {
     recorder::recording = true;
-    MAINmsgproc(TheDisplay.Window, W_MSG_PAINT, 0, 0);
+    MAINmsgproc(TheShell.display.Window, W_MSG_PAINT, 0, 0);
     recorder::recording = false;
     recorder::calls.clear();
 }
@@ -40,15 +38,15 @@ void ShownPicture::paint() {
 void ShownPicture::resize(int32_t width, int32_t height) {
     recorder::script.width = width;
     recorder::script.height = height;
-    MAINmsgproc(TheDisplay.MainObject, W_MSG_SIZE, 0, 0);
+    MAINmsgproc(TheShell.object, W_MSG_SIZE, 0, 0);
 }
 
 void ShownPicture::mouse(uint32_t button, int32_t x, int32_t y) {
     recorder::script.mouseX = x;
     recorder::script.mouseY = y;
-    MAINmsgproc(TheDisplay.MainObject, W_MSG_MOUSE, button, 0);
+    MAINmsgproc(TheShell.object, W_MSG_MOUSE, button, 0);
 }
 
 void ShownPicture::menu(uint32_t item) {
-    MAINmsgproc(TheDisplay.MainObject, W_MSG_ACTION, MENU_KIND, item);
+    MAINmsgproc(TheShell.object, W_MSG_ACTION, MENU_KIND, item);
 }

@@ -2,8 +2,8 @@
 #include "zoom.h"
 
 #include "action_bar.h"
-#include "display.h"
 #include "fuzz_target.h"
+#include "shell_state.h"
 #include "shown_picture.h"
 
 namespace {
@@ -27,14 +27,14 @@ void act(ShownPicture& picture, FuzzInput& input, int32_t& passesLeft) {
 
 void checkStack() {
     void* data = nullptr;
-    require(HPGLgotoFirst(TheZoom->ZoomStack), "the stack is never empty");
-    while (HPGLgetNextListData(TheZoom->ZoomStack, &data, nullptr, nullptr)) {
+    require(HPGLgotoFirst(TheShell.zoom->ZoomStack), "the stack is never empty");
+    while (HPGLgetNextListData(TheShell.zoom->ZoomStack, &data, nullptr, nullptr)) {
         const auto* view = static_cast<const ZoomRect*>(data);
         require(view->MinX < view->MaxX && view->MinY < view->MaxY, "a zoom's view has an extent");
     }
     ZoomRect top = {};
-    HPGLgetZoomRect(TheZoom, &top.MinX, &top.MinY, &top.MaxX, &top.MaxY);
-    require(TheDisplay.MaxX == top.MaxX && TheDisplay.MaxY == top.MaxY, "the top is the view");
+    HPGLgetZoomRect(TheShell.zoom, &top.MinX, &top.MinY, &top.MaxX, &top.MaxY);
+    require(TheShell.display.MaxX == top.MaxX && TheShell.display.MaxY == top.MaxY, "the top is the view");
 }
 
 }  // namespace

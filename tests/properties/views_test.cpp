@@ -47,7 +47,7 @@ class Views : public ViewerRun {
         std::string calls;
         recorder::recording = true;
         recorder::drawingSink = [&](std::string_view line) { calls += line; };
-        recorder::deliver(TheDisplay.Window, W_MSG_PAINT);
+        recorder::deliver(TheShell.display.Window, W_MSG_PAINT);
         recorder::drawingSink = nullptr;
         recorder::recording = false;
         return calls;
@@ -59,7 +59,7 @@ class Views : public ViewerRun {
         }
     }
 
-    static uint32_t views() { return HPGLgetListCount(TheZoom->ZoomStack); }
+    static uint32_t views() { return HPGLgetListCount(TheShell.zoom->ZoomStack); }
 
     // The button goes down and up somewhere in the window or a little outside.
     static void dragSomewhere(Chance& chance) {
@@ -76,7 +76,7 @@ class Views : public ViewerRun {
         for (int i = 0; i < ATTEMPTS && views() == before; ++i) {
             dragSomewhere(chance);
         }
-        ASSERT_EQ(views(), TheDisplay.USize != 0 ? before + 1 : before);
+        ASSERT_EQ(views(), TheShell.display.USize != 0 ? before + 1 : before);
     }
     static void zoomTenTimes(Chance& chance) {
         for (int i = 0; i < ZOOMS; ++i) {
@@ -87,7 +87,7 @@ class Views : public ViewerRun {
     static void resize(int32_t width, int32_t height) {
         recorder::script.width = width;
         recorder::script.height = height;
-        recorder::deliver(TheDisplay.MainObject, W_MSG_SIZE);
+        recorder::deliver(TheShell.object, W_MSG_SIZE);
     }
     static void resizeThereAndBack(Chance& chance) {
         const int32_t width = recorder::script.width;

@@ -1,11 +1,9 @@
-// Scaling: the deciding axis, the mapping and its clamp, the window's size.
+// Scaling: the deciding axis, the mapping and its clamp.
 #include "scaling.h"
 
 #include <tuple>
 
-#include "list.h"
 #include "picture_text.h"
-#include "recorder.h"
 #include "rows.h"
 #include "zoom.h"
 
@@ -42,33 +40,34 @@ constexpr FitRow FIT_ROWS[] = {
 class Fit : public testing::TestWithParam<FitRow> {};
 
 TEST_P(Fit, ChoosesTheAxis) {
-    const FreshViewer viewer;
+    HPGLTransform transform;
     const FitRow& row = GetParam();
-    TheDisplay.DSizeX = row.size[0];
-    TheDisplay.DSizeY = row.size[1];
-    EXPECT_EQ(HPGLsetScaling(&TheDisplay, row.view.MinX, row.view.MinY, row.view.MaxX, row.view.MaxY), 1);
-    EXPECT_EQ(TheDisplay.DSize, row.DSize);
-    EXPECT_EQ(TheDisplay.USize, row.USize);
-    EXPECT_EQ(TheDisplay.MaxX, row.view.MaxX);
-    EXPECT_EQ(TheDisplay.MaxY, row.view.MaxY);
-    EXPECT_EQ(TheDisplay.DSizeX, row.size[0]);
-    EXPECT_EQ(TheDisplay.DSizeY, row.size[1]);
+    transform.DSizeX = row.size[0];
+    transform.DSizeY = row.size[1];
+    EXPECT_EQ(HPGLsetScaling(&transform, row.view.MinX, row.view.MinY, row.view.MaxX, row.view.MaxY), 1);
+    EXPECT_EQ(transform.DSize, row.DSize);
+    EXPECT_EQ(transform.USize, row.USize);
+    EXPECT_EQ(transform.MaxX, row.view.MaxX);
+    EXPECT_EQ(transform.MaxY, row.view.MaxY);
+    EXPECT_EQ(transform.DSizeX, row.size[0]);
+    EXPECT_EQ(transform.DSizeY, row.size[1]);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, Fit, testing::ValuesIn(FIT_ROWS), byRowName);
 
 TEST(Scaling, KeepsAndTracesTheFactors) {
     const FreshViewer viewer;
-    const auto scale = [] {
-        TheDisplay.DSizeX = 800;
-        TheDisplay.DSizeY = 600;
-        HPGLsetScaling(&TheDisplay, 0, 0, 8000, 4000);
+    HPGLTransform transform;
+    const auto scale = [&] {
+        transform.DSizeX = 800;
+        transform.DSizeY = 600;
+        HPGLsetScaling(&transform, 0, 0, 8000, 4000);
     };
     EXPECT_EQ(traceOf(3, scale),
               "\nHPGLsetScaling: FactorX:  0.100000  FactorY:  0.150000  MaxX:  8000  MaxY:   4000\n");
     EXPECT_EQ(traceOf(2, scale), "");
-    EXPECT_EQ(TheDisplay.FactorX, 0.1);
-    EXPECT_EQ(TheDisplay.FactorY, 0.15);
+    EXPECT_EQ(transform.FactorX, 0.1);
+    EXPECT_EQ(transform.FactorY, 0.15);
 }
 
 // ---- mapping --------------------------------------------------------------------------------------------------------
@@ -101,11 +100,11 @@ class Map : public testing::TestWithParam<MapRow> {};
 
 TEST_P(Map, PutsThePoint) {
     const MapRow& row = GetParam();
-    HPGLDisplay display = {};
-    std::tie(display.DSizeX, display.DSizeY, display.DSize, display.USize, display.MaxX, display.MaxY) =
+    HPGLTransform transform;
+    std::tie(transform.DSizeX, transform.DSizeY, transform.DSize, transform.USize, transform.MaxX, transform.MaxY) =
         std::tie(row.DSizeX, row.DSizeY, row.DSize, row.USize, row.MaxX, row.MaxY);
-    EXPECT_EQ(HPGLmapX(&display, row.x), row.xd);
-    EXPECT_EQ(HPGLmapY(&display, row.y), row.yd);
+    EXPECT_EQ(HPGLmapX(&transform, row.x), row.xd);
+    EXPECT_EQ(HPGLmapY(&transform, row.y), row.yd);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, Map, testing::ValuesIn(MAP_ROWS), byRowName);
@@ -127,10 +126,10 @@ constexpr LengthRow LENGTH_ROWS[] = {
 
 TEST(Scaling, MapsLengthsWithoutOffset) {
     for (const LengthRow& row : LENGTH_ROWS) {
-        HPGLDisplay display = {};
-        display.DSize = row.DSize;
-        display.USize = row.USize;
-        EXPECT_EQ(HPGLmapLength(&display, row.length), row.pixels) << row.name;
+        HPGLTransform transform;
+        transform.DSize = row.DSize;
+        transform.USize = row.USize;
+        EXPECT_EQ(HPGLmapLength(&transform, row.length), row.pixels) << row.name;
     }
 }
 
@@ -160,108 +159,12 @@ constexpr ClampRow CLAMP_ROWS[] = {
 class Clamp : public testing::TestWithParam<ClampRow> {};
 
 TEST_P(Clamp, BoundsOneSide) {
-    const FreshViewer viewer;
-    CoordMin = GetParam().min;
-    CoordMax = GetParam().max;
-    EXPECT_EQ(HPGLclamp(GetParam().from), GetParam().to);
+    HPGLTransform transform;
+    transform.CoordMin = GetParam().min;
+    transform.CoordMax = GetParam().max;
+    EXPECT_EQ(HPGLclamp(&transform, GetParam().from), GetParam().to);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, Clamp, testing::ValuesIn(CLAMP_ROWS), byRowName);
-
-struct PlatformRow : NamedRow {
-    DWORD platform;
-    bool answers;
-    int32_t min, max;
-};
-
-// clang-format off
-constexpr PlatformRow PLATFORM_ROWS[] = {
-    {"Oldest",      0, true,  -32768, 32767},
-    {"Middle",      1, true,  -32768, 32767},
-    {"NtFamily",    2, true,     MIN,   MAX},
-    {"OtherFamily", 3, true,  -32768, 32767},
-    {"NoAnswer",    1, false,    MIN,   MAX},
-};
-// clang-format on
-
-class Platform : public testing::TestWithParam<PlatformRow> {};
-
-TEST_P(Platform, DecidesTheLimits) {
-    const FreshViewer viewer;
-    recorder::script.platformId = GetParam().platform;
-    if (!GetParam().answers) recorder::script.failing = {"GetVersionExA"};
-    CoordMin = CoordMax = 5;
-    HPGLsetCoordLimits();
-    EXPECT_EQ(CoordMin, GetParam().min);
-    EXPECT_EQ(CoordMax, GetParam().max);
-}
-
-INSTANTIATE_TEST_SUITE_P(Rows, Platform, testing::ValuesIn(PLATFORM_ROWS), byRowName);
-
-TEST(Scaling, StartsWithFullLimits) {
-    const FreshViewer viewer;
-    EXPECT_EQ(CoordMax, MAX);
-    EXPECT_EQ(CoordMin, MIN);
-    EXPECT_EQ(RotationSign, 1);
-}
-
-// ---- the window's size ----------------------------------------------------------------------------------------------
-
-class WindowSize : public testing::Test {
-  protected:
-    WindowSize() {
-        recorder::script.width = 804;
-        recorder::script.height = 604;
-    }
-    FreshViewer viewer;
-};
-
-constexpr char SIZE_CALLS[] = "Wquerywinsize 5\nWsetwinpos 7 0 0 804 604\nOUTquerysize\n";
-
-TEST_F(WindowSize, LeavesTheMargin) {
-    int32_t width = 0, height = 0;
-    EXPECT_EQ(HPGLqueryDeviceSize(&TheDisplay, &width, &height), 1);
-    EXPECT_EQ(width, 800);
-    EXPECT_EQ(height, 600);
-}
-
-TEST_F(WindowSize, FitsTheTopOfTheStack) {
-    TheZoom = HPGLinitZoom(0, 0, 8000, 4000);
-    recorder::calls.clear();
-    EXPECT_EQ(KWMsize(), 1);
-    EXPECT_EQ(recorder::calls, SIZE_CALLS);
-    EXPECT_EQ(TheDisplay.DSizeX, 800);
-    EXPECT_EQ(TheDisplay.DSizeY, 600);
-    EXPECT_EQ(TheDisplay.DSize, 800);
-    EXPECT_EQ(TheDisplay.USize, 8000);
-}
-
-TEST_F(WindowSize, TracesItsSteps) {
-    TheZoom = HPGLinitZoom(-1, -2, 8000, 4000);
-    const std::string text = traceOf(3, [] { KWMsize(); });
-    EXPECT_TRUE(
-        text.starts_with("HPGL-KWMsize: DSizeX:  800,  DSizeY:  600\n"
-                         "HPGL-KWMsize: MinX:  -1, MinY:  -2, MaxX:  8000, MaxY:  4000\n"
-                         "\nHPGLsetScaling: "))
-        << text;
-    EXPECT_EQ(traceOf(2, [] { KWMsize(); }), "");
-}
-
-TEST_F(WindowSize, ScalesNothingWithoutAStack) {
-    TheDisplay.DSize = 77;
-    EXPECT_EQ(KWMsize(), 0);
-    EXPECT_EQ(recorder::calls, SIZE_CALLS);
-    EXPECT_EQ(TheDisplay.DSizeX, 800);
-    EXPECT_EQ(TheDisplay.DSize, 77);
-}
-
-TEST_F(WindowSize, ScalesNothingWithAnEmptyStack) {
-    TheZoom = HPGLinitZoom(0, 0, 1, 1);
-    HPGLclearList(TheZoom->ZoomStack);
-    TheDisplay.DSize = 77;
-    EXPECT_EQ(KWMsize(), 0);
-    EXPECT_EQ(TheDisplay.DSizeY, 600);
-    EXPECT_EQ(TheDisplay.DSize, 77);
-}
 
 }  // namespace

@@ -9,16 +9,17 @@
 #include "recorder.h"
 #include "rows.h"
 #include "setup_pass.h"
+#include "shell_state.h"
 #include "step_loop.h"
 
 namespace {
 
 constexpr char NOTHING[] = "1073741823 1073741823 -1073741823 -1073741823";
 
-// Of TheParser.
+// Of TheShell.parser.
 std::string extents(int32_t rotationSign = 1) {
-    EXPECT_EQ(HPGLsetupPicture(TheParser, &TheDisplay, rotationSign), 1);
-    const HPGLGlobal& global = *TheParser->global;
+    HPGLfindExtents(TheShell.parser, rotationSign);
+    const HPGLGlobal& global = *TheShell.parser->global;
     return std::to_string(global.MinX) + ' ' + std::to_string(global.MinY) + ' ' + std::to_string(global.MaxX) + ' ' +
            std::to_string(global.MaxY);
 }
@@ -184,9 +185,9 @@ TEST(SetupPass, StartsAfreshEachTime) {
     const FreshViewer viewer;
     parseText("PR;PD10,20;SC1,0,1,0;");
     const std::string first = extents();
-    TheParser->global->spare = 9;
+    TheShell.parser->global->spare = 9;
     EXPECT_EQ(extents(), first);
-    EXPECT_EQ(TheParser->global->spare, 0);
+    EXPECT_EQ(TheShell.parser->global->spare, 0);
 }
 
 TEST(SetupPass, TracesNothingOfAPlainPicture) {
@@ -268,7 +269,7 @@ TEST(SetupPass, LeavesABlockAtACutRecord) {
         const std::string& next = line();
         setBlocks({whole.substr(0, whole.size() - 1), next});
         EXPECT_EQ(extents(), "7 7 8 8") << text;
-        EXPECT_EQ(TheParser->PStatus[3].used, 0) << text;
+        EXPECT_EQ(TheShell.parser->PStatus[3].used, 0) << text;
     }
 }
 

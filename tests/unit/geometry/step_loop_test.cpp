@@ -7,6 +7,7 @@
 #include "picture_text.h"
 #include "rows.h"
 #include "setup_pass.h"
+#include "shell_state.h"
 
 namespace {
 
@@ -142,8 +143,8 @@ class SetupGuards : public testing::TestWithParam<GuardRow> {};
 
 std::string setUpExtents(const char* text) {
     parseText(text);
-    HPGLsetupPicture(TheParser, &TheDisplay, 1);
-    const HPGLGlobal& global = *TheParser->global;
+    HPGLfindExtents(TheShell.parser, 1);
+    const HPGLGlobal& global = *TheShell.parser->global;
     return std::to_string(global.MinX) + ' ' + std::to_string(global.MinY) + ' ' + std::to_string(global.MaxX) + ' ' +
            std::to_string(global.MaxY);
 }
@@ -164,10 +165,10 @@ TEST(SetupGuards, PassLimitMakesTheRestCoarse) {
     // A chord of 60 degrees would miss the top that steps of 5 degrees reach.
     text += "EW1000,0,150,60;";
     parseText(text);
-    const std::string trace = traceOf(1, [] { HPGLsetupPicture(TheParser, &TheDisplay, 1); });
+    const std::string trace = traceOf(1, [] { HPGLfindExtents(TheShell.parser, 1); });
     EXPECT_TRUE(trace.starts_with("WARNING-HPGLsetupPicture")) << trace;
     EXPECT_EQ(std::count(trace.begin(), trace.end(), '\n'), 1) << trace;
-    EXPECT_EQ(TheParser->global->MaxY, 999);
+    EXPECT_EQ(TheShell.parser->global->MaxY, 999);
 }
 
 }  // namespace

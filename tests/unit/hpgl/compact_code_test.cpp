@@ -5,12 +5,12 @@
 #include <cstring>
 #include <sstream>
 
-#include "display.h"
 #include "failing_allocator.h"
 #include "parser.h"
 #include "picture_text.h"
 #include "recorder.h"
 #include "rows.h"
+#include "shell_state.h"
 
 namespace {
 
@@ -286,7 +286,7 @@ class CompactCodeFill : public CompactCode, public testing::WithParamInterface<F
 TEST_P(CompactCodeFill, MovesRecordsWhole) {
     const FillRow& row = GetParam();
     EXPECT_EQ(parseText(repeated("PU", row.pensUp) + row.text), 1);
-    EXPECT_EQ(occupiedOf(TheParser->blocks), row.occupied);
+    EXPECT_EQ(occupiedOf(TheShell.parser->blocks), row.occupied);
     const std::string alone = shortRecords(row.text);
     EXPECT_EQ(shortRecords(repeated("PU", row.pensUp) + row.text), repeated("PU 0\n", row.pensUp) + alone);
 }
@@ -300,7 +300,7 @@ TEST_F(CompactCode, FillsBlocksWithTheLongestRecords) {
     for (int record = 0; record < 60; ++record)
         text += "PA" + parameters;
     parseText(text);
-    EXPECT_EQ(occupiedOf(TheParser->blocks), "29638 29638 2044 ");
+    EXPECT_EQ(occupiedOf(TheShell.parser->blocks), "29638 29638 2044 ");
     std::string one = "PA 255";
     for (int i = 0; i < 255; ++i)
         one.append(" ").append(std::to_string(i));
@@ -308,28 +308,28 @@ TEST_F(CompactCode, FillsBlocksWithTheLongestRecords) {
 }
 
 TEST_F(CompactCode, KeepsWhatWasWrittenWhenMemoryRunsOut) {
-    TheParser = HPGLinitParser();
+    TheShell.parser = HPGLinitParser();
     const std::string text = repeated("PU", 14998) + "PA1,2;PD3,4;";
-    EXPECT_EQ(HPGLparseCode(TheParser, text.data(), 2), 1);
+    EXPECT_EQ(HPGLparseCode(TheShell.parser, text.data(), 2), 1);
     failing_allocator::failSize(30000);
-    EXPECT_EQ(HPGLparseCode(TheParser, text.data() + 2, static_cast<int64_t>(text.size()) - 2), 0);
+    EXPECT_EQ(HPGLparseCode(TheShell.parser, text.data() + 2, static_cast<int64_t>(text.size()) - 2), 0);
     failing_allocator::reset();
-    EXPECT_EQ(blocksOf(TheParser->blocks).size(), 1u);
+    EXPECT_EQ(blocksOf(TheShell.parser->blocks).size(), 1u);
     EXPECT_EQ(std::ranges::count(recordsText(), '\n'), 14999);
 }
 
 // A record that got no block has no count to be written, nor have its parameters a place.
 TEST_F(CompactCode, OpensNoRecordWithoutABlock) {
-    TheParser = HPGLinitParser();
+    TheShell.parser = HPGLinitParser();
     const std::string full = "LBx\003" + repeated("PU", 14998);
-    EXPECT_EQ(HPGLparseCode(TheParser, full.data(), static_cast<int64_t>(full.size())), 1);
-    EXPECT_EQ(occupiedOf(TheParser->blocks), "29999 ");
+    EXPECT_EQ(HPGLparseCode(TheShell.parser, full.data(), static_cast<int64_t>(full.size())), 1);
+    EXPECT_EQ(occupiedOf(TheShell.parser->blocks), "29999 ");
     failing_allocator::failSize(30000);
-    EXPECT_EQ(HPGLparseCode(TheParser, "PA1,2;", 6), 0);
-    EXPECT_EQ(HPGLparseCode(TheParser, "", 0), 1);
+    EXPECT_EQ(HPGLparseCode(TheShell.parser, "PA1,2;", 6), 0);
+    EXPECT_EQ(HPGLparseCode(TheShell.parser, "", 0), 1);
     failing_allocator::reset();
-    EXPECT_EQ(HPGLparseCode(TheParser, "5,6;PD3,4;", 10), 1);
-    EXPECT_EQ(occupiedOf(TheParser->blocks), "29999 10 ");
+    EXPECT_EQ(HPGLparseCode(TheShell.parser, "5,6;PD3,4;", 10), 1);
+    EXPECT_EQ(occupiedOf(TheShell.parser->blocks), "29999 10 ");
     EXPECT_NE(recordsText().find("rec 0 29997 23 PU 0\nrec 1 0 20 PD 2 3 4\n"), std::string::npos);
 }
 
@@ -361,7 +361,7 @@ constexpr LackRow LACKS[] = {
 class CompactCodeLack : public CompactCode, public testing::WithParamInterface<LackRow> {
   protected:
     static int parse(std::string_view text) {
-        return HPGLparseCode(TheParser, text.data(), static_cast<int64_t>(text.size()));
+        return HPGLparseCode(TheShell.parser, text.data(), static_cast<int64_t>(text.size()));
     }
     // Name, count and parameters of all but the first n records.
     static std::string recordsBehind(int n) {
@@ -374,8 +374,8 @@ class CompactCodeLack : public CompactCode, public testing::WithParamInterface<L
     }
     static void expectTheSame() {
         const LackRow& row = GetParam();
-        HPGLdestroyParser(TheParser);
-        TheParser = HPGLinitParser();
+        HPGLdestroyParser(TheShell.parser);
+        TheShell.parser = HPGLinitParser();
         ASSERT_EQ(parse(repeated("PU", row.pensUp)), 1);
         failing_allocator::failSize(30000);
         EXPECT_EQ(parse(row.text), 0);
@@ -399,12 +399,12 @@ TEST_P(CompactCodeLack, IsTheSameWhileEverythingIsTraced) {
 INSTANTIATE_TEST_SUITE_P(Rows, CompactCodeLack, testing::ValuesIn(LACKS), byRowName);
 
 TEST_F(CompactCode, ReportsNoFirstBlock) {
-    TheParser = HPGLinitParser();
+    TheShell.parser = HPGLinitParser();
     EXPECT_EQ(traceOf(1,
                       [&] {
                           failing_allocator::failSize(30000);
-                          EXPECT_EQ(HPGLparseCode(TheParser, "PA1,2;", 6), 0);
-                          EXPECT_EQ(HPGLparseCode(TheParser, "PA1,2;", 6), 0);
+                          EXPECT_EQ(HPGLparseCode(TheShell.parser, "PA1,2;", 6), 0);
+                          EXPECT_EQ(HPGLparseCode(TheShell.parser, "PA1,2;", 6), 0);
                           failing_allocator::reset();
                       })
                   .substr(0, 61),
@@ -416,28 +416,28 @@ TEST_F(CompactCode, ReportsNoFirstBlock) {
 
 TEST_F(CompactCode, BeginsAnewAfterAFlush) {
     parseText("DT#;PR1,1;" + repeated("PU", 15000) + "PA1");
-    EXPECT_EQ(HPGLflushCompactCode(TheParser), 1);
-    EXPECT_EQ(TheParser->blocks->count, 0u);
+    EXPECT_EQ(HPGLflushCompactCode(TheShell.parser), 1);
+    EXPECT_EQ(TheShell.parser->blocks->count, 0u);
     EXPECT_EQ(recordsText(), "");
-    EXPECT_EQ(TheParser->status->newParse, 1);
-    EXPECT_EQ(TheParser->status->labelTerminator, 3);
-    EXPECT_FALSE(TheParser->status->polyline.relative);
+    EXPECT_EQ(TheShell.parser->status->newParse, 1);
+    EXPECT_EQ(TheShell.parser->status->labelTerminator, 3);
+    EXPECT_FALSE(TheShell.parser->status->polyline.relative);
     constexpr std::string_view NEXT = "2;LB#\003PE;";
-    HPGLparseCode(TheParser, NEXT.data(), static_cast<int64_t>(NEXT.size()));
+    HPGLparseCode(TheShell.parser, NEXT.data(), static_cast<int64_t>(NEXT.size()));
     EXPECT_EQ(recordsText(), "rec 0 0 44 LB 1 23\nrec 0 3 19 PA 0\n");
 }
 
 TEST_F(CompactCode, KeepsThePictureInAFlush) {
     parseText("HPGL_INFO;HPGL_FILE:a.hpg\n");
-    HPGLflushCompactCode(TheParser);
-    EXPECT_STREQ(TheParser->global->fileName, "a.hpg");
-    EXPECT_EQ(TheParser->global->infoRequested, 1);
+    HPGLflushCompactCode(TheShell.parser);
+    EXPECT_STREQ(TheShell.parser->global->fileName, "a.hpg");
+    EXPECT_EQ(TheShell.parser->global->infoRequested, 1);
 }
 
 TEST_F(CompactCode, DestroysAParser) {
     parseText("HPGL_FILE:a.hpg\n" + repeated("PU", 16000));
-    EXPECT_EQ(HPGLdestroyParser(TheParser), 1);
-    TheParser = nullptr;
+    EXPECT_EQ(HPGLdestroyParser(TheShell.parser), 1);
+    TheShell.parser = nullptr;
     EXPECT_EQ(HPGLdestroyParser(nullptr), 0);
 }
 

@@ -1,10 +1,10 @@
 // Encoded polylines: values, items, and values that a chunk's end cuts.
 #include <string>
 
-#include "display.h"
 #include "parser_internal.h"
 #include "picture_text.h"
 #include "rows.h"
+#include "shell_state.h"
 
 namespace {
 
@@ -206,7 +206,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, CutPen, testing::ValuesIn(CUT_PENS), byRowName);
 
 TEST_P(PolylineCut, LeavesNothingOwed) {
     parseText(GetParam().text);
-    EXPECT_FALSE(TheParser->status->polyline.incomplete);
+    EXPECT_FALSE(TheShell.parser->status->polyline.incomplete);
 }
 
 TEST(PolylineFraction, IsKeptHoweverItIsCut) {
@@ -216,7 +216,7 @@ TEST(PolylineFraction, IsKeptHoweverItIsCut) {
     for (const auto& chunks : cuts) {
         SCOPED_TRACE(chunks.front());
         EXPECT_EQ(parseChunks(chunks), 1);
-        EXPECT_EQ(TheParser->status->polyline.fractionBits, 100);
+        EXPECT_EQ(TheShell.parser->status->polyline.fractionBits, 100);
         EXPECT_EQ(recordsText(), "rec 0 0 22 PR 2 1 1\n");
     }
 }
@@ -224,7 +224,7 @@ TEST(PolylineFraction, IsKeptHoweverItIsCut) {
 TEST(PolylineFraction, IsForgottenAtTheNextPolyline) {
     const FreshViewer viewer;
     parseText("PE>\303;PE");
-    EXPECT_EQ(TheParser->status->polyline.fractionBits, 0);
+    EXPECT_EQ(TheShell.parser->status->polyline.fractionBits, 0);
 }
 
 }  // namespace

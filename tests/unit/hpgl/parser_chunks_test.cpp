@@ -1,10 +1,10 @@
 // Chunks: a picture is the same however its text is cut, but for the exceptions at the end.
 #include <string>
 
-#include "display.h"
 #include "parser.h"
 #include "picture_text.h"
 #include "rows.h"
+#include "shell_state.h"
 #include "trace.h"
 
 namespace {
@@ -49,7 +49,7 @@ class PlotInChunks : public testing::TestWithParam<PlotRow> {
     static std::string picture() {
         std::string pens;
         for (int i = 0; i < HPGL_PENS; ++i) {
-            const HPGLPen& pen = TheParser->PStatus[i];
+            const HPGLPen& pen = TheShell.parser->PStatus[i];
             for (const int32_t value : {pen.red, pen.green, pen.blue, pen.paletteIndex, pen.used, pen.width})
                 pens += std::to_string(value) + " ";
         }
@@ -93,15 +93,15 @@ INSTANTIATE_TEST_SUITE_P(Rows, PlotInChunks, testing::ValuesIn(PLOTS), byRowName
 
 TEST(Chunks, WriteTheCountAgain) {
     const FreshViewer viewer;
-    TheParser = HPGLinitParser();
-    HPGLparseCode(TheParser, "PA1,2,", 6);
+    TheShell.parser = HPGLinitParser();
+    HPGLparseCode(TheShell.parser, "PA1,2,", 6);
     EXPECT_EQ(recordsText(), "rec 0 0 19 PA 2 1 2\n");
-    HPGLparseCode(TheParser, "3,4", 3);  // the last number may go on
+    HPGLparseCode(TheShell.parser, "3,4", 3);  // the last number may go on
     EXPECT_EQ(recordsText(), "rec 0 0 19 PA 3 1 2 3\n");
-    HPGLparseCode(TheParser, "5", 1);
-    HPGLparseCode(TheParser, ";", 1);
+    HPGLparseCode(TheShell.parser, "5", 1);
+    HPGLparseCode(TheShell.parser, ";", 1);
     EXPECT_EQ(recordsText(), "rec 0 0 19 PA 4 1 2 3 45\n");
-    EXPECT_EQ(TheParser->blocks->count, 1u);
+    EXPECT_EQ(TheShell.parser->blocks->count, 1u);
 }
 
 TEST(Chunks, WarnOfALongRecordEachTime) {
@@ -156,7 +156,7 @@ class ChunkException : public testing::TestWithParam<ExceptionRow> {
 TEST_P(ChunkException, IsAsSaid) {
     const ExceptionRow& row = GetParam();
     EXPECT_EQ(parseChunks(row.chunks), row.result);
-    EXPECT_STREQ(TheParser->global->fileName, row.file);
+    EXPECT_STREQ(TheShell.parser->global->fileName, row.file);
     EXPECT_EQ(recordsText(), row.records);
 }
 INSTANTIATE_TEST_SUITE_P(Rows, ChunkException, testing::ValuesIn(EXCEPTIONS), byRowName);

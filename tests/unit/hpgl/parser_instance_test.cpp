@@ -2,11 +2,11 @@
 #include <array>
 #include <string>
 
-#include "display.h"
 #include "failing_allocator.h"
 #include "parser_internal.h"
 #include "picture_text.h"
 #include "rows.h"
+#include "shell_state.h"
 
 namespace {
 
@@ -17,12 +17,12 @@ class ParserInstance : public testing::Test {
 };
 
 TEST_F(ParserInstance, BeginsEmpty) {
-    TheParser = HPGLinitParser();
-    ASSERT_NE(TheParser, nullptr);
-    EXPECT_STREQ(TheParser->blocks->name, "cb");
-    EXPECT_EQ(TheParser->blocks->count, 0u);
-    EXPECT_EQ(TheParser->commands->size, 114);
-    const HPGLGlobal& global = *TheParser->global;
+    TheShell.parser = HPGLinitParser();
+    ASSERT_NE(TheShell.parser, nullptr);
+    EXPECT_STREQ(TheShell.parser->blocks->name, "cb");
+    EXPECT_EQ(TheShell.parser->blocks->count, 0u);
+    EXPECT_EQ(TheShell.parser->commands->size, 114);
+    const HPGLGlobal& global = *TheShell.parser->global;
     EXPECT_EQ(global.fileName, nullptr);
     EXPECT_EQ(global.infoRequested, 0);
     EXPECT_EQ(global.MinX, 1073741823);
@@ -30,7 +30,7 @@ TEST_F(ParserInstance, BeginsEmpty) {
     EXPECT_EQ(global.MaxX, -1073741823);
     EXPECT_EQ(global.MaxY, -1073741823);
     EXPECT_EQ(global.spare, 0);
-    const IStatus& status = *TheParser->status;
+    const IStatus& status = *TheShell.parser->status;
     EXPECT_EQ(status.labelTerminator, 3);
     EXPECT_EQ(status.newParse, 1);
     EXPECT_EQ(status.signatureStart, nullptr);
@@ -56,10 +56,10 @@ TEST_F(ParserInstance, HasDefaultPens) {
         {128, 0, 0},
         {0, 128, 128},
     }};
-    TheParser = HPGLinitParser();
+    TheShell.parser = HPGLinitParser();
     for (size_t k = 0; k < 255; ++k) {
         SCOPED_TRACE(k);
-        const HPGLPen& pen = TheParser->PStatus[k];
+        const HPGLPen& pen = TheShell.parser->PStatus[k];
         const std::array<int32_t, 3> expected = k == 0 ? std::array{255, 255, 255} : COLOURS[(k - 1) % 15];
         EXPECT_EQ((std::array{pen.red, pen.green, pen.blue}), expected);
         EXPECT_EQ(pen.used, k < 2 ? 1 : 0);
@@ -69,7 +69,7 @@ TEST_F(ParserInstance, HasDefaultPens) {
 }
 
 TEST_F(ParserInstance, DumpsTheCommandTable) {
-    const std::string lines = traceOf(3, [] { TheParser = HPGLinitParser(); });
+    const std::string lines = traceOf(3, [] { TheShell.parser = HPGLinitParser(); });
     EXPECT_TRUE(lines.starts_with("\n---------- Begin command lookup table ------------\n\n0.Bucket: Count:  "));
     EXPECT_TRUE(
         lines.ends_with("TotalNoOfElements:  93\n\n\n"
@@ -118,26 +118,26 @@ TEST_F(ParserInstance, ReportsEachAllocationThatFails) {
 
 TEST_F(ParserInstance, KnowsNoCommandsWithoutATable) {
     failing_allocator::failAfter(2);
-    TheParser = HPGLinitParser();
+    TheShell.parser = HPGLinitParser();
     failing_allocator::reset();
-    ASSERT_NE(TheParser, nullptr);
-    EXPECT_EQ(TheParser->commands, nullptr);
-    EXPECT_EQ(HPGLparseCode(TheParser, "PA1,2;HPGL_DATA", 15), 1);
+    ASSERT_NE(TheShell.parser, nullptr);
+    EXPECT_EQ(TheShell.parser->commands, nullptr);
+    EXPECT_EQ(HPGLparseCode(TheShell.parser, "PA1,2;HPGL_DATA", 15), 1);
     EXPECT_EQ(recordsText(), "");
 }
 
 TEST_F(ParserInstance, ReportsAFileNameThatMemoryIsLackingFor) {
-    TheParser = HPGLinitParser();
+    TheShell.parser = HPGLinitParser();
     constexpr std::string_view TEXT = "PA1,2;HPGL_FILE:a.hpg\nPD";  // nine bytes from the colon on
-    EXPECT_EQ(HPGLparseCode(TheParser, TEXT.data(), 2), 1);         // has its block
+    EXPECT_EQ(HPGLparseCode(TheShell.parser, TEXT.data(), 2), 1);   // has its block
     EXPECT_EQ(traceOf(1,
                       [&] {
                           failing_allocator::failAfter(0);
-                          EXPECT_EQ(HPGLparseCode(TheParser, TEXT.data() + 2, TEXT.size() - 2), 0);
+                          EXPECT_EQ(HPGLparseCode(TheShell.parser, TEXT.data() + 2, TEXT.size() - 2), 0);
                           failing_allocator::reset();
                       }),
               "HPGLparseCode: malloc failed for FileName (number of bytes = 9)\n");
-    EXPECT_EQ(TheParser->global->fileName, nullptr);
+    EXPECT_EQ(TheShell.parser->global->fileName, nullptr);
     EXPECT_EQ(recordsText(), "rec 0 0 19 PA 2 1 2\n");
 }
 

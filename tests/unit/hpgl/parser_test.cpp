@@ -3,10 +3,10 @@
 #include <cstring>
 #include <string>
 
-#include "display.h"
 #include "parser_internal.h"
 #include "picture_text.h"
 #include "rows.h"
+#include "shell_state.h"
 
 namespace {
 
@@ -316,7 +316,7 @@ class ParsePseudo : public testing::TestWithParam<PseudoRow> {
 };
 
 void expectPicture(const PseudoRow& row) {
-    const HPGLGlobal& global = *TheParser->global;
+    const HPGLGlobal& global = *TheShell.parser->global;
     EXPECT_STREQ(global.fileName, row.file);
     EXPECT_EQ(global.infoRequested, row.info);
 }
@@ -373,13 +373,14 @@ class ConvertParameter : public testing::TestWithParam<ConvertRow> {
 
 TEST_P(ConvertParameter, AppendsByLetter) {
     const ConvertRow& row = GetParam();
-    TheParser = HPGLinitParser();
-    IStatus* status = TheParser->status;
-    CBlock* block = GetNewCBlock(TheParser->blocks);
+    TheShell.parser = HPGLinitParser();
+    IStatus* status = TheShell.parser->status;
+    CBlock* block = GetNewCBlock(TheShell.parser->blocks);
     memcpy(status->numberBuffer, row.text, strlen(row.text));
     status->bufferPointer = status->numberBuffer + strlen(row.text);
     status->signatureLetter = &row.letter;
-    EXPECT_EQ(traceOf(3, [&] { EXPECT_EQ(HPGLconvertParameter(status, TheParser->blocks, &block), 1); }), row.trace);
+    EXPECT_EQ(traceOf(3, [&] { EXPECT_EQ(HPGLconvertParameter(status, TheShell.parser->blocks, &block), 1); }),
+              row.trace);
     const std::string hex = row.hex;
     EXPECT_EQ(hexText(), "block 0 " + std::to_string(hex.size() / 2) + "\nhex" + (hex.empty() ? "" : " " + hex) + "\n");
 }
@@ -418,18 +419,18 @@ class ParseDump : public testing::TestWithParam<DumpRow> {
 
 TEST_P(ParseDump, ListsCommands) {
     const std::string_view text = GetParam().text;
-    const auto parse = [&] { HPGLparseCode(TheParser, text.data(), static_cast<int64_t>(text.size())); };
-    TheParser = HPGLinitParser();
+    const auto parse = [&] { HPGLparseCode(TheShell.parser, text.data(), static_cast<int64_t>(text.size())); };
+    TheShell.parser = HPGLinitParser();
     EXPECT_EQ(traceOf(3, parse), GetParam().dump);
-    HPGLflushCompactCode(TheParser);
+    HPGLflushCompactCode(TheShell.parser);
     EXPECT_EQ(traceOf(2, parse), "");
 }
 INSTANTIATE_TEST_SUITE_P(Rows, ParseDump, testing::ValuesIn(DUMPS), byRowName);
 
 TEST_F(ParseMany, DumpsWhatIsNotStored) {
-    TheParser = HPGLinitParser();
+    TheShell.parser = HPGLinitParser();
     const std::string text = "LB" + std::string(300, 'A') + "\003PU";
-    EXPECT_EQ(traceOf(3, [&] { HPGLparseCode(TheParser, text.data(), static_cast<int64_t>(text.size())); }),
+    EXPECT_EQ(traceOf(3, [&] { HPGLparseCode(TheShell.parser, text.data(), static_cast<int64_t>(text.size())); }),
               "LB(=44) P: " + std::string(300, 'A') + warningOf(300) + " PNo: 300\nPU(=23) P: ");
 }
 

@@ -6,6 +6,7 @@
 #include "picture_text.h"
 #include "recorder.h"
 #include "rows.h"
+#include "shell_state.h"
 
 namespace {
 
@@ -229,7 +230,7 @@ int64_t drawings() {
     recorder::drawingSink = [&](std::string_view call) {
         count += call.starts_with("OUTgeomline ") || call.starts_with("OUTwinsolidpolygons ") ? 1 : 0;
     };
-    HPGLinterpretCompactCode(TheParser, &TheDisplay, 1);
+    HPGLinterpretCompactCode(TheShell.parser, &TheShell.display, 1);
     recorder::drawingSink = nullptr;
     return count;
 }
@@ -271,8 +272,8 @@ TEST(PolygonPoints, GrowWithTheData) {
 
 // How often polygons are drawn in a window of 1000 x 1000 pixels, one a plotter unit.
 int64_t drawingsOnAMillionPixels(const std::string& text) {
-    TheDisplay.DSizeX = TheDisplay.DSizeY = TheDisplay.DSize = 996;
-    TheDisplay.MaxX = TheDisplay.MaxY = TheDisplay.USize = 996;
+    TheShell.display.DSizeX = TheShell.display.DSizeY = TheShell.display.DSize = 996;
+    TheShell.display.MaxX = TheShell.display.MaxY = TheShell.display.USize = 996;
     parseText(text);
     return drawings();
 }

@@ -5,6 +5,7 @@
 #include "picture_text.h"
 #include "recorder.h"
 #include "rows.h"
+#include "shell_state.h"
 
 namespace {
 
@@ -228,18 +229,18 @@ TEST_F(Pass, WidensTheChordBeforeItIsSummed) {
 
 TEST_F(Pass, PreparesLabelsBeforeTheFirstColour) {
     parseText("PD7,7;");
-    TheParser->PStatus[1].paletteIndex = 5;
+    TheShell.parser->PStatus[1].paletteIndex = 5;
     recorder::script.families = {{"Sans", TRUETYPE_FONTTYPE, 1}};
     recorder::script.fontsAccepted = 0;
     recorder::calls.clear();
-    EXPECT_EQ(HPGLinterpretCompactCode(TheParser, &TheDisplay, 1), 1);
+    EXPECT_EQ(HPGLinterpretCompactCode(TheShell.parser, &TheShell.display, 1), 1);
     EXPECT_EQ(recorder::calls,
               "GetDC 0\nEnumFontFamiliesA 1 null\n"
               "GetDC 0\nEnumFontFamiliesA 2 \"Sans\"\nWFcreate 5 \"Sans,A, 2\"\nReleaseDC 0 2\n"
               "ReleaseDC 0 1\n"
               "OUTlinecolour 5\nOUTfillcolour 5\nOUTline 2 2 2 2\n");
-    EXPECT_EQ(TheDisplay.DevicePoints, nullptr);
-    EXPECT_EQ(TheDisplay.DeviceCounts, nullptr);
+    EXPECT_EQ(TheShell.display.DevicePoints, nullptr);
+    EXPECT_EQ(TheShell.display.DeviceCounts, nullptr);
 }
 
 TEST_F(Pass, StartsAfreshEachTime) {
@@ -252,13 +253,13 @@ TEST_F(Pass, StartsAfreshEachTime) {
 TEST_F(Pass, ResetsEveryWidth) {
     parseText("PD10,0;");
     for (int32_t pen = 0; pen < HPGL_PENS; ++pen) {
-        TheParser->PStatus[pen].width = 50;
-        TheParser->PStatus[pen].red = 77;
+        TheShell.parser->PStatus[pen].width = 50;
+        TheShell.parser->PStatus[pen].red = 77;
     }
     EXPECT_EQ(plainPass(), "OUTline 0 0 10 0\n");
     for (int32_t pen = 0; pen < HPGL_PENS; ++pen) {
-        EXPECT_EQ(TheParser->PStatus[pen].width, 0);
-        EXPECT_EQ(TheParser->PStatus[pen].red, 77);
+        EXPECT_EQ(TheShell.parser->PStatus[pen].width, 0);
+        EXPECT_EQ(TheShell.parser->PStatus[pen].red, 77);
     }
 }
 
@@ -278,15 +279,15 @@ TEST_F(Pass, DrawsNothingOfNothing) {
 // Relative sizes are of the picture's extents, in single precision.
 TEST_F(Pass, TakesRelativeSizesFromTheExtents) {
     parseText("SR29,50;LBA\003");
-    TheParser->global->MinX = 50;
-    TheParser->global->MaxX = 150;
-    TheParser->global->MinY = -100;
-    TheParser->global->MaxY = 300;
+    TheShell.parser->global->MinX = 50;
+    TheShell.parser->global->MaxX = 150;
+    TheShell.parser->global->MinY = -100;
+    TheShell.parser->global->MaxY = 300;
     EXPECT_EQ(plainPass(), TEXT_SIZE(29, 200));  // in double precision 28
     parseText("SR53,53;LBA\003");
-    TheParser->global->MinX = TheParser->global->MinY = 0;
-    TheParser->global->MaxX = 100;
-    TheParser->global->MaxY = 200;
+    TheShell.parser->global->MinX = TheShell.parser->global->MinY = 0;
+    TheShell.parser->global->MaxX = 100;
+    TheShell.parser->global->MaxY = 200;
     EXPECT_EQ(plainPass(), TEXT_SIZE(52, 105));  // multiplied first, or in double precision, 53 and 106
 }
 

@@ -7,6 +7,7 @@
 #include "picture_text.h"
 #include "recorder.h"
 #include "rows.h"
+#include "shell_state.h"
 
 namespace {
 
@@ -151,7 +152,7 @@ Outcome passFailing(const char* text, int allocation) {
     recorder::drawingSink = [&](std::string_view line) { outcome.calls += line; };
     outcome.trace = traceOf(1, [&] {
         failing_allocator::failAfter(allocation);
-        outcome.result = HPGLinterpretCompactCode(TheParser, &TheDisplay, 1);
+        outcome.result = HPGLinterpretCompactCode(TheShell.parser, &TheShell.display, 1);
         failing_allocator::reset();
     });
     recorder::drawingSink = nullptr;

@@ -5,6 +5,7 @@
 
 #include "picture_text.h"
 #include "recorder.h"
+#include "shell_state.h"
 
 namespace {
 
@@ -40,33 +41,33 @@ class Fonts : public testing::Test {
 
 TEST_F(Fonts, AreRegisteredInEverySize) {
     script.families = {{"Sans Bold", TRUETYPE_FONTTYPE, 1}};
-    EXPECT_EQ(HPGLinitFonts(&TheDisplay), 1);
+    EXPECT_EQ(HPGLinitFonts(&TheShell.display), 1);
     EXPECT_EQ(callsOf("WFcreate"), descriptions("Sans Bold", 19));
 }
 
 TEST_F(Fonts, NotTrueTypeContributeNothing) {
     script.families = {{"Fixed", RASTER_FONTTYPE, 1}, {"Printer", DEVICE_FONTTYPE, 1}, {"Sans", TRUETYPE_FONTTYPE, 1}};
-    HPGLinitFonts(&TheDisplay);
+    HPGLinitFonts(&TheShell.display);
     EXPECT_EQ(callsOf("WFcreate"), descriptions("Sans", 19));
 }
 
 TEST_F(Fonts, OneFaceAFamily) {
     script.families = {{"Sans", TRUETYPE_FONTTYPE, 4}, {"Serif", TRUETYPE_FONTTYPE, 2}};
-    HPGLinitFonts(&TheDisplay);
+    HPGLinitFonts(&TheShell.display);
     EXPECT_EQ(callsOf("WFcreate"), descriptions("Sans", 19) + descriptions("Serif", 19));
 }
 
 TEST_F(Fonts, FirstFailureEndsTheSeries) {
     script.families = {{"Sans", TRUETYPE_FONTTYPE, 1}, {"Serif", TRUETYPE_FONTTYPE, 1}};
     script.fontsAccepted = 2;
-    HPGLinitFonts(&TheDisplay);
+    HPGLinitFonts(&TheShell.display);
     EXPECT_EQ(callsOf("WFcreate"), descriptions("Sans", 3) + descriptions("Serif", 1));
 }
 
 TEST_F(Fonts, LongNamesStayWhole) {
     const std::string name(63, 'n');
     script.families = {{name, TRUETYPE_FONTTYPE, 1}};
-    HPGLinitFonts(&TheDisplay);
+    HPGLinitFonts(&TheShell.display);
     EXPECT_EQ(callsOf("WFcreate"), descriptions(name, 19));
 }
 
@@ -74,14 +75,14 @@ TEST_F(Fonts, LongNamesStayWhole) {
 TEST_F(Fonts, TakeAContextEach) {
     script.families = {{"Sans", TRUETYPE_FONTTYPE, 1}};
     script.fontsAccepted = 0;
-    HPGLinitFonts(&TheDisplay);
+    HPGLinitFonts(&TheShell.display);
     EXPECT_EQ(callsOf("EnumFontFamiliesA"), "EnumFontFamiliesA 1 null\nEnumFontFamiliesA 2 \"Sans\"\n");
     EXPECT_EQ(callsOf("GetDC"), "GetDC 0\nGetDC 0\n");
     EXPECT_EQ(callsOf("ReleaseDC"), "ReleaseDC 0 2\nReleaseDC 0 1\n");
 }
 
 TEST_F(Fonts, NoFamiliesAreFine) {
-    EXPECT_EQ(HPGLinitFonts(&TheDisplay), 1);
+    EXPECT_EQ(HPGLinitFonts(&TheShell.display), 1);
     EXPECT_EQ(calls, "GetDC 0\nEnumFontFamiliesA 1 null\nReleaseDC 0 1\n");
 }
 
@@ -91,14 +92,15 @@ TEST_F(Fonts, NoFamiliesAreFine) {
 class Labels : public testing::Test {
   protected:
     Labels() {
-        TheDisplay.DSize = 1;
-        TheDisplay.USize = 2;
+        TheShell.display.DSize = 1;
+        TheShell.display.USize = 2;
     }
     static std::string draw(std::string_view text, int32_t width, int32_t height) {
         std::string drawn;
         const int32_t x = 10, y = -20;
         recorder::drawingSink = [&](std::string_view line) { drawn += line; };
-        EXPECT_EQ(HPGLdrawLabel(&TheDisplay, &x, &y, text.data(), static_cast<int32_t>(text.size()), width, height), 1);
+        EXPECT_EQ(
+            HPGLdrawLabel(&TheShell.display, &x, &y, text.data(), static_cast<int32_t>(text.size()), width, height), 1);
         recorder::drawingSink = nullptr;
         EXPECT_EQ(x, 10);
         EXPECT_EQ(y, -20);
@@ -148,7 +150,7 @@ TEST_F(Labels, DoNotTrustAMissingList) {
 }
 
 TEST_F(Labels, WidthWraps) {
-    TheDisplay.USize = 1;
+    TheShell.display.USize = 1;
     EXPECT_EQ(draw("AAA", 1000000000, 50), "OUTsettext 0 0 -1294967296 50 0 0\nOUTchars_len 12 -18 3 414141\n");
 }
 

@@ -7,7 +7,7 @@
 #include "picture_text.h"
 #include "recorder.h"
 #include "rows.h"
-#include "scaling.h"
+#include "shell_state.h"
 
 namespace {
 
@@ -17,10 +17,10 @@ using recorder::calls;
 class Primitives : public testing::Test {
   protected:
     Primitives() {
-        TheDisplay.DSize = 1;
-        TheDisplay.USize = 2;
+        TheShell.display.DSize = 1;
+        TheShell.display.USize = 2;
     }
-    ~Primitives() override { HPGLfreeDeviceArrays(&TheDisplay); }
+    ~Primitives() override { HPGLfreeDeviceArrays(&TheShell.display); }
     FreshViewer viewer;
     failing_allocator::Guard guard;
 };
@@ -52,7 +52,7 @@ class Lines : public Primitives, public testing::WithParamInterface<LineRow> {};
 
 TEST_P(Lines, AreMapped) {
     const LineRow& row = GetParam();
-    EXPECT_EQ(HPGLdrawLine(&TheDisplay, row.width, row.x1, row.y1, row.x2, row.y2), 1);
+    EXPECT_EQ(HPGLdrawLine(&TheShell.display, row.width, row.x1, row.y1, row.x2, row.y2), 1);
     EXPECT_EQ(calls, row.calls);
 }
 
@@ -62,56 +62,55 @@ class Boxes : public Primitives, public testing::WithParamInterface<LineRow> {};
 
 TEST_P(Boxes, AreMapped) {
     const LineRow& row = GetParam();
-    EXPECT_EQ(HPGLdrawBox(&TheDisplay, row.width, row.x1, row.y1, row.x2, row.y2, false), 1);
+    EXPECT_EQ(HPGLdrawBox(&TheShell.display, row.width, row.x1, row.y1, row.x2, row.y2, false), 1);
     EXPECT_EQ(calls, row.calls);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, Boxes, testing::ValuesIn(BOX_ROWS), byRowName);
 
 TEST_F(Primitives, LineTracesItsStroke) {
-    const auto thin = [] { HPGLdrawLine(&TheDisplay, 0, 0, 0, 20, 40); };
-    const auto wide = [] { HPGLdrawLine(&TheDisplay, 4, 0, 0, 20, 40); };
+    const auto thin = [] { HPGLdrawLine(&TheShell.display, 0, 0, 0, 20, 40); };
+    const auto wide = [] { HPGLdrawLine(&TheShell.display, 4, 0, 0, 20, 40); };
     EXPECT_EQ(traceOf(3, thin), "HPGLdrawLine: Thinline: 2 2 12 22\n");
     EXPECT_EQ(traceOf(3, wide), "HPGLdrawLine: Geomline: 2 2 12 22\n");
     EXPECT_EQ(traceOf(2, wide), "");
 }
 
 TEST_F(Primitives, LineIsClamped) {
-    recorder::script.platformId = 1;
-    HPGLsetCoordLimits();
-    calls.clear();
-    HPGLdrawLine(&TheDisplay, 0, -200000, 200000, 3, -3);
-    HPGLdrawLine(&TheDisplay, 4, -200000, 200000, 3, -4);
+    TheShell.display.CoordMin = -32768;
+    TheShell.display.CoordMax = 32767;
+    HPGLdrawLine(&TheShell.display, 0, -200000, 200000, 3, -3);
+    HPGLdrawLine(&TheShell.display, 4, -200000, 200000, 3, -4);
     EXPECT_EQ(calls, "OUTline -32768 32767 3 1\nOUTgeomline 2 2 -32768 32767 3 0\n");
 }
 
 TEST_F(Primitives, OnlyLinesAreClamped) {
-    CoordMin = -32768;
-    CoordMax = 32767;
-    HPGLdrawBox(&TheDisplay, 0, 200000, -200000, 100000, 100000, false);
+    TheShell.display.CoordMin = -32768;
+    TheShell.display.CoordMax = 32767;
+    HPGLdrawBox(&TheShell.display, 0, 200000, -200000, 100000, 100000, false);
     EXPECT_EQ(calls, "OUTboxr0 100002 -99998 50000 50000\n");
 }
 
 TEST_F(Primitives, LinesAreNotClampedElsewhere) {
-    HPGLdrawLine(&TheDisplay, 0, -200000, 200000, 0, 0);
+    HPGLdrawLine(&TheShell.display, 0, -200000, 200000, 0, 0);
     EXPECT_EQ(calls, "OUTline -99998 100002 2 2\n");
 }
 
 TEST_F(Primitives, ProductsWrap) {
-    TheDisplay.DSize = 10000;
-    TheDisplay.USize = 100;
-    HPGLdrawLine(&TheDisplay, 0, -300000, 0, 0, 0);
-    HPGLdrawBox(&TheDisplay, 300000, 0, 0, 300000, 0, false);
+    TheShell.display.DSize = 10000;
+    TheShell.display.USize = 100;
+    HPGLdrawLine(&TheShell.display, 0, -300000, 0, 0, 0);
+    HPGLdrawBox(&TheShell.display, 300000, 0, 0, 300000, 0, false);
     EXPECT_EQ(calls, "OUTline 12949674 2 2 2\nOUTboxr0 2 2 -12949672 0\n");
 }
 
 TEST_F(Primitives, FilledBoxIgnoresTheWidth) {
-    EXPECT_EQ(HPGLdrawBox(&TheDisplay, 100, 4, 6, 20, 41, true), 1);
+    EXPECT_EQ(HPGLdrawBox(&TheShell.display, 100, 4, 6, 20, 41, true), 1);
     EXPECT_EQ(calls, "OUTboxr1 4 5 10 20\n");
 }
 
 TEST_F(Primitives, ColourIsForLinesAndFills) {
-    EXPECT_EQ(HPGLsetPenColour(&TheDisplay, 7), 1);
+    EXPECT_EQ(HPGLsetPenColour(&TheShell.display, 7), 1);
     EXPECT_EQ(calls, "OUTlinecolour 7\nOUTfillcolour 7\n");
 }
 
@@ -125,7 +124,7 @@ class Polygons : public Primitives {
   protected:
     // A triangle, an empty sub-polygon and a point.
     Polygons() : buf(HPGLPBufcreate(3)) {
-        HPGLallocDeviceArrays(&TheDisplay, 256, 2000);
+        HPGLallocDeviceArrays(&TheShell.display, 256, 2000);
         HPGLPBufBegin(buf.get(), 0, 0);
         HPGLPBufAddPoint(buf.get(), 20, 0);
         HPGLPBufAddPoint(buf.get(), 20, 20);
@@ -138,15 +137,15 @@ class Polygons : public Primitives {
 };
 
 TEST_F(Polygons, OutlinesAreGeometricWhateverTheWidth) {
-    EXPECT_EQ(HPGLdrawPolygon(&TheDisplay, 0, buf.get(), false), 1);
+    EXPECT_EQ(HPGLdrawPolygon(&TheShell.display, 0, buf.get(), false), 1);
     EXPECT_EQ(calls, "OUTgeomline 0 4 2 2 12 2 12 12 2 2\nOUTgeomline 0 0\nOUTgeomline 0 1 22 22\n");
     calls.clear();
-    HPGLdrawPolygon(&TheDisplay, 3, buf.get(), false);
+    HPGLdrawPolygon(&TheShell.display, 3, buf.get(), false);
     EXPECT_TRUE(calls.starts_with("OUTgeomline 1 4 ")) << calls;
 }
 
 TEST_F(Polygons, FillsAreOneAreaWithFirstPointsRepeated) {
-    EXPECT_EQ(HPGLdrawPolygon(&TheDisplay, 50, buf.get(), true), 1);
+    EXPECT_EQ(HPGLdrawPolygon(&TheShell.display, 50, buf.get(), true), 1);
     EXPECT_EQ(calls, "OUTwinsolidpolygons 2 5 2 2 2 12 2 12 12 2 2 2 2 22 22 22 22\n");
 }
 
@@ -154,30 +153,30 @@ TEST_F(Polygons, OpenTriangleBecomesFourPoints) {
     HPGLPBufBegin(buf.get(), 0, 0);
     HPGLPBufAddPoint(buf.get(), 20, 0);
     HPGLPBufAddPoint(buf.get(), 20, 20);
-    HPGLdrawPolygon(&TheDisplay, 0, buf.get(), true);
+    HPGLdrawPolygon(&TheShell.display, 0, buf.get(), true);
     EXPECT_EQ(calls, "OUTwinsolidpolygons 1 4 2 2 12 2 12 12 2 2\n");
 }
 
 TEST_F(Polygons, EmptyBufferIsFilledWithNothing) {
     HPGLPBufReset(buf.get());
-    HPGLdrawPolygon(&TheDisplay, 0, buf.get(), false);
+    HPGLdrawPolygon(&TheShell.display, 0, buf.get(), false);
     EXPECT_EQ(calls, "");
-    HPGLdrawPolygon(&TheDisplay, 0, buf.get(), true);
+    HPGLdrawPolygon(&TheShell.display, 0, buf.get(), true);
     EXPECT_EQ(calls, "OUTwinsolidpolygons 0\n");
 }
 
 TEST_F(Polygons, AreNotClamped) {
-    CoordMin = -32768;
-    CoordMax = 32767;
+    TheShell.display.CoordMin = -32768;
+    TheShell.display.CoordMax = 32767;
     HPGLPBufBegin(buf.get(), 200000, -200000);
-    HPGLdrawPolygon(&TheDisplay, 0, buf.get(), false);
+    HPGLdrawPolygon(&TheShell.display, 0, buf.get(), false);
     EXPECT_EQ(calls, "OUTgeomline 0 1 100002 -99998\n");
 }
 
 TEST_F(Polygons, NeedTheDeviceArrays) {
-    HPGLfreeDeviceArrays(&TheDisplay);
-    EXPECT_EQ(HPGLdrawPolygon(&TheDisplay, 0, buf.get(), false), 0);
-    EXPECT_EQ(HPGLdrawPolygon(&TheDisplay, 0, buf.get(), true), 0);
+    HPGLfreeDeviceArrays(&TheShell.display);
+    EXPECT_EQ(HPGLdrawPolygon(&TheShell.display, 0, buf.get(), false), 0);
+    EXPECT_EQ(HPGLdrawPolygon(&TheShell.display, 0, buf.get(), true), 0);
     EXPECT_EQ(calls, "");
 }
 
@@ -192,29 +191,29 @@ TEST_F(Polygons, FillEverySubPolygonToTheLastPlace) {
             HPGLPBufAddPoint(buf.get(), 0, 0);
         }
     }
-    EXPECT_EQ(HPGLdrawPolygon(&TheDisplay, 0, buf.get(), true), 1);
+    EXPECT_EQ(HPGLdrawPolygon(&TheShell.display, 0, buf.get(), true), 1);
     EXPECT_TRUE(calls.starts_with("OUTwinsolidpolygons 256 2001 2001 "));
 }
 
 TEST_F(Primitives, DeviceArraysAreAllOrNothing) {
     for (const int failing : {0, 1}) {
         failing_allocator::failAfter(failing);
-        EXPECT_EQ(HPGLallocDeviceArrays(&TheDisplay, 256, 2000), 0);
+        EXPECT_EQ(HPGLallocDeviceArrays(&TheShell.display, 256, 2000), 0);
         failing_allocator::reset();
-        HPGLfreeDeviceArrays(&TheDisplay);
+        HPGLfreeDeviceArrays(&TheShell.display);
     }
-    EXPECT_EQ(HPGLallocDeviceArrays(&TheDisplay, 256, 2000), 1);
-    EXPECT_EQ(HPGLfreeDeviceArrays(&TheDisplay), 1);
-    EXPECT_EQ(TheDisplay.DevicePoints, nullptr);
-    EXPECT_EQ(TheDisplay.DeviceCounts, nullptr);
+    EXPECT_EQ(HPGLallocDeviceArrays(&TheShell.display, 256, 2000), 1);
+    EXPECT_EQ(HPGLfreeDeviceArrays(&TheShell.display), 1);
+    EXPECT_EQ(TheShell.display.DevicePoints, nullptr);
+    EXPECT_EQ(TheShell.display.DeviceCounts, nullptr);
 }
 
 TEST_F(Primitives, DeviceArraysHaveTheirSize) {
     failing_allocator::failSize(std::size_t{2002} * 256 * 8);
-    EXPECT_EQ(HPGLallocDeviceArrays(&TheDisplay, 256, 2000), 0);
-    HPGLfreeDeviceArrays(&TheDisplay);
+    EXPECT_EQ(HPGLallocDeviceArrays(&TheShell.display, 256, 2000), 0);
+    HPGLfreeDeviceArrays(&TheShell.display);
     failing_allocator::failSize(1024);
-    EXPECT_EQ(HPGLallocDeviceArrays(&TheDisplay, 256, 2000), 0);
+    EXPECT_EQ(HPGLallocDeviceArrays(&TheShell.display, 256, 2000), 0);
 }
 
 }  // namespace

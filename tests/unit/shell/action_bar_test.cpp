@@ -79,7 +79,7 @@ TEST_F(Bars, OfferTheMenu) {
     EXPECT_EQ(nextWords(rows, 1), std::to_string(std::size(BAR_ROWS)));
     for (size_t i = 0; i < std::size(BAR_ROWS); ++i) {
         EXPECT_EQ(nextWords(rows, 6), BAR_ROWS[i].row) << BAR_ROWS[i].text;
-        EXPECT_STREQ(TheTexts.actionBar[i], BAR_ROWS[i].text);
+        EXPECT_STREQ(TheShell.texts.actionBar[i], BAR_ROWS[i].text);
     }
     EXPECT_EQ(nextWords(rows, 1), "");
 }
@@ -168,7 +168,7 @@ TEST_F(Bars, AreRefreshedByEveryTransmission) {
 
 TEST_F(Bars, AreSetAnewWhenTheirTextsHaveChanged) {
     run({[] {
-        TheTexts.actionBar[2] = "~Hin";
+        TheShell.texts.actionBar[2] = "~Hin";
         std::string changed = BAR_TEXTS;
         changed.replace(changed.find("~Goto"), 5, "~Hin");
         const std::string calls = callsOf([] { send("PD1,1;"); });
@@ -219,7 +219,7 @@ TEST_F(Bars, AreRefreshedAfterTheLastChunkIsEchoed) {
     run({[] {
         recorder::sendChunk("IN;", WD_CHUNK_BEGIN);
         const EchoInMemory echo("echo__00.log");
-        TheTexts.actionBar[0] = echo.text();
+        TheShell.texts.actionBar[0] = echo.text();
         const std::string calls = callsOf([] { recorder::sendChunk("SP1;", WD_CHUNK_END); });
         EXPECT_TRUE(calls.starts_with("ACTBARchanges 7 5 3 \"IN;SP1;\" ")) << calls;
     }});

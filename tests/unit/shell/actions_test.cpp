@@ -23,6 +23,12 @@ class Actions : public PictureRun {
         const std::string trace = traceOf(1, [&] { calls = without({"_lwrite"}, callsOf(turn)); });
         return calls + trace;
     }
+    // Of the toolkit's objects only the drawing child is left.
+    static void forgetHandles() {
+        HPGLShell& s = TheShell;
+        s.app = s.windowClass = s.object = s.shell = s.container = s.actionBar = 0;
+        s.helpLine = s.helpName = s.help = s.info = s.printSetup = s.channel = 0;
+    }
 };
 
 // ---- the menu -------------------------------------------------------------------------------------------------------
@@ -81,7 +87,7 @@ TEST_P(Menu, IsNothingInOtherKinds) {
 
 TEST_P(Menu, NeedsNoHandles) {
     withPicture([] {
-        TheShell = {};
+        forgetHandles();
         action(4, GetParam().item);
     });
 }
@@ -108,7 +114,7 @@ TEST_F(Actions, TurningWithoutMemoryLeavesNoZooms) {
     withPicture([] {
         failing_allocator::failSize(sizeof(ZoomData));
         action(4, 11);
-        EXPECT_EQ(TheZoom, nullptr);
+        EXPECT_EQ(TheShell.zoom, nullptr);
         EXPECT_EQ(callsOf([] { action(4, 10); }), "");
         EXPECT_EQ(callsOf(zoom), "");
         EXPECT_TRUE(paintCalls().ends_with("OUTendpaint\n"));
@@ -138,7 +144,7 @@ TEST_F(Actions, OnPicturesOnlyTraceWithoutOne) {
         for (const Action& each : ON_PICTURES) {
             EXPECT_EQ(tracedCallsOf([&] { action(each.kind, each.item); }), noPicture(each)) << each.item;
         }
-        EXPECT_EQ(RotationSign, 1);
+        EXPECT_EQ(TheShell.RotationSign, 1);
     }});
 }
 

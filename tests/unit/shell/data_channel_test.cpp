@@ -28,7 +28,7 @@ class Channel : public ViewerRun {
         return records;
     }
     static std::string extents() {
-        const HPGLGlobal& global = *TheParser->global;
+        const HPGLGlobal& global = *TheShell.parser->global;
         return std::to_string(global.MinX) + ' ' + std::to_string(global.MinY) + ' ' + std::to_string(global.MaxX) +
                ' ' + std::to_string(global.MaxY);
     }
@@ -94,7 +94,7 @@ void loneEnds() {
         sendChunk("PD5,5;", WD_CHUNK_END);
         sendChunk("IN;SP1;", WD_CHUNK_END);
         std::fputs(recordsText().c_str(), stderr);
-        std::exit(InitialDataLoaded ? 7 : 8);
+        std::exit(TheShell.InitialDataLoaded ? 7 : 8);
     });
     WinMain(nullptr, nullptr, commandLine.data(), 0);
 }
@@ -110,14 +110,14 @@ TEST(ChannelOfAFreshProcess, EndAloneIsATransmission) {
 TEST_F(Channel, FirstPictureShowsTheWindow) {
     run({[] {
         recorder::calls.clear();
-        EXPECT_FALSE(InitialDataLoaded);
+        EXPECT_FALSE(TheShell.InitialDataLoaded);
         send("PD;PA0,0,100,100;");
-        EXPECT_TRUE(InitialDataLoaded);
+        EXPECT_TRUE(TheShell.InitialDataLoaded);
         EXPECT_EQ(namesAmong("SHLsetpos\nWquerywinsize\nWCLRcreate\nOUTstdcreate\n"),
                   "WCLRcreate\nOUTstdcreate\nSHLsetpos\n");
         EXPECT_TRUE(recorder::calls.ends_with(" 50 50 500 500 128\n")) << recorder::calls;
         EXPECT_EQ(extents(), "0 0 100 100");
-        EXPECT_EQ(HPGLgetListCount(TheZoom->ZoomStack), 1u);
+        EXPECT_EQ(HPGLgetListCount(TheShell.zoom->ZoomStack), 1u);
     }});
 }
 
@@ -128,18 +128,18 @@ TEST_F(Channel, LaterPicturesRefitTheWindow) {
              send("PD;PA0,0,100,200;");
              EXPECT_EQ(namesAmong("SHLsetpos\nWquerywinsize\nWsetwinpos\nWCLRdestroy\nWCLRcreate\nOUTreset\n"),
                        "WCLRdestroy\nWCLRcreate\nOUTreset\nWquerywinsize\nWsetwinpos\n");
-             EXPECT_EQ(TheDisplay.USize, 200);
-             EXPECT_EQ(TheDisplay.DSize, 496);
+             EXPECT_EQ(TheShell.display.USize, 200);
+             EXPECT_EQ(TheShell.display.DSize, 496);
          }});
 }
 
 TEST_F(Channel, EmptyEndStillMakesAPicture) {
     run({[] {
         sendChunk("PD3,4;", BEGIN);
-        EXPECT_EQ(TheZoom, nullptr);
+        EXPECT_EQ(TheShell.zoom, nullptr);
         sendChunk("", END);
         EXPECT_EQ(extents(), "0 0 3 4");
-        ASSERT_NE(TheZoom, nullptr);
+        ASSERT_NE(TheShell.zoom, nullptr);
     }});
 }
 
@@ -147,7 +147,7 @@ TEST_F(Channel, ANewPictureForgetsTheZoom) {
     run({[] { send("PD;PA0,0,100,100;"); }, zoom,
          [] {
              send("PD;PA0,0,100,100;");
-             EXPECT_EQ(HPGLgetListCount(TheZoom->ZoomStack), 1u);
+             EXPECT_EQ(HPGLgetListCount(TheShell.zoom->ZoomStack), 1u);
          }});
 }
 
@@ -260,7 +260,7 @@ TEST_F(Channel, ANamedFileNamesNoOther) {
     EXPECT_EQ(recordsOf({{BEGIN, "HPGL_FILEa.plt"}, {END, ""}, {END, ""}}), INSP);  // nor later
     run({[] {
         send("HPGL_FILEa.plt");
-        EXPECT_STREQ(TheParser->global->fileName, "b.plt");
+        EXPECT_STREQ(TheShell.parser->global->fileName, "b.plt");
     }});
 }
 
@@ -309,7 +309,7 @@ TEST_F(Channel, SaysWhatItCannotOpen) {
         run({[&] {
             trace = traceOf(1, [&] { send(std::string("HPGL_FILE").append(name)); });
             EXPECT_EQ(extents(), "1073741823 1073741823 -1073741823 -1073741823");
-            EXPECT_NE(TheZoom, nullptr);
+            EXPECT_NE(TheShell.zoom, nullptr);
         }});
         EXPECT_EQ(trace, "HPGL readFromFile: problems open " + std::string(name) + "\n");
     }
@@ -359,10 +359,10 @@ TEST_F(Channel, SaysThatItLacksMemoryForTheFile) {
 TEST_F(Channel, ReadingAnswersWhetherItWorked) {
     folder.write("a.plt", "IN;SP1;");
     parseText("");
-    EXPECT_EQ(readFromFile(TheParser, "a.plt"), 1);
-    EXPECT_EQ(readFromFile(TheParser, "missing.plt"), 0);
+    EXPECT_EQ(readFromFile(TheShell.parser, "a.plt"), 1);
+    EXPECT_EQ(readFromFile(TheShell.parser, "missing.plt"), 0);
     failing_allocator::failSize(8193);
-    EXPECT_EQ(readFromFile(TheParser, "a.plt"), 0);
+    EXPECT_EQ(readFromFile(TheShell.parser, "a.plt"), 0);
     closeTolk();  // the file that was read last stays open until then
 }
 

@@ -1,6 +1,7 @@
 // The main window's messages and the menu's actions on the picture.
 #include "main_window.h"
 
+#include "drawing_window.h"
 #include "list.h"
 #include "viewer_run.h"
 
@@ -14,7 +15,7 @@ class MainWindow : public PictureRun {};
 
 TEST_F(MainWindow, PaintsTheDrawingChild) {
     withPicture([] {
-        const std::string calls = callsOf([] { paint(TheDisplay.Window); });
+        const std::string calls = callsOf([] { paint(TheShell.display.Window); });
         EXPECT_TRUE(calls.starts_with("OUTreset\n")) << calls;
         EXPECT_TRUE(
             calls.ends_with("OUTlinecolour 1\nOUTfillcolour 1\nOUTline 2 2 2 2\nOUTline 2 2 498 498\nOUTendpaint\n"))
@@ -24,29 +25,29 @@ TEST_F(MainWindow, PaintsTheDrawingChild) {
 
 TEST_F(MainWindow, PaintsNothingElse) {
     withPicture([] {
-        EXPECT_EQ(callsOf([] { paint(TheDisplay.MainObject); }), "");
+        EXPECT_EQ(callsOf([] { paint(TheShell.object); }), "");
         EXPECT_EQ(callsOf([] { paint(0); }), "");
     });
 }
 
 TEST_F(MainWindow, PaintsNothingBeforeTheFirstPicture) {
     run({[] {
-        EXPECT_EQ(callsOf([] { paint(TheDisplay.Window); }), "");
+        EXPECT_EQ(callsOf([] { paint(TheShell.display.Window); }), "");
         recorder::sendChunk("PD1,1;", WD_CHUNK_BEGIN);
-        EXPECT_EQ(callsOf([] { paint(TheDisplay.Window); }), "");
+        EXPECT_EQ(callsOf([] { paint(TheShell.display.Window); }), "");
     }});
 }
 
 TEST_F(MainWindow, TracesPaints) {
     withPicture([] {
-        const std::string trace = traceOf(3, [] { paint(TheDisplay.Window); });
+        const std::string trace = traceOf(3, [] { paint(TheShell.display.Window); });
         EXPECT_TRUE(trace.starts_with("HPGL-KWMsize: InitialDataLoaded: 1\nHPGL-KWMpaint\n")) << trace;
         EXPECT_EQ(traceOf(3, [] { paint(0); }), "HPGL-KWMsize: InitialDataLoaded: 1\n");
-        EXPECT_EQ(traceOf(2, [] { paint(TheDisplay.Window); }), "");
+        EXPECT_EQ(traceOf(2, [] { paint(TheShell.display.Window); }), "");
     });
     run({[] {
-        InitialDataLoaded = false;
-        EXPECT_EQ(traceOf(3, [] { paint(TheDisplay.Window); }), "HPGL-KWMsize: InitialDataLoaded: 0\n");
+        TheShell.InitialDataLoaded = false;
+        EXPECT_EQ(traceOf(3, [] { paint(TheShell.display.Window); }), "HPGL-KWMsize: InitialDataLoaded: 0\n");
     }});
 }
 
@@ -54,29 +55,30 @@ TEST_F(MainWindow, RefitsOnSize) {
     withPicture([] {
         script.width = 804;
         script.height = 604;
-        recorder::deliver(TheDisplay.MainObject, W_MSG_SIZE);
-        EXPECT_EQ(TheDisplay.DSizeX, 800);
-        EXPECT_EQ(TheDisplay.DSize, 600);
+        recorder::deliver(TheShell.object, W_MSG_SIZE);
+        EXPECT_EQ(TheShell.display.DSizeX, 800);
+        EXPECT_EQ(TheShell.display.DSize, 600);
     });
 }
 
 TEST_F(MainWindow, TakesSizesBeforeTheFirstPicture) {
     run({[] {
-        recorder::deliver(TheDisplay.MainObject, W_MSG_SIZE);
-        EXPECT_EQ(TheDisplay.DSizeX, 496);
+        recorder::deliver(TheShell.object, W_MSG_SIZE);
+        EXPECT_EQ(TheShell.display.DSizeX, 496);
     }});
 }
 
 TEST_F(MainWindow, IgnoresOtherMessages) {
     withPicture([] {
         for (const uint32_t message : {0U, 3U, 4U, 6U, 8U, 99U}) {
-            EXPECT_EQ(callsOf([&] { recorder::deliver(TheDisplay.Window, message, 4, 9); }), "") << message;
+            EXPECT_EQ(callsOf([&] { recorder::deliver(TheShell.display.Window, message, 4, 9); }), "") << message;
         }
     });
 }
 
 TEST_F(MainWindow, ClearsItsBackground) {
-    withPicture([] { EXPECT_EQ(callsOf([] { EXPECT_EQ(HPGLpaintBackground(TheDisplay.Window), 1); }), background()); });
+    withPicture(
+        [] { EXPECT_EQ(callsOf([] { EXPECT_EQ(HPGLpaintBackground(TheShell.display.Window), 1); }), background()); });
 }
 
 // ---- mouse ----------------------------------------------------------------------------------------------------------
@@ -87,8 +89,8 @@ TEST_F(MainWindow, ZoomsAndRepaints) {
         const std::string calls = callsOf([] { mouse(1, 396, 296); });
         EXPECT_TRUE(calls.ends_with(background())) << calls;
         EXPECT_EQ(view(), "960 960 3960 2960");
-        EXPECT_EQ(TheDisplay.MaxX, 3960);
-        EXPECT_EQ(TheDisplay.USize, 3000);
+        EXPECT_EQ(TheShell.display.MaxX, 3960);
+        EXPECT_EQ(TheShell.display.USize, 3000);
     });
 }
 
@@ -131,8 +133,8 @@ TEST_F(MainWindow, GoesBackToTheCompletePicture) {
         zoom();
         EXPECT_EQ(callsOf([] { action(4, 9); }), background());
         EXPECT_EQ(view(), "0 0 4960 4960");
-        EXPECT_EQ(TheDisplay.USize, 4960);
-        EXPECT_EQ(TheDisplay.MaxX, 4960);
+        EXPECT_EQ(TheShell.display.USize, 4960);
+        EXPECT_EQ(TheShell.display.MaxX, 4960);
     });
 }
 
@@ -143,11 +145,11 @@ TEST_F(MainWindow, GoesBackToTheLastZoom) {
         zoom();
         EXPECT_EQ(callsOf([] { action(3, 10); }), background());
         EXPECT_EQ(view(), first);
-        EXPECT_EQ(TheDisplay.USize, 3000);
+        EXPECT_EQ(TheShell.display.USize, 3000);
         action(2, 10);
         action(4, 10);
         EXPECT_EQ(view(), "0 0 4960 4960");
-        EXPECT_EQ(TheDisplay.USize, 4960);
+        EXPECT_EQ(TheShell.display.USize, 4960);
     });
 }
 
@@ -156,15 +158,15 @@ TEST_F(MainWindow, TurnsThePicture) {
          [] {
              zoom();
              const std::string calls = callsOf([] { action(4, 11); });
-             EXPECT_EQ(RotationSign, -1);
+             EXPECT_EQ(TheShell.RotationSign, -1);
              EXPECT_EQ(view(), "-4960 -2480 0 0");
-             EXPECT_EQ(HPGLgetListCount(TheZoom->ZoomStack), 1u);
-             EXPECT_EQ(TheDisplay.MaxX, 0);
+             EXPECT_EQ(HPGLgetListCount(TheShell.zoom->ZoomStack), 1u);
+             EXPECT_EQ(TheShell.display.MaxX, 0);
              EXPECT_EQ(namesAmong("WCLRcreate\nOUTsetbackground\nWquerywinsize\nWsetwinpos\nOUTboxr2\nOUTstdcreate\n"),
                        "WCLRcreate\nOUTsetbackground\nWquerywinsize\nWsetwinpos\nOUTboxr2\n");
              EXPECT_TRUE(calls.ends_with(background()));
              action(4, 11);
-             EXPECT_EQ(RotationSign, 1);
+             EXPECT_EQ(TheShell.RotationSign, 1);
              EXPECT_EQ(view(), "0 0 4960 2480");
          }});
 }

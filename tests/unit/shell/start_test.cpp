@@ -294,15 +294,15 @@ TEST_F(Life, GivesThePictureBackLast) {
     run({[] { send("PD1,1;"); }});
     const std::string names = namesAmong("Wdestroyobject\nWCLRdestroy\nWterminate\n");
     EXPECT_EQ(names, "Wdestroyobject\nWCLRdestroy\nWterminate\n");
-    EXPECT_EQ(TheParser, nullptr);
-    EXPECT_EQ(TheZoom, nullptr);
+    EXPECT_EQ(TheShell.parser, nullptr);
+    EXPECT_EQ(TheShell.zoom, nullptr);
 }
 
 TEST_F(Life, SetsTheLimitsFirst) {
     script.platformId = 1;
     run({[] {
-        EXPECT_EQ(CoordMax, 32767);
-        EXPECT_EQ(CoordMin, -32768);
+        EXPECT_EQ(TheShell.display.CoordMax, 32767);
+        EXPECT_EQ(TheShell.display.CoordMin, -32768);
     }});
     EXPECT_TRUE(namesAmong("GetVersionExA\nGetModuleHandleA\n").starts_with("GetVersionExA\nGetModuleHandleA\n"));
 }
@@ -496,14 +496,16 @@ class Texts : public testing::Test {
   protected:
     // By position: title, action bar, help line, load panel.
     std::vector<std::string> load() {
-        HPGLloadTexts(1, buffer_.data());
-        std::vector<std::string> texts(TheTexts.title, TheTexts.title + HPGL_TITLE_TEXTS);
-        texts.insert(texts.end(), TheTexts.actionBar, TheTexts.actionBar + HPGL_ACTION_BAR_TEXTS);
-        texts.insert(texts.end(), TheTexts.helpLine, TheTexts.helpLine + HPGL_HELP_LINE_TEXTS);
-        texts.insert(texts.end(), TheTexts.loadPanel, TheTexts.loadPanel + HPGL_LOAD_PANEL_TEXTS);
+        HPGLloadTexts(1, buffer_.data(), &loaded);
+        std::vector<std::string> texts(loaded.title, loaded.title + HPGL_TITLE_TEXTS);
+        texts.insert(texts.end(), loaded.actionBar, loaded.actionBar + HPGL_ACTION_BAR_TEXTS);
+        texts.insert(texts.end(), loaded.helpLine, loaded.helpLine + HPGL_HELP_LINE_TEXTS);
+        texts.insert(texts.end(), loaded.loadPanel, loaded.loadPanel + HPGL_LOAD_PANEL_TEXTS);
         return texts;
     }
     static std::vector<std::string> defaults() { return {std::begin(DEFAULTS), std::end(DEFAULTS)}; }
+
+    HPGLTexts loaded;
 
   private:
     FreshViewer viewer_;
@@ -512,9 +514,9 @@ class Texts : public testing::Test {
 
 TEST_F(Texts, HaveDefaults) {
     EXPECT_EQ(load(), defaults());
-    EXPECT_EQ(TheTexts.actionBar - TheTexts.title, 1);
-    EXPECT_EQ(TheTexts.helpLine - TheTexts.actionBar, 18);
-    EXPECT_EQ(TheTexts.loadPanel - TheTexts.helpLine, 5);
+    EXPECT_EQ(loaded.actionBar - loaded.title, 1);
+    EXPECT_EQ(loaded.helpLine - loaded.actionBar, 18);
+    EXPECT_EQ(loaded.loadPanel - loaded.helpLine, 5);
 }
 
 TEST_F(Texts, AreReplacedOneByOne) {
@@ -556,9 +558,9 @@ TEST_F(Texts, AreDefaultsWithoutALanguageFile) {
 TEST_F(Texts, AreNotLoadedWithoutABuffer) {
     script.quiet = true;
     script.failing = {"Wfatalerror"};
-    HPGLloadTexts(1, nullptr);
+    HPGLloadTexts(1, nullptr, &loaded);
     EXPECT_EQ(recorder::calls, "Wfatalerror 1 \"Kein Speicher fuer Textbuffer vorhanden\\n\"\n");
-    EXPECT_STREQ(TheTexts.title[25], "Load data from TOLK/4 program");
+    EXPECT_STREQ(loaded.title[25], "Load data from TOLK/4 program");
 }
 
 }  // namespace

@@ -6,16 +6,16 @@
 #include <fstream>
 #include <sstream>
 
-#include "display.h"
+#include "data_channel.h"
+#include "drawing_window.h"
 #include "hpgldump_sections.h"
 #include "interpreter.h"
+#include "picture_setup.h"
 #include "primitives.h"
 #include "recorder.h"
-#include "scaling.h"
-#include "setup_pass.h"
+#include "shell_state.h"
 #include "trace.h"
 #include "trace_slots.h"
-#include "zoom.h"
 
 namespace {
 
@@ -35,20 +35,18 @@ std::string printed(Print print) {
 }
 
 void forgetPicture() {
-    HPGLdestroyParser(TheParser);
-    TheParser = nullptr;
-    if (TheZoom != nullptr) HPGLdestroyZoom(TheZoom);
-    TheZoom = nullptr;
+    HPGLdestroyParser(TheShell.parser);
+    TheShell.parser = nullptr;
+    if (TheShell.zoom != nullptr) HPGLdestroyZoom(TheShell.zoom);
+    TheShell.zoom = nullptr;
 }
 
 void forgetViewer() {
     forgetPicture();
-    HPGLfreeDeviceArrays(&TheDisplay);
-    std::free(TheDisplay.Palette);
-    TheDisplay = {};
-    RotationSign = 1;
-    CoordMax = INT32_MAX;
-    CoordMin = INT32_MIN;
+    closeTolk();  // and the file that was read last
+    HPGLfreeDeviceArrays(&TheShell.display);
+    std::free(TheShell.display.Palette);
+    TheShell = {};
     TRCForgetEverything();
     recorder::reset();
 }
@@ -56,18 +54,18 @@ void forgetViewer() {
 template <class Use>
 void forEachBlock(Use use) {
     void* data = nullptr;
-    if (!HPGLgotoFirst(TheParser->blocks)) return;
-    for (bool more = HPGLgetActualListData(TheParser->blocks, &data, nullptr, nullptr); more;
-         more = HPGLgetNextListData(TheParser->blocks, &data, nullptr, nullptr)) {
+    if (!HPGLgotoFirst(TheShell.parser->blocks)) return;
+    for (bool more = HPGLgetActualListData(TheShell.parser->blocks, &data, nullptr, nullptr); more;
+         more = HPGLgetNextListData(TheShell.parser->blocks, &data, nullptr, nullptr)) {
         use(*static_cast<const CBlock*>(data));
     }
 }
 
 // A device pixel is a plotter unit, and (0, 0) the same point on both sides.
 void mapPlainly() {
-    TheDisplay.DSize = TheDisplay.USize = 1;
-    TheDisplay.MaxX = TheDisplay.MaxY = 0;
-    TheDisplay.DSizeX = TheDisplay.DSizeY = -HPGL_MAPPING_OFFSET;
+    TheShell.display.DSize = TheShell.display.USize = 1;
+    TheShell.display.MaxX = TheShell.display.MaxY = 0;
+    TheShell.display.DSizeX = TheShell.display.DSizeY = -HPGL_MAPPING_OFFSET;
 }
 
 std::string readBytes(const std::string& name) {
@@ -81,10 +79,10 @@ std::string readBytes(const std::string& name) {
 
 FreshViewer::FreshViewer() {
     forgetViewer();
-    TheDisplay.Window = DRAWING_CHILD;
-    TheDisplay.MainObject = MAIN_OBJECT;
-    TheDisplay.FontOwner = MAIN_OBJECT;
-    TheDisplay.Application = 1;
+    TheShell.display.Window = DRAWING_CHILD;
+    TheShell.object = MAIN_OBJECT;
+    TheShell.display.FontOwner = MAIN_OBJECT;
+    TheShell.display.Application = 1;
 }
 
 FreshViewer::~FreshViewer() {
@@ -116,10 +114,10 @@ std::string TraceCapture::text() const {
 
 int parseChunks(const std::vector<std::string_view>& chunks) {
     forgetPicture();
-    TheParser = HPGLinitParser();
+    TheShell.parser = HPGLinitParser();
     int result = 0;
     for (const std::string_view chunk : chunks) {
-        result = HPGLparseCode(TheParser, chunk.data(), static_cast<int64_t>(chunk.size()));
+        result = HPGLparseCode(TheShell.parser, chunk.data(), static_cast<int64_t>(chunk.size()));
     }
     return result;
 }
@@ -157,12 +155,12 @@ std::string drawingCalls(std::string_view text, int width, int height, int rotat
     parseText(text);
     recorder::script.width = width;
     recorder::script.height = height;
-    HPGLsetupPicture(TheParser, &TheDisplay, rotationSign);
-    const HPGLGlobal& global = *TheParser->global;
-    HPGLqueryDeviceSize(&TheDisplay, &TheDisplay.DSizeX, &TheDisplay.DSizeY);
-    HPGLsetScaling(&TheDisplay, global.MinX, global.MinY, global.MaxX, global.MaxY);
+    HPGLsetupPicture(TheShell.parser, &TheShell.display, rotationSign);
+    const HPGLGlobal& global = *TheShell.parser->global;
+    HPGLqueryDeviceSize(&TheShell.display, &TheShell.display.DSizeX, &TheShell.display.DSizeY);
+    HPGLsetScaling(&TheShell.display, global.MinX, global.MinY, global.MaxX, global.MaxY);
     recorder::drawingSink = [&](std::string_view line) { calls += line; };
-    HPGLinterpretCompactCode(TheParser, &TheDisplay, rotationSign);
+    HPGLinterpretCompactCode(TheShell.parser, &TheShell.display, rotationSign);
     recorder::drawingSink = nullptr;
     return calls;
 }
@@ -176,9 +174,9 @@ std::string codeOf(std::string_view text) {
 
 void setBlocks(const std::vector<std::string>& blocks) {
     forgetPicture();
-    TheParser = HPGLinitParser();
+    TheShell.parser = HPGLinitParser();
     for (const std::string& bytes : blocks) {
-        CBlock* block = GetNewCBlock(TheParser->blocks);
+        CBlock* block = GetNewCBlock(TheShell.parser->blocks);
         bytes.copy(reinterpret_cast<char*>(block->Data), bytes.size());
         HPGLCBlockAdvance(block, static_cast<int32_t>(bytes.size()));
         HPGLCBlockClearCommand(block);
@@ -190,10 +188,10 @@ std::string plainPass(int rotationSign) {
     std::string calls;
     mapPlainly();
     for (int32_t pen = 0; pen < HPGL_PENS; ++pen) {
-        TheParser->PStatus[pen].paletteIndex = pen;
+        TheShell.parser->PStatus[pen].paletteIndex = pen;
     }
     recorder::drawingSink = [&](std::string_view line) { calls += line; };
-    HPGLinterpretCompactCode(TheParser, &TheDisplay, rotationSign);
+    HPGLinterpretCompactCode(TheShell.parser, &TheShell.display, rotationSign);
     recorder::drawingSink = nullptr;
     return calls.starts_with(FIRST) ? calls.substr(FIRST.size()) : "no first colour: " + calls;
 }

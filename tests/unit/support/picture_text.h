@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-// The whole viewer in one process: recorder, trace, display record, parser and zoom stack as after a fresh start, with
+// The whole viewer in one process: recorder, trace and shell state as after a fresh start, with
 // windows and devices made up (drawing child 7, main object 5), so that folders can be called without the shell.
 class FreshViewer {
   public:
@@ -33,11 +33,11 @@ class TraceCapture {
     std::size_t headerSize_ = 0;
 };
 
-// Parses into TheParser (a new one) in the given chunks; answers the result of the last call.
+// Parses into TheShell.parser (a new one) in the given chunks; answers the result of the last call.
 int parseChunks(const std::vector<std::string_view>& chunks);
 int parseText(std::string_view text);
 
-// hpgldump's sections, of TheParser.
+// hpgldump's sections, of TheShell.parser.
 std::string recordsText();
 std::string hexText();
 std::string pictureText();
@@ -53,11 +53,11 @@ std::string drawingCalls(std::string_view text, int width = 500, int height = 50
 // The compact code of a text, every block behind the other.
 std::string codeOf(std::string_view text);
 
-// A picture of hand-written blocks in TheParser, as if a text had become them.
+// A picture of hand-written blocks in TheShell.parser, as if a text had become them.
 void setBlocks(const std::vector<std::string>& blocks);
 
-// The output calls of one drawing pass over TheParser, or over a text, without set-up pass: one pixel a plotter unit,
-// each pen's colour its number. The two calls that set pen 1's colour first are left out.
+// The output calls of one drawing pass over TheShell.parser, or over a text, without set-up pass: one pixel a plotter
+// unit, each pen's colour its number. The two calls that set pen 1's colour first are left out.
 std::string plainPass(int rotationSign = 1);
 std::string plainCalls(std::string_view text, int rotationSign = 1);
 

@@ -9,14 +9,12 @@
 #include <string>
 #include <vector>
 
-#include "display.h"
 #include "failing_allocator.h"
 #include "picture_text.h"
 #include "recorder.h"
 #include "scratch_folder.h"
 #include "shell_state.h"
 #include "winmain.h"
-#include "zoom.h"
 
 using Turn = std::function<void()>;
 
@@ -24,8 +22,6 @@ class ViewerRun : public testing::Test {
   protected:
     ViewerRun() {
         TheShell = {};
-        InitialDataLoaded = false;
-        TheDisplay = {};
         recorder::script.quiet = true;
     }
 
@@ -40,13 +36,11 @@ class ViewerRun : public testing::Test {
         recorder::sendChunk(text, WD_CHUNK_BEGIN);
         recorder::sendChunk({}, WD_CHUNK_END);
     }
-    static void action(uint32_t kind, uint32_t item) {
-        recorder::deliver(TheDisplay.MainObject, W_MSG_ACTION, kind, item);
-    }
+    static void action(uint32_t kind, uint32_t item) { recorder::deliver(TheShell.object, W_MSG_ACTION, kind, item); }
     static void mouse(uint32_t button, int32_t x, int32_t y) {
         recorder::script.mouseX = x;
         recorder::script.mouseY = y;
-        recorder::deliver(TheDisplay.MainObject, W_MSG_MOUSE, button);
+        recorder::deliver(TheShell.object, W_MSG_MOUSE, button);
     }
     static void zoom() {
         mouse(0, 96, 96);
@@ -98,13 +92,13 @@ class PictureRun : public ViewerRun {
     // The rectangle shown.
     static std::string view() {
         ZoomRect rect = {};
-        HPGLgetZoomRect(TheZoom, &rect.MinX, &rect.MinY, &rect.MaxX, &rect.MaxY);
+        HPGLgetZoomRect(TheShell.zoom, &rect.MinX, &rect.MinY, &rect.MaxX, &rect.MaxY);
         return std::to_string(rect.MinX) + ' ' + std::to_string(rect.MinY) + ' ' + std::to_string(rect.MaxX) + ' ' +
                std::to_string(rect.MaxY);
     }
     static void paint(WHandle object) { recorder::deliver(object, W_MSG_PAINT); }
     static std::string paintCalls() {
-        return withoutFonts(callsOf([] { paint(TheDisplay.Window); }));
+        return withoutFonts(callsOf([] { paint(TheShell.display.Window); }));
     }
     // Every pass looks for fonts, with a new handle each time.
     static std::string withoutFonts(const std::string& calls) {
@@ -113,6 +107,6 @@ class PictureRun : public ViewerRun {
     // What clearing the drawing child calls.
     static std::string background() {
         return "OUTquerysize\nOUTreset\nOUTfillcolour 0\nOUTboxr2 0 0 500 500\nWupdate " +
-               std::to_string(TheDisplay.Window) + " 1\n";
+               std::to_string(TheShell.display.Window) + " 1\n";
     }
 };

@@ -1,11 +1,13 @@
-// The set-up pass: pens, colour table and output device.
+// The set-up of a picture: pens, colour table and output device.
+#include "picture_setup.h"
+
 #include <algorithm>
 
 #include "failing_allocator.h"
 #include "picture_text.h"
 #include "recorder.h"
 #include "rows.h"
-#include "setup_pass.h"
+#include "shell_state.h"
 
 namespace {
 
@@ -14,7 +16,7 @@ using recorder::calls;
 void setUp(const char* text) {
     parseText(text);
     calls.clear();
-    HPGLsetupPicture(TheParser, &TheDisplay, 1);
+    HPGLsetupPicture(TheShell.parser, &TheShell.display, 1);
 }
 
 // The calls of one kind.
@@ -26,7 +28,7 @@ std::string callOf(const std::string& operation) {
 std::string usedPens() {
     std::string pens;
     for (int32_t i = 0; i < HPGL_PENS; ++i) {
-        if (TheParser->PStatus[i].used == 0) continue;
+        if (TheShell.parser->PStatus[i].used == 0) continue;
         if (!pens.empty()) pens += ' ';
         pens += std::to_string(i);
     }
@@ -72,7 +74,7 @@ TEST_P(Pens, AreMarked) {
 TEST_P(Pens, OutOfRangeWarnOnce) {
     const FreshViewer viewer;
     parseText(GetParam().text);
-    const std::string text = traceOf(1, [] { HPGLsetupPicture(TheParser, &TheDisplay, 1); });
+    const std::string text = traceOf(1, [] { HPGLsetupPicture(TheShell.parser, &TheShell.display, 1); });
     EXPECT_EQ(text.starts_with("WARNING-HPGLsetupPicture"), GetParam().warns) << text;
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), GetParam().warns ? 1 : 0) << text;
 }
@@ -88,9 +90,9 @@ class Colours : public testing::Test {
     // A pen table without the two pens that are always there.
     static void setUpWithoutFirstPens(const char* text) {
         parseText(text);
-        TheParser->PStatus[0].used = TheParser->PStatus[1].used = 0;
+        TheShell.parser->PStatus[0].used = TheShell.parser->PStatus[1].used = 0;
         calls.clear();
-        HPGLsetupPicture(TheParser, &TheDisplay, 1);
+        HPGLsetupPicture(TheShell.parser, &TheShell.display, 1);
     }
     FreshViewer viewer;
 };
@@ -98,35 +100,35 @@ class Colours : public testing::Test {
 TEST_F(Colours, BeginWithBackgroundAndFirstPen) {
     setUp("PD1,1;");
     EXPECT_EQ(callOf("WCLRcreate"), "WCLRcreate 1 3 255 255 255 0 0 0 0 255 0");
-    EXPECT_EQ(TheDisplay.ColourCount, 2);
-    EXPECT_EQ(TheDisplay.RubberColour, 2);
-    EXPECT_EQ(TheDisplay.ColourTable, recorder::handleOf("WCLRcreate"));
-    EXPECT_EQ(TheParser->PStatus[0].paletteIndex, 0);
-    EXPECT_EQ(TheParser->PStatus[1].paletteIndex, 1);
+    EXPECT_EQ(TheShell.display.ColourCount, 2);
+    EXPECT_EQ(TheShell.display.RubberColour, 2);
+    EXPECT_EQ(TheShell.display.ColourTable, recorder::handleOf("WCLRcreate"));
+    EXPECT_EQ(TheShell.parser->PStatus[0].paletteIndex, 0);
+    EXPECT_EQ(TheShell.parser->PStatus[1].paletteIndex, 1);
 }
 
 TEST_F(Colours, FollowInPenOrder) {
     setUp("PC9,10,20,30;SP6;SP2;");
     EXPECT_EQ(callOf("WCLRcreate"), "WCLRcreate 1 6 255 255 255 0 0 0 0 0 255 255 0 0 10 20 30 0 255 0");
-    EXPECT_EQ(TheParser->PStatus[2].paletteIndex, 2);
-    EXPECT_EQ(TheParser->PStatus[6].paletteIndex, 3);
-    EXPECT_EQ(TheParser->PStatus[9].paletteIndex, 4);
-    EXPECT_EQ(TheDisplay.RubberColour, 5);
+    EXPECT_EQ(TheShell.parser->PStatus[2].paletteIndex, 2);
+    EXPECT_EQ(TheShell.parser->PStatus[6].paletteIndex, 3);
+    EXPECT_EQ(TheShell.parser->PStatus[9].paletteIndex, 4);
+    EXPECT_EQ(TheShell.display.RubberColour, 5);
 }
 
 TEST_F(Colours, LoneOneGetsBlackBesideIt) {
     setUpWithoutFirstPens("PC3,10,20,30;SP3;");
     EXPECT_EQ(callOf("WCLRcreate"), "WCLRcreate 1 3 10 20 30 0 0 0 0 255 0");
-    EXPECT_EQ(TheDisplay.ColourCount, 2);
-    EXPECT_EQ(TheParser->PStatus[3].paletteIndex, 0);
-    EXPECT_EQ(TheParser->PStatus[254].paletteIndex, 1);
+    EXPECT_EQ(TheShell.display.ColourCount, 2);
+    EXPECT_EQ(TheShell.parser->PStatus[3].paletteIndex, 0);
+    EXPECT_EQ(TheShell.parser->PStatus[254].paletteIndex, 1);
 }
 
 TEST_F(Colours, NoneLeaveTheClosingOne) {
     setUpWithoutFirstPens("PD1,1;");
     EXPECT_EQ(callOf("WCLRcreate"), "WCLRcreate 1 1 0 255 0");
-    EXPECT_EQ(TheDisplay.ColourCount, 0);
-    EXPECT_EQ(TheDisplay.RubberColour, 0);
+    EXPECT_EQ(TheShell.display.ColourCount, 0);
+    EXPECT_EQ(TheShell.display.RubberColour, 0);
 }
 
 TEST_F(Colours, EndAfterSixtyFour) {
@@ -137,17 +139,17 @@ TEST_F(Colours, EndAfterSixtyFour) {
     setUp(text.c_str());
     EXPECT_TRUE(callOf("WCLRcreate").starts_with("WCLRcreate 1 65 255 255 255 ")) << callOf("WCLRcreate");
     EXPECT_TRUE(callOf("WCLRcreate").ends_with(" 0 255 0"));
-    EXPECT_EQ(TheDisplay.ColourCount, 64);
-    EXPECT_EQ(TheDisplay.RubberColour, 64);
-    EXPECT_EQ(TheParser->PStatus[63].paletteIndex, 63);
-    EXPECT_EQ(TheParser->PStatus[64].paletteIndex, 0);
+    EXPECT_EQ(TheShell.display.ColourCount, 64);
+    EXPECT_EQ(TheShell.display.RubberColour, 64);
+    EXPECT_EQ(TheShell.parser->PStatus[63].paletteIndex, 63);
+    EXPECT_EQ(TheShell.parser->PStatus[64].paletteIndex, 0);
 }
 
 TEST_F(Colours, KeepTheirLowByte) {
     setUp("PC3,300,-1,65535;");
-    EXPECT_EQ(TheParser->PStatus[3].red, 300);
-    EXPECT_EQ(TheParser->PStatus[3].green, -1);
-    EXPECT_EQ(TheParser->PStatus[3].blue, -1);
+    EXPECT_EQ(TheShell.parser->PStatus[3].red, 300);
+    EXPECT_EQ(TheShell.parser->PStatus[3].green, -1);
+    EXPECT_EQ(TheShell.parser->PStatus[3].blue, -1);
     EXPECT_EQ(callOf("WCLRcreate"), "WCLRcreate 1 4 255 255 255 0 0 0 44 255 255 0 255 0");
 }
 
@@ -155,7 +157,7 @@ TEST_F(Colours, LackMemory) {
     parseText("PD1,1;");
     calls.clear();
     failing_allocator::failSize(1024);
-    EXPECT_EQ(HPGLsetupPicture(TheParser, &TheDisplay, 1), 1);
+    EXPECT_EQ(HPGLsetupPicture(TheShell.parser, &TheShell.display, 1), 1);
     EXPECT_EQ(callOf("WCLRcreate"), "");
     EXPECT_EQ(calls, "OUTstdcreate 7 5 64 0 0\nOUTsetbackground 0\nWsetfocus 7\n");
 }
@@ -164,17 +166,17 @@ TEST_F(Colours, LackMemory) {
 
 TEST_F(Colours, FirstPictureMakesTheDevice) {
     setUp("PD1,1;");
-    const std::string table = std::to_string(TheDisplay.ColourTable);
+    const std::string table = std::to_string(TheShell.display.ColourTable);
     EXPECT_EQ(calls,
               "WCLRcreate 1 3 255 255 255 0 0 0 0 255 0\n"
               "OUTstdcreate 7 5 64 0 " +
                   table + "\nOUTsetbackground 0\nWsetfocus 7\n");
-    EXPECT_TRUE(TheDisplay.DeviceExists);
+    EXPECT_TRUE(TheShell.display.DeviceExists);
 }
 
 TEST_F(Colours, LaterPicturesResetTheDevice) {
     setUp("PD1,1;");
-    HPGLreleaseColours(&TheDisplay);
+    HPGLreleaseColours(&TheShell.display);
     setUp("PD2,2;");
     EXPECT_EQ(calls,
               "WCLRcreate 1 3 255 255 255 0 0 0 0 255 0\n"
