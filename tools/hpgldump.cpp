@@ -23,10 +23,6 @@ namespace {
 
 enum ExitStatus : int { EXIT_DUMPED = 0, EXIT_UNREADABLE = 1, EXIT_USAGE = 2 };
 
-constexpr uint32_t MENU_KIND = 4;
-constexpr uint32_t PRESS = 0;
-constexpr uint32_t RELEASE = 1;
-
 bool readFile(const std::string& name, std::string* bytes) {
     FILE* file = std::fopen(name.c_str(), "rb");
     if (file == nullptr) return false;
@@ -53,7 +49,7 @@ void sendPicture(std::string_view bytes, size_t chunk) {
 
 void rotate(int32_t times) {
     for (int32_t i = 0; i < times; ++i) {
-        recorder::deliver(TheShell.object, W_MSG_ACTION, MENU_KIND, HPGL_MENU_ROTATE);
+        recorder::deliver(TheShell.object, W_MSG_ACTION, W_ACTION_MENU, HPGL_MENU_ROTATE);
     }
 }
 
@@ -65,8 +61,8 @@ void mouse(int32_t x, int32_t y, uint32_t button) {
 
 void zoom(const std::vector<DumpZoom>& zooms) {
     for (const DumpZoom& drag : zooms) {
-        mouse(drag.x1, drag.y1, PRESS);
-        mouse(drag.x2, drag.y2, RELEASE);
+        mouse(drag.x1, drag.y1, W_MOUSE_PRESS);
+        mouse(drag.x2, drag.y2, W_MOUSE_RELEASE);
     }
 }
 

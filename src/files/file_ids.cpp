@@ -4,19 +4,27 @@
 
 namespace kelfiles {
 
-void FileIds::add(const std::string& file) {
-    struct stat about = {};
-    if (stat(file.c_str(), &about) == 0) ids_.emplace(about.st_dev, about.st_ino);
+namespace {
+
+FileId idOf(int result, const struct stat& about) {
+    return result == 0 ? FileId{about.st_dev, about.st_ino} : FileId{};
 }
 
-void FileIds::add(int descriptor) {
+}  // namespace
+
+FileId fileIdOf(int descriptor) {
     struct stat about = {};
-    if (fstat(descriptor, &about) == 0) ids_.emplace(about.st_dev, about.st_ino);
+    return idOf(fstat(descriptor, &about), about);
 }
 
-bool FileIds::hold(const std::string& file) const {
+FileId fileIdOf(const std::string& name) {
     struct stat about = {};
-    return stat(file.c_str(), &about) == 0 && ids_.contains({about.st_dev, about.st_ino});
+    return idOf(stat(name.c_str(), &about), about);
+}
+
+FileId fileIdOfItself(const std::string& name) {
+    struct stat about = {};
+    return idOf(lstat(name.c_str(), &about), about);
 }
 
 }  // namespace kelfiles

@@ -1,22 +1,37 @@
 // Which files these are, whatever their names: by device and inode.
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <set>
 #include <string>
-#include <utility>
 
 namespace kelfiles {
+
+struct FileId {
+    uint64_t device = 0;
+    uint64_t inode = 0;  // 0: of no file
+    auto operator<=>(const FileId&) const = default;
+};
+
+FileId fileIdOf(int descriptor);
+// What the name leads to; and what bears it, which may be a link.
+FileId fileIdOf(const std::string& name);
+FileId fileIdOfItself(const std::string& name);
 
 class FileIds {
   public:
     // A file that is not there adds nothing.
-    void add(const std::string& file);
-    void add(int descriptor);
-    bool hold(const std::string& file) const;
+    void add(const std::string& file) { add(fileIdOf(file)); }
+    void add(int descriptor) { add(fileIdOf(descriptor)); }
+    bool hold(const std::string& file) const { return ids_.contains(fileIdOf(file)); }
 
   private:
-    std::set<std::pair<uint64_t, uint64_t>> ids_;
+    void add(FileId id) {
+        if (id != FileId{}) ids_.insert(id);
+    }
+
+    std::set<FileId> ids_;
 };
 
 }  // namespace kelfiles

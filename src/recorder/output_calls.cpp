@@ -13,13 +13,6 @@ namespace {
 // Handles of the device's fonts count from here, far from those that operations answer.
 constexpr WHandle firstDeviceFont = 0x40000000;
 
-constexpr uint32_t fontCount = 2;    // OUTquery
-constexpr uint32_t fontHandles = 3;  // OUTquery
-constexpr uint32_t fontSize = 0;     // WFqueryfontval
-constexpr uint32_t allFonts = 5;     // WFqueryfontval, without a font
-
-constexpr uint32_t hostDestination = 3;  // OUTopendevice: the name is the data channel's handle
-
 const WHandle* handOutFonts() {
     world.deviceFonts.resize(script.fontSizes.size());
     std::iota(world.deviceFonts.begin(), world.deviceFonts.end(), firstDeviceFont);
@@ -61,7 +54,7 @@ int32_t OUTquerysize(WHandle, int32_t* width, int32_t* height) {
 }
 
 int32_t OUTopendevice(WHandle child, uint32_t destination, uint32_t format, const void* name) {
-    if (destination == hostDestination) {
+    if (destination == OUT_TO_HOST) {
         return note(__func__, child, destination, format, *static_cast<const WHandle*>(name));
     }
     return note(__func__, child, destination, format, static_cast<const char*>(name));
@@ -120,8 +113,8 @@ int32_t OUTchars_len(WHandle, int32_t x, int32_t y, int32_t length, const char* 
 
 uintptr_t OUTquery(WHandle, uint32_t kind) {
     if (!note(__func__, kind)) return 0;
-    if (kind == fontCount) return script.fontSizes.size();
-    return kind == fontHandles ? std::bit_cast<uintptr_t>(handOutFonts()) : 0;
+    if (kind == OUT_NUMBER_OF_FONTS) return script.fontSizes.size();
+    return kind == OUT_FONTS ? std::bit_cast<uintptr_t>(handOutFonts()) : 0;
 }
 
 WHandle WFcreate(WHandle owner, const char* description) {
@@ -134,6 +127,6 @@ WHandle WFcreate(WHandle owner, const char* description) {
 
 int32_t WFqueryfontval(WHandle font, uint32_t value) {
     if (!note(__func__, font, value)) return 0;
-    if (font == 0) return value == allFonts ? script.allFonts : 0;
-    return value == fontSize ? sizeOfDeviceFont(font) : 0;
+    if (font == 0) return value == WF_NUMBER_OF_FONTS ? script.allFonts : 0;
+    return value == WF_SIZE ? sizeOfDeviceFont(font) : 0;
 }

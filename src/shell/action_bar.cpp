@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr uint32_t ACTION_BAR_PART = 7;  // of the shell
-
 // In the order of the texts, which the toolkit fills in.
 // clang-format off
 ACTBARRow rows[] = {
@@ -39,8 +37,8 @@ static_assert(ROWS == HPGL_ACTION_BAR_TEXTS);
 }  // namespace
 
 WHandle HPGLcreateActionBar(WHandle shell, WHandle object) {
-    const WHandle bar = ACTBARcreate(SHLquerywid(shell, ACTION_BAR_PART), object, rows, ROWS);
-    ACTBARsetmp1(bar, 4, 3, 2, 0);
+    const WHandle bar = ACTBARcreate(SHLquerywid(shell, SHL_ACTION_BAR), object, rows, ROWS);
+    ACTBARsetmp1(bar, W_ACTION_MENU, W_ACTION_MENU_HELP, W_ACTION_MENU_SPARE, 0);
     ACTBARset(bar, object, TheShell.texts.actionBar);
     ACTBARreset(bar);
     return bar;

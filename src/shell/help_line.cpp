@@ -6,7 +6,6 @@
 
 namespace {
 
-constexpr uint32_t HELP_LINE_PART = 4;  // of the shell
 constexpr uint32_t FUNCTION_KEY = 2;
 constexpr int32_t BUTTONS = HPGL_HELP_LINE_TEXTS;
 
@@ -19,7 +18,7 @@ constexpr const char* ARGUMENTS[BUTTONS] = {"2", "3", "0", "4", "1"};  // of the
 }  // namespace
 
 WHandle HPGLcreateHelpLine(WHandle shell, WHandle object) {
-    const WHandle helpLine = HELPLcreate(shell, SHLquerywid(shell, HELP_LINE_PART), 0, 1);
+    const WHandle helpLine = HELPLcreate(shell, SHLquerywid(shell, SHL_HELP_LINE), 0, 1);
     HELPLinit(helpLine, 0, TheShell.texts.helpLine, KEYS, LINE, BUTTONS);
     HELPLset_buttons(helpLine, 0);
     HELPLmake_hlpl(helpLine, object, 0);

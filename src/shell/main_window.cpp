@@ -24,13 +24,13 @@ void paint(WHandle object) {
 
 int32_t zoomEvent(uint32_t button) {
     switch (button) {
-        case 0:
+        case W_MOUSE_PRESS:
             TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-KWMmouse: HPGL_BUTTON_DOWN\n");
             return HPGL_BUTTON_DOWN;
-        case 1:
+        case W_MOUSE_RELEASE:
             TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-KWMmouse: HPGL_BUTTON_UP\n");
             return HPGL_BUTTON_UP;
-        case 2:
+        case W_MOUSE_DRAG:
             TRCTrace(HPGLTraceHandle, TRC_DETAIL, "HPGL-KWMmouse: HPGL_BUTTON_DRAG\n");
             return HPGL_BUTTON_DRAG;
         default:
@@ -48,22 +48,21 @@ void mouse(uint32_t button) {
     HPGLpaintBackground(TheShell.display.Window);
 }
 
-// By the kind of the object that it comes from: help line, info panel, action bar, print set-up.
 void action(uint32_t kind, uint32_t parameter) {
     switch (kind) {
-        case 0:
+        case W_ACTION_HELP_LINE:
             HPGLuserAction(parameter);
             break;
-        case 1:
+        case W_ACTION_INFO:
             INFOdestroy(TheShell.info);
             HPGLuserAction(parameter);
             break;
-        case 2:
-        case 3:
-        case 4:
+        case W_ACTION_MENU_SPARE:
+        case W_ACTION_MENU_HELP:
+        case W_ACTION_MENU:
             HPGLmenuAction(kind, parameter);
             break;
-        case 5:
+        case W_ACTION_PRINT_SETUP:
             HPGLprintSetupAction(parameter);
             break;
         default:

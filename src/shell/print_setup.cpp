@@ -8,7 +8,6 @@
 
 namespace {
 
-constexpr uint32_t TO_HOST = 3;        // destination: back through the data channel
 constexpr uint32_t NAME_LENGTH = 127;  // characters of an output's name
 
 struct Choice {
@@ -43,14 +42,14 @@ void print() {
 
 void HPGLprintSetupAction(uint32_t notification) {
     switch (notification) {
-        case HPGL_PRINT_CANCELLED:
+        case PSSETUP_CANCELLED:
             PSSETUPhide(TheShell.printSetup);
             break;
-        case HPGL_PRINT_SETUP_GONE:
+        case PSSETUP_GONE:
             // Deliberate: the handle is kept, and a later "Print" uses it as it is.
             PSSETUPdestroy(TheShell.printSetup);
             break;
-        case HPGL_PRINT:
+        case PSSETUP_PRINT:
             print();
             break;
         default:
@@ -60,7 +59,7 @@ void HPGLprintSetupAction(uint32_t notification) {
 
 int32_t HPGLopenOutputDevice(WHandle child, uint32_t destination, uint32_t format, const char* name) {
     const void* where = name;
-    if (destination == TO_HOST) where = &TheShell.channel;
+    if (destination == OUT_TO_HOST) where = &TheShell.channel;
     OUTopendevice(child, destination, format, where);
     return 1;
 }

@@ -5,12 +5,6 @@
 
 #include "w.h"
 
-enum HPGLPrintNotification : uint32_t {
-    HPGL_PRINT_CANCELLED = 9,
-    HPGL_PRINT_SETUP_GONE = 10,
-    HPGL_PRINT = 11,
-};
-
 // Hides or destroys the panel, or prints the view with what the user has chosen in it.
 void HPGLprintSetupAction(uint32_t notification);
 

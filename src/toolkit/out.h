@@ -14,6 +14,9 @@ struct OUTPoint {
     int32_t y;
 };
 
+enum OUTDestination : uint32_t { OUT_TO_PRINTER = 1, OUT_TO_FILE = 2, OUT_TO_HOST = 3 };
+enum OUTQuery : uint32_t { OUT_NUMBER_OF_FONTS = 2, OUT_FONTS = 3 };
+
 extern "C" {
 
 // Makes the child's device. owner: the object that fonts belong to; colours: at most so many; flags 0.
@@ -61,12 +64,13 @@ int32_t OUTsettext(WHandle child, int32_t a, int32_t b, int32_t width, int32_t h
 // `length` characters of 8 bits with their baseline's start at (x, y); no terminator needed. flags 0.
 int32_t OUTchars_len(WHandle child, int32_t x, int32_t y, int32_t length, const char* text, uint32_t flags);
 
-// kind 2: the number of device fonts; kind 3: the address of an array of that many font handles (WHandle), or of all
-// fonts when kind 2 answers 0, or null when there are none. Owned by the device, valid until its next operation.
+// What an OUTQuery asks. OUT_FONTS answers the address of an array of so many font handles (WHandle), or of all fonts
+// when there are no device fonts, or null when there are none at all. Owned by the device, valid until its next
+// operation.
 uintptr_t OUTquery(WHandle child, uint32_t kind);
 
 // Makes a page the child's output (destination and format as PSSETUPtransDestAndFormatValues gives them, name the
-// file's; for destination 3 the address of the data-channel handle), until OUTclosedevice gives the surface back.
+// file's; for OUT_TO_HOST the address of the data-channel handle), until OUTclosedevice gives the surface back.
 int32_t OUTopendevice(WHandle child, uint32_t destination, uint32_t format, const void* name);
 int32_t OUTclosedevice(WHandle child);
 }

@@ -1,13 +1,19 @@
-// The W toolkit: the print set-up panel. Its action messages are of kind 5: 9 cancelled, 10 gone, 11 print.
+// The W toolkit: the print set-up panel.
 #pragma once
 
 #include <cstdint>
 
 #include "w.h"
 
-inline constexpr uint32_t PSSETUP_DESTINATION = 11;  // uint32_t; 3 is the host's data channel
-inline constexpr uint32_t PSSETUP_FORMAT = 12;       // uint32_t
-inline constexpr uint32_t PSSETUP_NAME = 23;         // text
+// Its action messages.
+enum PSSETUPNotification : uint32_t { PSSETUP_CANCELLED = 9, PSSETUP_GONE = 10, PSSETUP_PRINT = 11 };
+
+// Its values.
+enum PSSETUPValue : uint32_t {
+    PSSETUP_DESTINATION = 11,  // uint32_t, an OUTDestination once it is translated
+    PSSETUP_FORMAT = 12,       // uint32_t
+    PSSETUP_NAME = 23,         // text
+};
 
 extern "C" {
 

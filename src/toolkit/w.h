@@ -14,11 +14,25 @@ using WHandle = uint32_t;
 inline constexpr uint32_t W_VERSION = 0x00401000;
 
 // The toolkit's own messages, as a window procedure receives them (not the window system's ids).
-inline constexpr uint32_t W_MSG_SIZE = 1;   // no parameters
-inline constexpr uint32_t W_MSG_PAINT = 2;  // no parameters
-inline constexpr uint32_t W_MSG_MOUSE = 5;  // first: 0 press, 1 release, 2 drag of the left button
-inline constexpr uint32_t W_MSG_ACTION =
-    7;  // first: kind (0 help line, 1 info, 2 to 4 menu, 5 print set-up), second: its id
+enum WMessage : uint32_t {
+    W_MSG_SIZE = 1,    // no parameters
+    W_MSG_PAINT = 2,   // no parameters
+    W_MSG_MOUSE = 5,   // first: a WMouse
+    W_MSG_ACTION = 7,  // first: a WActionKind, second: the action's id
+};
+
+// Of the left button.
+enum WMouse : uint32_t { W_MOUSE_PRESS = 0, W_MOUSE_RELEASE = 1, W_MOUSE_DRAG = 2 };
+
+// What an action comes from. The bars are told theirs by the viewer.
+enum WActionKind : uint32_t {
+    W_ACTION_HELP_LINE = 0,
+    W_ACTION_INFO = 1,
+    W_ACTION_MENU_SPARE = 2,  // which no item has
+    W_ACTION_MENU_HELP = 3,   // an item of the help pull-down
+    W_ACTION_MENU = 4,        // any other item
+    W_ACTION_PRINT_SETUP = 5,
+};
 
 // A window procedure: object the message is for, message, first and second parameter.
 using WMsgProc = void (*)(WHandle object, uint32_t message, uint32_t first, uint32_t second);

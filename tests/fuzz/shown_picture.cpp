@@ -8,8 +8,6 @@
 
 namespace {
 
-constexpr uint32_t MENU_KIND = 4;
-
 void checkLine(std::string_view line) {
     require(line.starts_with("OUT"), "an output call is named");
     require(line.find('\n') == line.size() - 1, "an output call is one line");
@@ -48,5 +46,5 @@ void ShownPicture::mouse(uint32_t button, int32_t x, int32_t y) {
 }
 
 void ShownPicture::menu(uint32_t item) {
-    MAINmsgproc(TheShell.object, W_MSG_ACTION, MENU_KIND, item);
+    MAINmsgproc(TheShell.object, W_MSG_ACTION, W_ACTION_MENU, item);
 }

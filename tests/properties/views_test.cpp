@@ -7,9 +7,6 @@
 
 namespace {
 
-constexpr uint32_t MENU_KIND = 4;
-constexpr uint32_t PRESS = 0;
-constexpr uint32_t RELEASE = 1;
 constexpr int ZOOMS = 10;
 constexpr int ATTEMPTS = 1000;  // a few are enough
 constexpr unsigned SEEDS = 3;
@@ -55,7 +52,7 @@ class Views : public ViewerRun {
 
     static void menu(uint32_t item, int times = 1) {
         for (int i = 0; i < times; ++i) {
-            action(MENU_KIND, item);
+            action(W_ACTION_MENU, item);
         }
     }
 
@@ -63,7 +60,7 @@ class Views : public ViewerRun {
 
     // The button goes down and up somewhere in the window or a little outside.
     static void dragSomewhere(Chance& chance) {
-        for (const uint32_t button : {PRESS, RELEASE}) {
+        for (const uint32_t button : {W_MOUSE_PRESS, W_MOUSE_RELEASE}) {
             const int x = chance.number(-100, recorder::script.width + 100);
             const int y = chance.number(-100, recorder::script.height + 100);
             mouse(button, x, y);

@@ -43,8 +43,8 @@ void MessageQueue::postPaint(WHandle child) {
 
 void MessageQueue::postMouse(WHandle child, uint32_t first, QPoint position) {
     const Action action{.object = child, .message = W_MSG_MOUSE, .first = first, .second = 0, .position = position};
-    const bool merges = first == MOUSE_DRAG && !actions_.empty() && actions_.back().message == W_MSG_MOUSE &&
-                        actions_.back().object == child && actions_.back().first == MOUSE_DRAG;
+    const bool merges = first == W_MOUSE_DRAG && !actions_.empty() && actions_.back().message == W_MSG_MOUSE &&
+                        actions_.back().object == child && actions_.back().first == W_MOUSE_DRAG;
     if (merges) {
         actions_.back() = action;
     } else {

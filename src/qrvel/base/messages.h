@@ -26,11 +26,6 @@ class ChildMessages {
     virtual void paint(WHandle child) = 0;
 };
 
-// First parameter of the mouse message.
-inline constexpr uint32_t MOUSE_PRESS = 0;
-inline constexpr uint32_t MOUSE_RELEASE = 1;
-inline constexpr uint32_t MOUSE_DRAG = 2;
-
 class MessageQueue {
   public:
     MessageQueue();

@@ -6,12 +6,13 @@
 #include <QString>
 #include <cstdint>
 
+#include "out.h"
 #include "paper.h"
 
 namespace qrvel {
 
 // The numbers are those that OUTopendevice takes.
-enum class Destination : uint8_t { Printer = 1, File = 2, Host = 3 };
+enum class Destination : uint8_t { Printer = OUT_TO_PRINTER, File = OUT_TO_FILE, Host = OUT_TO_HOST };
 enum class PageFormat : uint8_t { None = 0, Pdf = 1, Svg = 2, Png = 3 };
 
 // "pdf", "svg", "png": what a file's name ends with behind its last dot. Null and None for what is no format.
@@ -20,12 +21,6 @@ PageFormat formatOf(QByteArrayView fileName);
 
 inline constexpr int LEAST_DPI = 10;
 inline constexpr int MOST_DPI = 2400;
-
-// The print set-up's action messages.
-inline constexpr uint32_t PRINT_SETUP_KIND = 5;
-inline constexpr uint32_t PRINT_CANCELLED = 9;
-inline constexpr uint32_t PRINT_SETUP_GONE = 10;
-inline constexpr uint32_t PRINT = 11;
 
 // Stands for the chosen name where that has no room. It names a folder, so no file is meant by it, nor a printer.
 inline constexpr char CHOSEN_FILE[] = "/";

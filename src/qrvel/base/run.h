@@ -69,7 +69,7 @@ class Run {
 
     // ---- what the user is told ----
     // A picture is waited for, which the user may give up; and it is there, or is not waited for any more.
-    virtual void waiting(std::function<Progress()> /*progress*/, std::function<void()> /*givenUp*/) {}
+    virtual void waiting(const std::function<Progress()>& /*progress*/, const std::function<void()>& /*givenUp*/) {}
     virtual void waited() {}
     // Another picture is there; and what is to be said of it.
     virtual void shows(const PageNumber& /*page*/) {}

@@ -55,19 +55,8 @@ void raiseDescriptorLimit() {
     setrlimit(RLIMIT_NOFILE, &limit);
 }
 
-// No file has that identity when the answer of a call of stat is an error.
-FileIdentity identity(int result, const struct stat& about) {
-    return result == 0 ? FileIdentity{about.st_dev, about.st_ino} : FileIdentity{};
-}
-
-FileIdentity identityOf(int file) {
-    struct stat about = {};
-    return identity(fstat(file, &about), about);
-}
-
-FileIdentity identityOf(const QByteArray& path) {
-    struct stat about = {};
-    return identity(lstat(path.constData(), &about), about);
+kelfiles::FileId idOf(const QByteArray& path) {
+    return kelfiles::fileIdOfItself(path.toStdString());
 }
 
 sockaddr_un addressOf(const QByteArray& path) {
@@ -108,7 +97,7 @@ bool bindTo(int socket, const QByteArray& path) {
 }  // namespace
 
 bool NameLock::isHeld() const {
-    return file_ >= 0 && identityOf(file_) == identityOf(path_);
+    return file_ >= 0 && kelfiles::fileIdOf(file_) == idOf(path_);
 }
 
 void NameLock::letGo() {
@@ -162,7 +151,7 @@ QString HostServer::open() {
         close();
         return reason;
     }
-    file_ = identityOf(path_);
+    file_ = idOf(path_);
     notifier_ = std::make_unique<QSocketNotifier>(socket_, QSocketNotifier::Read);
     QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { accept(); });
     return {};
@@ -177,7 +166,7 @@ void HostServer::close() {
 }
 
 bool HostServer::isFound() const {
-    return file_ != FileIdentity{} && file_ == identityOf(path_);
+    return file_ != kelfiles::FileId{} && file_ == idOf(path_);
 }
 
 void HostServer::look() {

@@ -1,8 +1,6 @@
 // The socket at which hosts find the viewer.
 #pragma once
 
-#include <sys/types.h>
-
 #include <QByteArray>
 #include <QSocketNotifier>
 #include <QString>
@@ -10,14 +8,9 @@
 #include <functional>
 #include <memory>
 
-namespace qrvel {
+#include "file_ids.h"
 
-// Which file it is that a name leads to. Others may put another one in its place.
-struct FileIdentity {
-    dev_t device = 0;
-    ino_t number = 0;  // 0: none
-    bool operator==(const FileIdentity&) const = default;
-};
+namespace qrvel {
 
 // A name that only one process at a time may have: a locked file, which the system unlocks when the process is gone.
 class NameLock {
@@ -71,7 +64,7 @@ class HostServer {
     QByteArray lockPath_;
     NameLock name_;
     int socket_ = -1;
-    FileIdentity file_;  // the socket's, as it was made
+    kelfiles::FileId file_;  // the socket's, as it was made
     std::unique_ptr<QSocketNotifier> notifier_;
     QTimer looks_;       // whether it can still be found
     QString said_;       // of what is wrong

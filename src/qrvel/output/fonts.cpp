@@ -79,8 +79,7 @@ WHandle WFcreate(WHandle owner, const char* description) {
 
 int32_t WFqueryfontval(WHandle font, uint32_t value) {
     constexpr uint32_t SIZE = 0;
-    constexpr uint32_t NUMBER_OF_FONTS = 5;
-    if (font == 0) return value == NUMBER_OF_FONTS ? static_cast<int32_t>(fonts().registered.size()) : 0;
+    if (font == 0) return value == WF_NUMBER_OF_FONTS ? static_cast<int32_t>(fonts().registered.size()) : 0;
     const auto* found = handles().find<Font>(font, __func__);
     return found != nullptr && value == SIZE ? found->size : 0;
 }

@@ -209,10 +209,8 @@ int32_t OUTchars_len(WHandle child, int32_t x, int32_t y, int32_t length, const 
 }
 
 uintptr_t OUTquery(WHandle child, uint32_t kind) {
-    constexpr uint32_t NUMBER_OF_FONTS = 2;
-    constexpr uint32_t FONTS = 3;
     if (outputOf(child, __func__) == nullptr) return 0;
     const std::vector<WHandle>& fonts = registeredFonts();
-    if (kind == NUMBER_OF_FONTS) return fonts.size();
-    return kind == FONTS ? reinterpret_cast<uintptr_t>(fonts.data()) : 0;
+    if (kind == OUT_NUMBER_OF_FONTS) return fonts.size();
+    return kind == OUT_FONTS ? reinterpret_cast<uintptr_t>(fonts.data()) : 0;
 }

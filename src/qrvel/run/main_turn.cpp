@@ -18,7 +18,7 @@ class Carrier final : public ChildMessages {
         found->mousePosition = position;
         MessageQueue::send(child, W_MSG_MOUSE, first);
         found = handles().find<Child>(child);
-        if (first == MOUSE_RELEASE && found != nullptr && found->surface) found->surface->dropTrackBoxes();
+        if (first == W_MOUSE_RELEASE && found != nullptr && found->surface) found->surface->dropTrackBoxes();
     }
 
     void paint(WHandle child) override {

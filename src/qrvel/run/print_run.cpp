@@ -7,6 +7,7 @@
 #include "data_channel.h"
 #include "notices.h"
 #include "output_names.h"
+#include "pssetup.h"
 
 namespace qrvel {
 
@@ -71,7 +72,7 @@ PrintedPages PrintRun::collect(std::unique_ptr<PrintedPage> page) {
 bool PrintRun::delivered(bool whole) {
     const auto* child = handles().findFirst<Child>([](const Child&) { return true; });
     if (child == nullptr || !whole) return false;  // half a drawing goes into no file
-    application()->messages.postAction(objectOfContainer(child->container), PRINT_SETUP_KIND, PRINT);
+    application()->messages.postAction(objectOfContainer(child->container), W_ACTION_PRINT_SETUP, PSSETUP_PRINT);
     return true;
 }
 

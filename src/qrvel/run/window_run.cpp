@@ -1,7 +1,5 @@
 #include "window_run.h"
 
-#include <utility>
-
 #include "application.h"
 #include "child.h"
 #include "data_channel.h"
@@ -27,8 +25,8 @@ void WindowRun::sendPage(std::string_view format, std::string_view bytes) {
     if (DataChannel* channel = findDataChannel()) channel->sendPage(format, bytes);
 }
 
-void WindowRun::waiting(std::function<Progress()> progress, std::function<void()> givenUp) {
-    if (!isUnattended()) panel_ = std::make_unique<LoadPanel>(std::move(progress), std::move(givenUp));
+void WindowRun::waiting(const std::function<Progress()>& progress, const std::function<void()>& givenUp) {
+    if (!isUnattended()) panel_ = std::make_unique<LoadPanel>(progress, givenUp);
 }
 
 void WindowRun::shows(const PageNumber& page) {

@@ -63,7 +63,7 @@ void ChildWidget::post(uint32_t first, QPoint position) {
 void ChildWidget::breakOff() {
     if (!dragging_) return;
     dragging_ = false;
-    post(MOUSE_RELEASE, start_);
+    post(W_MOUSE_RELEASE, start_);
 }
 
 void ChildWidget::mousePressEvent(QMouseEvent* event) {
@@ -73,7 +73,7 @@ void ChildWidget::mousePressEvent(QMouseEvent* event) {
     }
     dragging_ = true;
     start_ = devicePosition(*event);
-    post(MOUSE_PRESS, start_);
+    post(W_MOUSE_PRESS, start_);
 }
 
 void ChildWidget::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -82,13 +82,13 @@ void ChildWidget::mouseDoubleClickEvent(QMouseEvent* event) {
 
 void ChildWidget::mouseMoveEvent(QMouseEvent* event) {
     if (!event->buttons().testFlag(Qt::LeftButton)) breakOff();  // a menu has had the release
-    if (dragging_) post(MOUSE_DRAG, devicePosition(*event));
+    if (dragging_) post(W_MOUSE_DRAG, devicePosition(*event));
 }
 
 void ChildWidget::mouseReleaseEvent(QMouseEvent* event) {
     if (!dragging_ || event->button() != Qt::LeftButton) return;
     dragging_ = false;
-    post(MOUSE_RELEASE, devicePosition(*event));
+    post(W_MOUSE_RELEASE, devicePosition(*event));
 }
 
 void ChildWidget::keyPressEvent(QKeyEvent* event) {

@@ -58,7 +58,7 @@ PrintSetup* findPrintSetup() {
 }
 
 void notify(const PrintSetup& setup, uint32_t notification) {
-    postAction(objectOfContainer(setup.container), PRINT_SETUP_KIND, notification);
+    postAction(objectOfContainer(setup.container), W_ACTION_PRINT_SETUP, notification);
 }
 
 // A file gets the drawing's name, and lies beside it.
@@ -81,10 +81,10 @@ void print(PrintSetup& setup) {
 PrintPanel* makePanel(PrintSetup& setup, QWidget* window) {
     auto* known = &setup;
     auto* panel = new PrintPanel(window, {.printed = [known] { print(*known); },
-                                          .cancelled = [known] { notify(*known, PRINT_CANCELLED); },
+                                          .cancelled = [known] { notify(*known, PSSETUP_CANCELLED); },
                                           .sheetChanged = printPreviewIsStale});
     // Whoever owns the set-up disconnects this before it takes the panel away itself.
-    QObject::connect(panel, &QObject::destroyed, [known] { notify(*known, PRINT_SETUP_GONE); });
+    QObject::connect(panel, &QObject::destroyed, [known] { notify(*known, PSSETUP_GONE); });
     return panel;
 }
 
@@ -131,7 +131,7 @@ void printPreviewIsStale() {
 void servePrintSetup() {
     PrintSetup* setup = findPrintSetup();
     if (setup == nullptr || setup->panel == nullptr) return;
-    if (std::exchange(setup->printIsDue, false)) notify(*setup, PRINT);
+    if (std::exchange(setup->printIsDue, false)) notify(*setup, PSSETUP_PRINT);
     if (std::exchange(setup->previewIsStale, false)) refreshPreview(*setup);
 }
 

@@ -147,9 +147,8 @@ int32_t SHLsetpos(WHandle shell, int32_t x, int32_t y, int32_t width, int32_t he
 }
 
 WHandle SHLquerywid(WHandle shell, uint32_t part) {
-    constexpr uint32_t HELP_LINE = 4;
-    constexpr uint32_t ACTION_BAR = 7;
-    if (handles().find<Shell>(shell, __func__) == nullptr || (part != HELP_LINE && part != ACTION_BAR)) return 0;
+    if (handles().find<Shell>(shell, __func__) == nullptr || (part != SHL_HELP_LINE && part != SHL_ACTION_BAR))
+        return 0;
     const auto* known = handles().findFirst<ShellPart>(
         [&](const ShellPart& candidate) { return candidate.shell == shell && candidate.part == part; });
     if (known == nullptr) known = handles().make<ShellPart>(shell, part);

@@ -28,8 +28,8 @@ class LoggedRun final : public Run {
         return paints;
     }
     void failed() override { log_ += "failed\n"; }
-    void waiting(std::function<Progress()> /*progress*/, std::function<void()> givenUp) override {
-        giveUp = std::move(givenUp);
+    void waiting(const std::function<Progress()>& /*progress*/, const std::function<void()>& givenUp) override {
+        giveUp = givenUp;
     }
 
     bool paints = true;

@@ -49,7 +49,7 @@ constexpr WHandle CHILD = 7;
 TEST_F(Messages, ComeInTheirOrder) {
     MessageQueue& queue = application()->messages;
     queue.postPaint(CHILD);
-    queue.postMouse(CHILD, MOUSE_PRESS, {1, 0});
+    queue.postMouse(CHILD, W_MOUSE_PRESS, {1, 0});
     queue.postAction(object, 5, 11);
     queue.postSize(object);
     const std::string action = std::to_string(W_MSG_ACTION);
@@ -63,22 +63,22 @@ TEST_F(Messages, OfOneKindWaitOnce) {
     for (int i = 0; i < 3; ++i) {
         queue.postSize(object);
         queue.postPaint(CHILD);
-        queue.postMouse(CHILD, MOUSE_DRAG, {i, 0});
+        queue.postMouse(CHILD, W_MOUSE_DRAG, {i, 0});
     }
     EXPECT_EQ(deliver(), std::to_string(W_MSG_SIZE) + " 0 0\nmouse 2 at 2\npaint 7\n");
 }
 
 TEST_F(Messages, DragsDoNotPassAnAction) {
     MessageQueue& queue = application()->messages;
-    queue.postMouse(CHILD, MOUSE_DRAG, {1, 0});
+    queue.postMouse(CHILD, W_MOUSE_DRAG, {1, 0});
     queue.postAction(object, 1, 2);
-    queue.postMouse(CHILD, MOUSE_DRAG, {3, 0});
+    queue.postMouse(CHILD, W_MOUSE_DRAG, {3, 0});
     EXPECT_EQ(deliver(), "mouse 2 at 1\n" + std::to_string(W_MSG_ACTION) + " 1 2\nmouse 2 at 3\n");
 }
 
 TEST_F(Messages, QueuedByAMessageWaitForTheNextTime) {
-    carrier.whenCarrying = [] { application()->messages.postMouse(CHILD, MOUSE_RELEASE, {9, 0}); };
-    application()->messages.postMouse(CHILD, MOUSE_PRESS, {1, 0});
+    carrier.whenCarrying = [] { application()->messages.postMouse(CHILD, W_MOUSE_RELEASE, {9, 0}); };
+    application()->messages.postMouse(CHILD, W_MOUSE_PRESS, {1, 0});
     EXPECT_EQ(deliver(), "mouse 0 at 1\n");
     EXPECT_EQ(deliver(), "mouse 1 at 9\n");
 }
