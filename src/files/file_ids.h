@@ -1,7 +1,6 @@
 // Which files these are, whatever their names: by device and inode.
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <set>
 #include <string>
@@ -11,7 +10,10 @@ namespace kelfiles {
 struct FileId {
     uint64_t device = 0;
     uint64_t inode = 0;  // 0: of no file
-    auto operator<=>(const FileId&) const = default;
+    bool operator==(const FileId&) const = default;
+    bool operator<(const FileId& other) const {
+        return device != other.device ? device < other.device : inode < other.inode;
+    }
 };
 
 FileId fileIdOf(int descriptor);
