@@ -139,12 +139,14 @@ bool PageWriter::write(std::size_t page, const Sink& sink, const Watch& watch) {
     const Findings& findings = *survey_.findings;
     const std::string_view bytes = findings.prepared.owned ? findings.prepared.bytes : prepareBytes(file_).bytes;
     const PageSurvey& measured = survey_.pages[page];
-    if (run_ == nullptr || !run_->canWrite(page, measured.factor)) run_ = std::make_unique<Run>(bytes, findings.traits);
+    std::unique_ptr<Run> run = std::move(run_);  // gone when it is broken off by an exception
+    if (run == nullptr || !run->canWrite(page, measured.factor)) run = std::make_unique<Run>(bytes, findings.traits);
     PlainWriter writer(
         {measured.factor, measured.extents, &findings.palettes[page], findings.coloursChosen, mostText(bytes.size())},
         sink);
     writer.begin();
-    const bool whole = run_->goOn(page, measured.factor, writer, watch);
+    const bool whole = run->goOn(page, measured.factor, writer, watch);
+    run_ = std::move(run);
     return writer.end() && whole;
 }
 

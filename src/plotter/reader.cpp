@@ -376,7 +376,8 @@ std::size_t Reader::endOfEncoded(std::size_t end) const {
         }
         return behindPair == lineEnd;
     };
-    for (std::size_t line = bytes_.find('\n', at_); line < end; line = bytes_.find('\n', line + 1)) {
+    const std::string_view within = bytes_.substr(0, end);  // a search beyond would be made for every PE
+    for (std::size_t line = within.find('\n', at_); line < end; line = within.find('\n', line + 1)) {
         const std::size_t name = line + 1;
         std::size_t behind = 0;
         if (nameAt(name, &behind) == nullptr || behind != name + 2 || behind >= bytes_.size()) continue;

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <string>
 
@@ -87,6 +88,13 @@ TEST(Bounds, CirclesAreAllDrawn) {
 TEST(Bounds, CornersOfAPolygonEnd) {
     const std::string plot = repeated("IN;SP1;PU0,0;PM0;", "CI900;", 200'000);
     EXPECT_TRUE(meets(survey(plot, goOn), "points of a polygon"));
+}
+
+// None of them may look for its end in all that comes behind.
+TEST(Bounds, EncodedLinesWithoutALineEndTakeNoLongerTheMoreThereAre) {
+    const auto began = std::chrono::steady_clock::now();
+    EXPECT_TRUE(survey(repeated("IN;SP1;", "PE;", 2'000'000), goOn).whole);
+    EXPECT_LT(std::chrono::steady_clock::now() - began, std::chrono::seconds(20));
 }
 
 TEST(Bounds, ThePagesBehindTheLastAreOnIt) {
