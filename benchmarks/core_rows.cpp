@@ -5,15 +5,15 @@
 #include <cstddef>
 #include <cstring>
 
-#include "drawing_window.h"
-#include "interpreter.h"
 #include "picture.h"
-#include "picture_setup.h"
 #include "plots.h"
-#include "recorder.h"
+#include "recorder/recorder.h"
+#include "render/interpreter.h"
 #include "rows.h"
-#include "shell_state.h"
-#include "trace.h"
+#include "shell/drawing_window.h"
+#include "shell/picture_setup.h"
+#include "shell/shell_state.h"
+#include "trace/trace.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <string_view>
 
-#include "compact_code_reader.h"
-#include "parser.h"
+#include "hpgl/compact_code_reader.h"
+#include "hpgl/parser.h"
 
 inline constexpr size_t RECEIVE_BUFFER = 256;  // bytes of a chunk from the host
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "plots.h"
-#include "plotter.h"
+#include "plotter/plotter.h"
 #include "rows.h"
 
 namespace {

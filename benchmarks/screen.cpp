@@ -3,15 +3,15 @@
 #include <QApplication>
 #include <QWidget>
 
-#include "arguments.h"
-#include "cont.h"
-#include "drawing_window.h"
-#include "interpreter.h"
-#include "out.h"
-#include "picture_setup.h"
-#include "shell_state.h"
-#include "shl.h"
-#include "wi.h"
+#include "platform/arguments.h"
+#include "render/interpreter.h"
+#include "shell/drawing_window.h"
+#include "shell/picture_setup.h"
+#include "shell/shell_state.h"
+#include "toolkit/cont.h"
+#include "toolkit/out.h"
+#include "toolkit/shl.h"
+#include "toolkit/wi.h"
 
 namespace {
 

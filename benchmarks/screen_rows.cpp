@@ -13,10 +13,10 @@
 #include <vector>
 
 #include "plots.h"
-#include "primitives.h"
+#include "render/primitives.h"
 #include "rows.h"
 #include "screen.h"
-#include "shell_state.h"
+#include "shell/shell_state.h"
 
 namespace {
 

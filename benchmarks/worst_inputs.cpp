@@ -13,13 +13,13 @@
 #include <string_view>
 #include <vector>
 
-#include "drawing_window.h"
-#include "interpreter.h"
 #include "picture.h"
-#include "picture_setup.h"
-#include "recorder.h"
-#include "shell_state.h"
-#include "trace.h"
+#include "recorder/recorder.h"
+#include "render/interpreter.h"
+#include "shell/drawing_window.h"
+#include "shell/picture_setup.h"
+#include "shell/shell_state.h"
+#include "trace/trace.h"
 
 namespace {
 

@@ -8,16 +8,16 @@
 #include <utility>
 #include <vector>
 
-#include "action_bar.h"
 #include "hpgldump_options.h"
 #include "hpgldump_sections.h"
-#include "main_window.h"
-#include "plotter.h"
-#include "recorder.h"
-#include "shell_state.h"
-#include "shown_text.h"
-#include "standard_streams.h"
-#include "winmain.h"
+#include "platform/winmain.h"
+#include "plotter/plotter.h"
+#include "recorder/recorder.h"
+#include "shell/main_window.h"
+#include "shell/menus.h"
+#include "shell/shell_state.h"
+#include "system/shown_text.h"
+#include "system/standard_streams.h"
 
 namespace {
 
@@ -115,22 +115,22 @@ std::size_t plot(std::string* bytes, int32_t page) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    kelfiles::holdStandardStreams();
+    kelsystem::holdStandardStreams();
     DumpOptions options;
     const std::string problem = parseDumpOptions(std::vector<std::string>(argv + 1, argv + argc), options);
     if (!problem.empty()) {
-        std::fprintf(stderr, "hpgldump: %s\n%s", kelfiles::shownText(problem).c_str(), DUMP_USAGE);
+        std::fprintf(stderr, "hpgldump: %s\n%s", kelsystem::shownText(problem).c_str(), DUMP_USAGE);
         return EXIT_USAGE;
     }
     std::string bytes;
     if (!readFile(*options.file, &bytes)) {
-        std::fprintf(stderr, "hpgldump: cannot read %s\n", kelfiles::shownText(*options.file).c_str());
+        std::fprintf(stderr, "hpgldump: cannot read %s\n", kelsystem::shownText(*options.file).c_str());
         return EXIT_UNREADABLE;
     }
     const std::size_t pages = options.plotted ? plot(&bytes, options.page) : 1;
     if (static_cast<std::size_t>(options.page) > pages) {
         std::fprintf(stderr, "hpgldump: %s has no page %d, the last is %zu\n",
-                     kelfiles::shownText(*options.file).c_str(), options.page, pages);
+                     kelsystem::shownText(*options.file).c_str(), options.page, pages);
         return EXIT_UNREADABLE;
     }
     runViewer(options, bytes);

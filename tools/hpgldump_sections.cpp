@@ -2,9 +2,9 @@
 
 #include <cstdio>
 
-#include "compact_code_reader.h"
-#include "recorder.h"
-#include "shell_state.h"
+#include "hpgl/compact_code_reader.h"
+#include "recorder/recorder.h"
+#include "shell/shell_state.h"
 
 namespace {
 

@@ -9,10 +9,10 @@
 #include <string>
 #include <string_view>
 
-#include "plotter.h"
-#include "shown_text.h"
-#include "standard_streams.h"
-#include "whole_file.h"
+#include "plotter/plotter.h"
+#include "system/shown_text.h"
+#include "system/standard_streams.h"
+#include "system/whole_file.h"
 
 namespace {
 
@@ -62,7 +62,7 @@ std::optional<Options> readOptions(int count, char** words) {
 }
 
 int fail(const std::string& what, const char* reason) {
-    fprintf(stderr, "hpglplain: %s: %s\n", kelfiles::shownText(what).c_str(), kelfiles::shownText(reason).c_str());
+    fprintf(stderr, "hpglplain: %s: %s\n", kelsystem::shownText(what).c_str(), kelsystem::shownText(reason).c_str());
     return 1;
 }
 
@@ -113,11 +113,11 @@ void printReport(const plotter::Survey& survey) {
                 e.high.x, e.high.y, page.factor);
     }
     for (const plotter::Report::Entry& entry : survey.report.passedOver()) {
-        fprintf(stderr, "not drawn: %s, %zu times, first at byte %zu\n", kelfiles::shownText(entry.what).c_str(),
+        fprintf(stderr, "not drawn: %s, %zu times, first at byte %zu\n", kelsystem::shownText(entry.what).c_str(),
                 entry.count, entry.offset);
     }
     for (const plotter::Report::Entry& entry : survey.report.bounds()) {
-        fprintf(stderr, "bound met: %s, %zu times, first at byte %zu\n", kelfiles::shownText(entry.what).c_str(),
+        fprintf(stderr, "bound met: %s, %zu times, first at byte %zu\n", kelsystem::shownText(entry.what).c_str(),
                 entry.count, entry.offset);
     }
     if (survey.report.penOneDrew()) fputs("no pen is selected: drawn with pen 1\n", stderr);
@@ -138,7 +138,7 @@ class Output {
     }
     // What went wrong, or nothing.
     std::string end() {
-        if (file_ != nullptr) return kelfiles::writeWhole(file_, kept_);
+        if (file_ != nullptr) return kelsystem::writeWhole(file_, kept_);
         return fflush(stdout) == 0 ? std::string() : strerror(errno);
     }
 
@@ -150,7 +150,7 @@ class Output {
 }  // namespace
 
 int main(int count, char** words) {
-    kelfiles::holdStandardStreams();
+    kelsystem::holdStandardStreams();
     const std::optional<Options> options = readOptions(count, words);
     if (!options) return wrongUsage();
     const std::string name = options->file == nullptr ? "standard input" : options->file;

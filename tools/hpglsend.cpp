@@ -18,13 +18,13 @@
 #include <string_view>
 #include <vector>
 
-#include "client.h"
+#include "host/client.h"
+#include "host/viewer_process.h"
 #include "hpglsend_options.h"
-#include "plotter.h"
-#include "shown_text.h"
-#include "standard_streams.h"
-#include "viewer_process.h"
-#include "whole_file.h"
+#include "plotter/plotter.h"
+#include "system/shown_text.h"
+#include "system/standard_streams.h"
+#include "system/whole_file.h"
 
 namespace {
 
@@ -133,7 +133,7 @@ std::string endOf(pid_t process, const std::string& program) {
 }
 
 bool sayThatThereIsNone(const std::string& problem) {
-    std::fprintf(stderr, "hpglsend: no viewer: %s\n", kelfiles::shownText(problem).c_str());
+    std::fprintf(stderr, "hpglsend: no viewer: %s\n", kelsystem::shownText(problem).c_str());
     return false;
 }
 
@@ -162,7 +162,7 @@ Verdict transmit(Client& viewer, const SendOptions& options, Bytes& bytes) {
 
 // Names and what the viewer answers are others' words.
 void say(const std::string& name, const std::string& words) {
-    std::printf("%s: %s\n", kelfiles::shownText(name).c_str(), kelfiles::shownText(words).c_str());
+    std::printf("%s: %s\n", kelsystem::shownText(name).c_str(), kelsystem::shownText(words).c_str());
     std::fflush(stdout);
 }
 
@@ -210,8 +210,8 @@ bool goOn(std::size_t /*bytesDone*/) {
 int sendPages(Client& viewer, const SendOptions& options, const std::string& name, std::string_view file) {
     const plotter::Survey survey = plotter::survey(file, goOn);
     if (const std::string said = plotter::summary(survey); !said.empty()) {
-        std::fprintf(stderr, "hpglsend: %s: %s\n", kelfiles::shownText(name).c_str(),
-                     kelfiles::shownText(said).c_str());
+        std::fprintf(stderr, "hpglsend: %s: %s\n", kelsystem::shownText(name).c_str(),
+                     kelsystem::shownText(said).c_str());
     }
     const std::size_t pages = survey.pages.size();
     plotter::PageWriter writer(file, survey);
@@ -271,13 +271,13 @@ std::string remarkOn(const std::string& file, const std::string& format) {
 }
 
 int receive(Client& viewer, const std::string& file) {
-    kelhost::Page page;
+    kelhost::ReceivedPage page;
     const Status status = viewer.nextPage(page, kelhost::FOREVER);
     if (status != Status::Ok) {
         say(file, "not received: " + viewer.problem());
         return status == Status::Failed ? EXIT_NOT_WRITTEN : EXIT_NO_VIEWER;
     }
-    if (const std::string problem = kelfiles::writeWhole(file, page.bytes); !problem.empty()) {
+    if (const std::string problem = kelsystem::writeWhole(file, page.bytes); !problem.empty()) {
         say(file, "cannot write: " + problem);
         return EXIT_NOT_WRITTEN;
     }
@@ -288,7 +288,7 @@ int receive(Client& viewer, const std::string& file) {
 
 // A page that is printed as soon as the first file is shown counts, too.
 int sendAndReceive(Client& viewer, const SendOptions& options) {
-    if (const std::string problem = kelfiles::obstacleTo(options.receive); !problem.empty()) {
+    if (const std::string problem = kelsystem::obstacleTo(options.receive); !problem.empty()) {
         say(options.receive, "cannot write: " + problem);
         return EXIT_NOT_WRITTEN;
     }
@@ -302,11 +302,11 @@ int sendAndReceive(Client& viewer, const SendOptions& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    kelfiles::holdStandardStreams();
+    kelsystem::holdStandardStreams();
     SendOptions options;
     const std::string problem = parseSendOptions(std::vector<std::string>(argv + 1, argv + argc), options);
     if (!problem.empty()) {
-        std::fprintf(stderr, "hpglsend: %s\n%s", kelfiles::shownText(problem).c_str(), SEND_USAGE);
+        std::fprintf(stderr, "hpglsend: %s\n%s", kelsystem::shownText(problem).c_str(), SEND_USAGE);
         return EXIT_USAGE;
     }
     if (options.help) {

@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-#include "protocol.h"
+#include "host/protocol.h"
 
 const char SEND_USAGE[] =
     "usage: hpglsend [--channel NAME] [--viewer PROGRAM] [--wait SECONDS] [--no-start] [--as-is] [--receive FILE] "

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "wrapping.h"
+#include "trace/wrapping.h"
 
 // Truncates toward zero. A divisor of 0 is taken as 1: a window or a view without extent must not end the program.
 inline int32_t truncDiv(int32_t a, int32_t b) {

@@ -1,12 +1,12 @@
-#include "ellipse.h"
+#include "geometry/ellipse.h"
 
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <numbers>
 
-#include "arithmetic.h"
-#include "step_loop.h"
+#include "geometry/arithmetic.h"
+#include "geometry/step_loop.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
-#include "plot_walk.h"
+#include "geometry/plot_walk.h"
 
 #include <cmath>
 #include <cstddef>
 
-#include "pens.h"
-#include "sc_command.h"
+#include "geometry/pen_numbers.h"
+#include "geometry/sc_command.h"
 
 namespace {
 

@@ -4,11 +4,11 @@
 
 #include <cstdint>
 
-#include "arithmetic.h"
-#include "compact_code_reader.h"
-#include "ellipse.h"
-#include "point.h"
-#include "step_loop.h"
+#include "geometry/arithmetic.h"
+#include "geometry/ellipse.h"
+#include "geometry/point.h"
+#include "geometry/step_loop.h"
+#include "hpgl/compact_code_reader.h"
 
 struct HPGLWalk {
     const char* function = "";  // whose walk it is, in warnings

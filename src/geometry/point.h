@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "wrapping.h"
+#include "trace/wrapping.h"
 
 struct HPGLPoint {
     int32_t x, y;  // scaled plotter units

@@ -1,7 +1,7 @@
-#include "sc_command.h"
+#include "geometry/sc_command.h"
 
-#include "compact_code_reader.h"
-#include "trace.h"
+#include "hpgl/compact_code_reader.h"
+#include "trace/trace.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "scaling.h"
+#include "geometry/scaling.h"
 
-#include "trace.h"
+#include "trace/trace.h"
 
 int32_t HPGLsetScaling(HPGLTransform* transform, int32_t MinX, int32_t MinY, int32_t MaxX, int32_t MaxY) {
     const int32_t width = wrapSub(MaxX, MinX);

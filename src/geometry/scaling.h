@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "arithmetic.h"
+#include "geometry/arithmetic.h"
 
 // From scaled plotter units to device units. Written by HPGLsetScaling, but for the sizes and the limits.
 struct HPGLTransform {

@@ -1,15 +1,15 @@
-#include "setup_pass.h"
+#include "geometry/setup_pass.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 
-#include "arithmetic.h"
-#include "compact_code_reader.h"
-#include "ellipse.h"
-#include "pens.h"
-#include "plot_walk.h"
-#include "step_loop.h"
+#include "geometry/arithmetic.h"
+#include "geometry/ellipse.h"
+#include "geometry/pen_numbers.h"
+#include "geometry/plot_walk.h"
+#include "geometry/step_loop.h"
+#include "hpgl/compact_code_reader.h"
 
 namespace {
 
@@ -169,7 +169,7 @@ void walkColour(Walk* walk, const CompactCodeRecord& record) {
 
 constexpr void (*FORMS[])(Walk* walk, const CompactCodeRecord& record) = {
 #define HPGL_COMMAND(name, signature, setup, drawing, action, sure) walk##setup,
-#include "commands.inl"
+#include "hpgl/commands.inl"
 };
 
 }  // namespace

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "parser.h"
+#include "hpgl/parser.h"
 
 // Stores the extents of all that is drawn, in scaled plotter units (HPGL_EMPTY_MIN and HPGL_EMPTY_MAX when nothing is),
 // marks the pens that the picture selects and stores the colours that it gives them. The used flags of pens 0 and 1 are

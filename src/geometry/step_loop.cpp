@@ -1,8 +1,8 @@
-#include "step_loop.h"
+#include "geometry/step_loop.h"
 
 #include <cmath>
 
-#include "trace.h"
+#include "trace/trace.h"
 
 double HPGLusableAngle(float angle) {
     return std::isfinite(angle) ? static_cast<double>(angle) : 0.0;

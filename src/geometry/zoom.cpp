@@ -1,10 +1,10 @@
-#include "zoom.h"
+#include "geometry/zoom.h"
 
 #include <cstdlib>
 #include <utility>
 
-#include "arithmetic.h"
-#include "trace.h"
+#include "geometry/arithmetic.h"
+#include "trace/trace.h"
 
 namespace {
 

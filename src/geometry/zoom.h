@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-#include "list.h"
+#include "hpgl/list.h"
 
 // A view in scaled plotter units. Min < Max on both axes, but for the bottom one, which is as the set-up pass gives it.
 struct ZoomRect {

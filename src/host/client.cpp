@@ -1,4 +1,4 @@
-#include "client.h"
+#include "host/client.h"
 
 #include <poll.h>
 #include <sys/socket.h>
@@ -12,7 +12,7 @@
 #include <thread>
 #include <utility>
 
-#include "deadline.h"
+#include "host/deadline.h"
 
 namespace kelhost {
 
@@ -271,7 +271,7 @@ Status Client::nextReply(Reply& reply, milliseconds limit) {
     return Status::Ok;
 }
 
-Status Client::nextPage(Page& page, milliseconds limit) {
+Status Client::nextPage(ReceivedPage& page, milliseconds limit) {
     if (pages_.mostBytes() == 0) return fail(Status::Failed, "pages are not kept");
     const Status status = await(&Client::hasPageNews, limit);
     if (status != Status::Ok || pages_.handOut(page)) return status;

@@ -19,8 +19,8 @@
 #include <string>
 #include <string_view>
 
-#include "page.h"
-#include "protocol.h"
+#include "host/page_intake.h"
+#include "host/protocol.h"
 
 namespace kelhost {
 
@@ -86,7 +86,7 @@ class Client {
     // come meanwhile are kept for nextReply. TimedOut leaves all as it was. Failed when a page was too large (the next
     // one can be waited for), when replies of more than 16 MiB are unread, and without keepPages. Ended when there is
     // no connection, and no page left.
-    Status nextPage(Page& page, std::chrono::milliseconds limit);
+    Status nextPage(ReceivedPage& page, std::chrono::milliseconds limit);
 
     // Why the last call did not answer Ok, in English, for a person.
     const std::string& problem() const { return problem_; }

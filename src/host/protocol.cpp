@@ -1,4 +1,4 @@
-#include "protocol.h"
+#include "host/protocol.h"
 
 #include <unistd.h>
 

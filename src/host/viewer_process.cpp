@@ -1,4 +1,4 @@
-#include "viewer_process.h"
+#include "host/viewer_process.h"
 
 #include <fcntl.h>
 #include <spawn.h>

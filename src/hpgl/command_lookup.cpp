@@ -1,9 +1,9 @@
-#include "command_lookup.h"
+#include "hpgl/command_lookup.h"
 
 #include <cstdlib>
 #include <cstring>
 
-#include "trace.h"
+#include "trace/trace.h"
 
 namespace {
 

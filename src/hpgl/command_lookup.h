@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "command_table.h"
-#include "list.h"
+#include "hpgl/command_table.h"
+#include "hpgl/list.h"
 
 inline constexpr int32_t HPGL_HASH_BUCKETS = 114;
 

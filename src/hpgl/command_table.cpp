@@ -1,6 +1,6 @@
-#include "command_table.h"
+#include "hpgl/command_table.h"
 
 constexpr HPGLCommand HPGLCommandTable[HPGL_COMMANDS] = {
 #define HPGL_COMMAND(name, signature, setup, drawing, action, sure) {CMD_##name, #name, signature},
-#include "commands.inl"
+#include "hpgl/commands.inl"
 };

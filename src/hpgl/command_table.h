@@ -17,7 +17,7 @@ struct HPGLCommand {
 // Ids by name, in table order; compact code has 8 bits for one.
 enum HPGLCommandId : uint8_t {
 #define HPGL_COMMAND(name, signature, setup, drawing, action, sure) CMD_##name,
-#include "commands.inl"
+#include "hpgl/commands.inl"
     HPGL_COMMANDS,
 };
 

@@ -1,9 +1,9 @@
-#include "compact_code.h"
+#include "hpgl/compact_code.h"
 
 #include <cstdlib>
 #include <cstring>
 
-#include "trace.h"
+#include "trace/trace.h"
 
 namespace {
 

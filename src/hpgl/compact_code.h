@@ -18,7 +18,7 @@
 #include <bit>
 #include <cstdint>
 
-#include "list.h"
+#include "hpgl/list.h"
 
 // Values are copied as they stand in memory, wherever compact code is written or read.
 static_assert(std::endian::native == std::endian::little);

@@ -1,4 +1,4 @@
-#include "compact_code_reader.h"
+#include "hpgl/compact_code_reader.h"
 
 #include <algorithm>
 
@@ -28,7 +28,7 @@ struct Steps {
 
 constexpr Steps STEPS[] = {
 #define HPGL_COMMAND(name, signature, setup, drawing, action, sure) {Form::setup, Form::drawing},
-#include "commands.inl"
+#include "hpgl/commands.inl"
 };
 
 int32_t signatureBytes(const char* signature, int32_t count) {

@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "command_table.h"
-#include "compact_code.h"
+#include "hpgl/command_table.h"
+#include "hpgl/compact_code.h"
 
 enum class CompactCodePass : uint8_t { Setup, Drawing };
 

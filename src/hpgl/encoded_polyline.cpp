@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "parser_internal.h"
+#include "hpgl/parser_internal.h"
 
 // A value's digits come lowest first, the last one marked as such by its byte; the sum's lowest bit is the sign.
 

@@ -1,9 +1,9 @@
-#include "list.h"
+#include "hpgl/list.h"
 
 #include <cstdlib>
 #include <cstring>
 
-#include "trace.h"
+#include "trace/trace.h"
 
 namespace {
 

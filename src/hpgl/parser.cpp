@@ -1,10 +1,10 @@
-#include "parser.h"
+#include "hpgl/parser.h"
 
 #include <cstdlib>
 #include <cstring>
 
-#include "parser_internal.h"
-#include "trace.h"
+#include "hpgl/parser_internal.h"
+#include "trace/trace.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 
 #include <cstdint>
 
-#include "command_lookup.h"
-#include "compact_code.h"
+#include "hpgl/command_lookup.h"
+#include "hpgl/compact_code.h"
 
 inline constexpr int32_t HPGL_PENS = 255;              // pens 0 to 254
 inline constexpr int32_t HPGL_NUMBER_LENGTH = 16;      // characters of a parameter; what is longer is cut

@@ -1,7 +1,7 @@
 #include <cstdlib>
 
-#include "parser_internal.h"
-#include "trace.h"
+#include "hpgl/parser_internal.h"
+#include "trace/trace.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // What the parser's files share with each other and with their tests.
 #pragma once
 
-#include "parser.h"
+#include "hpgl/parser.h"
 
 // Back to the beginning: all zero, but an empty number buffer, terminator ETX and newParse 1.
 void HPGLresetStatus(IStatus* status);

@@ -1,11 +1,11 @@
-#include "class_window.h"
+#include "platform/class_window.h"
 
 #include <QCloseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <cstring>
 
-#include "message_pump.h"
+#include "platform/message_pump.h"
 
 ClassWindow::ClassWindow(WNDPROC procedure, int extraBytes)
     : m_procedure(procedure), m_extra(static_cast<size_t>(extraBytes)) {

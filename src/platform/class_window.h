@@ -5,7 +5,7 @@
 #include <QWidget>
 #include <vector>
 
-#include "windows.h"
+#include "platform/windows.h"
 
 class ClassWindow : public QWidget {
   public:

@@ -1,4 +1,4 @@
-#include "display_server.h"
+#include "platform/display_server.h"
 
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -10,7 +10,7 @@
 #include <QtGlobal>
 #include <cstring>
 
-#include "x11_notify.h"
+#include "platform/x11_notify.h"
 
 namespace {
 

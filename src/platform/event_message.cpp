@@ -1,4 +1,4 @@
-#include "event_message.h"
+#include "platform/event_message.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>

@@ -1,7 +1,7 @@
 // The window system's message that stands for an input event of Qt.
 #pragma once
 
-#include "windows.h"
+#include "platform/windows.h"
 
 class QEvent;
 

@@ -2,9 +2,9 @@
 #include <string>
 #include <string_view>
 
-#include "arguments.h"
-#include "standard_streams.h"
-#include "winmain.h"
+#include "platform/arguments.h"
+#include "platform/winmain.h"
+#include "system/standard_streams.h"
 
 namespace {
 
@@ -45,7 +45,7 @@ HINSTANCE processInstance() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    kelfiles::holdStandardStreams();
+    kelsystem::holdStandardStreams();
     setPlatformArguments(argc, argv);
     std::string line = joinArguments(argc, argv);
     return WinMain(processInstance(), nullptr, line.data(), showNormal);

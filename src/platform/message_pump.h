@@ -8,7 +8,7 @@
 
 #include <cstdint>
 
-#include "windows.h"
+#include "platform/windows.h"
 
 class QEvent;
 

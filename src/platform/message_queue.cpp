@@ -1,4 +1,4 @@
-#include "message_queue.h"
+#include "platform/message_queue.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "event_message.h"
-#include "message_pump.h"
+#include "platform/event_message.h"
+#include "platform/message_pump.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <deque>
 #include <memory>
 
-#include "windows.h"
+#include "platform/windows.h"
 
 class MessageQueue : public QObject {
   public:

@@ -2,7 +2,7 @@
 // the shared object exports them under those names, the recorder puts its script in front of them.
 #pragma once
 
-#include "windows.h"
+#include "platform/windows.h"
 
 namespace posix {
 

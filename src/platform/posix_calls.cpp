@@ -2,7 +2,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "posix.h"
+#include "platform/posix.h"
 
 HFILE OpenFile(LPCSTR name, OFSTRUCT* info, UINT style) {
     return posix::openFile(name, info, style);

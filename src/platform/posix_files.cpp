@@ -12,8 +12,8 @@
 #include <string>
 #include <utility>
 
-#include "log_file.h"
-#include "posix.h"
+#include "platform/log_file.h"
+#include "platform/posix.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <string>
 #include <string_view>
 
-#include "posix.h"
+#include "platform/posix.h"
 
 namespace {
 

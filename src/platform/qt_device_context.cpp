@@ -10,9 +10,9 @@
 #include <memory>
 #include <utility>
 
-#include "class_window.h"
-#include "short_coordinate.h"
-#include "windows.h"
+#include "platform/class_window.h"
+#include "platform/short_coordinate.h"
+#include "platform/windows.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "windows.h"
+#include "platform/windows.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <cstdio>
 #include <memory>
 
-#include "display_server.h"
-#include "windows.h"
+#include "platform/display_server.h"
+#include "platform/windows.h"
 
 namespace {
 

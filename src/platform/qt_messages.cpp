@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "class_window.h"
-#include "message_pump.h"
-#include "message_queue.h"
-#include "x11_notify.h"
+#include "platform/class_window.h"
+#include "platform/message_pump.h"
+#include "platform/message_queue.h"
+#include "platform/x11_notify.h"
 
 namespace {
 

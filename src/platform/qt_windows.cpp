@@ -6,10 +6,10 @@
 #include <optional>
 #include <string>
 
-#include "class_window.h"
-#include "short_coordinate.h"
-#include "windows.h"
-#include "x11_notify.h"
+#include "platform/class_window.h"
+#include "platform/short_coordinate.h"
+#include "platform/windows.h"
+#include "platform/x11_notify.h"
 
 namespace {
 
@@ -23,7 +23,7 @@ struct FrameSizes {
 // The frame is the window manager's own affair; usual sizes stand for one that says nothing.
 FrameSizes askForFrameSizes() {
     const bool onX11 = QGuiApplication::instance() != nullptr && QGuiApplication::platformName() == "xcb";
-    const std::optional<x11::Frame> frame = onX11 ? x11::windowFrame() : std::nullopt;
+    const std::optional<x11::WindowFrame> frame = onX11 ? x11::windowFrame() : std::nullopt;
     if (!frame) return {.borderWidth = 4, .borderHeight = 4, .captionHeight = 24};
     const double ratio = QGuiApplication::primaryScreen()->devicePixelRatio();
     const auto pixels = [ratio](int native) { return qRound(native / ratio); };

@@ -1,7 +1,7 @@
 // The viewer's entry, called by the process entry as Windows calls it.
 #pragma once
 
-#include "windows.h"
+#include "platform/windows.h"
 
 // `commandLine` is every argument behind the program's name, one blank between two, double quotes around what holds
 // blanks; the viewer splits it in a copy of its own. Answers the process's exit status.

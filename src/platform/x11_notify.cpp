@@ -1,4 +1,4 @@
-#include "x11_notify.h"
+#include "platform/x11_notify.h"
 
 #include <xcb/xcb.h>
 
@@ -102,8 +102,8 @@ std::vector<uint32_t> askForFrame(xcb_connection_t* connection) {
 
 namespace x11 {
 
-std::optional<Frame> windowFrame() {
-    const auto frame = std::make_shared<Frame>();  // of a thread that may be left behind
+std::optional<WindowFrame> windowFrame() {
+    const auto frame = std::make_shared<WindowFrame>();  // of a thread that may be left behind
     const bool known = runBounded([frame](xcb_connection_t* connection) {
         const auto sides = askForFrame(connection);
         if (sides.size() != 4) return false;
@@ -111,7 +111,7 @@ std::optional<Frame> windowFrame() {
         *frame = {.left = side(0), .right = side(1), .top = side(2), .bottom = side(3)};
         return true;
     });
-    return known ? std::optional<Frame>(*frame) : std::nullopt;
+    return known ? std::optional<WindowFrame>(*frame) : std::nullopt;
 }
 
 bool isReachable() {

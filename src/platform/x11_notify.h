@@ -18,11 +18,11 @@ bool isWindow(uint64_t window);
 bool postMessage(uint64_t window, uint32_t message, uint32_t first, uint32_t second);
 
 // What the window manager puts around an ordinary window, in the server's pixels.
-struct Frame {
+struct WindowFrame {
     int left, right, top, bottom;
 };
 
 // Asked before a window is shown; nothing when there is no window manager or it does not say.
-std::optional<Frame> windowFrame();
+std::optional<WindowFrame> windowFrame();
 
 }  // namespace x11

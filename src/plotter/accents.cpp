@@ -1,4 +1,4 @@
-#include "glyph_tables.h"
+#include "plotter/glyph_tables.h"
 
 namespace plotter {
 

@@ -1,11 +1,11 @@
-#include "areas.h"
+#include "plotter/areas.h"
 
 #include <cstdint>
 #include <numeric>
 #include <optional>
 #include <utility>
 
-#include "clipping.h"
+#include "plotter/clipping.h"
 
 namespace plotter {
 

@@ -3,8 +3,8 @@
 
 #include <cstddef>
 
-#include "plane.h"
-#include "taker.h"
+#include "plotter/plane.h"
+#include "plotter/taker.h"
 
 namespace plotter {
 

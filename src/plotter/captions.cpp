@@ -1,13 +1,13 @@
-#include "captions.h"
+#include "plotter/captions.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 
-#include "character_sets.h"
-#include "glyphs.h"
-#include "typeface_widths.h"
-#include "units.h"
+#include "plotter/character_sets.h"
+#include "plotter/glyphs.h"
+#include "plotter/typeface_widths.h"
+#include "plotter/units.h"
 
 namespace plotter {
 

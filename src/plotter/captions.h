@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "plane.h"
+#include "plotter/plane.h"
 
 namespace plotter {
 

@@ -1,6 +1,6 @@
-#include "character_instructions.h"
+#include "plotter/character_instructions.h"
 
-#include "units.h"
+#include "plotter/units.h"
 
 namespace plotter {
 

@@ -2,8 +2,8 @@
 // they say is seen in single strokes.
 #pragma once
 
-#include "instruction.h"
-#include "machine.h"
+#include "plotter/instruction.h"
+#include "plotter/machine.h"
 
 namespace plotter {
 

@@ -1,8 +1,8 @@
-#include "character_sets.h"
+#include "plotter/character_sets.h"
 
 #include <array>
 
-#include "glyph_tables.h"
+#include "plotter/glyph_tables.h"
 
 namespace plotter {
 

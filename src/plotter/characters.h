@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "budget.h"
-#include "character_sets.h"
-#include "plane.h"
+#include "plotter/budget.h"
+#include "plotter/character_sets.h"
+#include "plotter/plane.h"
 
 namespace plotter {
 

@@ -1,4 +1,4 @@
-#include "clipping.h"
+#include "plotter/clipping.h"
 
 #include <array>
 #include <utility>

@@ -3,8 +3,8 @@
 
 #include <span>
 
-#include "plane.h"
-#include "taker.h"
+#include "plotter/plane.h"
+#include "plotter/taker.h"
 
 namespace plotter {
 

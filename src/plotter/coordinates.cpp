@@ -1,4 +1,4 @@
-#include "coordinates.h"
+#include "plotter/coordinates.h"
 
 #include <array>
 

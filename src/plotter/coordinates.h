@@ -3,7 +3,7 @@
 
 #include <optional>
 
-#include "plane.h"
+#include "plotter/plane.h"
 
 namespace plotter {
 

@@ -1,9 +1,9 @@
-#include "curves.h"
+#include "plotter/curves.h"
 
 #include <numbers>
 
-#include "instructions.h"
-#include "vectors.h"
+#include "plotter/instructions.h"
+#include "plotter/vectors.h"
 
 namespace plotter {
 

@@ -1,8 +1,8 @@
 // Points of circles and arcs.
 #pragma once
 
-#include "instruction.h"
-#include "machine.h"
+#include "plotter/instruction.h"
+#include "plotter/machine.h"
 
 namespace plotter {
 

@@ -1,9 +1,9 @@
-#include "escapes.h"
+#include "plotter/escapes.h"
 
 #include <algorithm>
 #include <cmath>
 
-#include "ascii.h"
+#include "plotter/ascii.h"
 
 namespace plotter {
 

@@ -1,4 +1,4 @@
-#include "file_bytes.h"
+#include "plotter/file_bytes.h"
 
 #include <zlib.h>
 
@@ -7,7 +7,7 @@
 #include <bit>
 #include <cstdint>
 
-#include "escapes.h"
+#include "plotter/escapes.h"
 
 namespace plotter {
 

@@ -1,13 +1,13 @@
-#include "fills.h"
+#include "plotter/fills.h"
 
 #include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <numeric>
 
-#include "line_types.h"
-#include "machine.h"
-#include "units.h"
+#include "plotter/line_types.h"
+#include "plotter/machine.h"
+#include "plotter/units.h"
 
 namespace plotter {
 

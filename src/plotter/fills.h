@@ -8,12 +8,12 @@
 #include <span>
 #include <vector>
 
-#include "areas.h"
-#include "budget.h"
-#include "ink.h"
-#include "instruction.h"
-#include "plane.h"
-#include "taker.h"
+#include "plotter/areas.h"
+#include "plotter/budget.h"
+#include "plotter/ink.h"
+#include "plotter/instruction.h"
+#include "plotter/plane.h"
+#include "plotter/taker.h"
 
 namespace plotter {
 

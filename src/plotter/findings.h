@@ -3,9 +3,9 @@
 
 #include <vector>
 
-#include "file_bytes.h"
-#include "machine.h"
-#include "palette.h"
+#include "plotter/file_bytes.h"
+#include "plotter/machine.h"
+#include "plotter/palette.h"
 
 namespace plotter {
 

@@ -4,8 +4,8 @@
 #include <array>
 #include <cstdint>
 
-#include "ascii.h"
-#include "plotter.h"
+#include "plotter/ascii.h"
+#include "plotter/plotter.h"
 
 namespace plotter {
 

@@ -1,11 +1,11 @@
-#include "glyphs.h"
+#include "plotter/glyphs.h"
 
 #include <charconv>
 #include <string_view>
 #include <unordered_map>
 
-#include "font_data.h"
-#include "glyph_tables.h"
+#include "plotter/font_data.h"
+#include "plotter/glyph_tables.h"
 
 namespace plotter {
 

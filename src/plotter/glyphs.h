@@ -5,7 +5,7 @@
 
 #include <span>
 
-#include "plane.h"
+#include "plotter/plane.h"
 
 namespace plotter {
 

@@ -2,8 +2,8 @@
 // line types and fill types stand with their state.
 #pragma once
 
-#include "instruction.h"
-#include "machine.h"
+#include "plotter/instruction.h"
+#include "plotter/machine.h"
 
 namespace plotter {
 

@@ -1,10 +1,10 @@
-#include "job_control.h"
+#include "plotter/job_control.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 
-#include "ascii.h"
+#include "plotter/ascii.h"
 
 namespace plotter {
 

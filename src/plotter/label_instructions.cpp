@@ -1,7 +1,7 @@
 #include <string>
 
-#include "character_instructions.h"
-#include "lettering.h"
+#include "plotter/character_instructions.h"
+#include "plotter/lettering.h"
 
 namespace plotter {
 

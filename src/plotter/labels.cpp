@@ -1,8 +1,8 @@
-#include "labels.h"
+#include "plotter/labels.h"
 
-#include "glyph_tables.h"
-#include "typeface_widths.h"
-#include "units.h"
+#include "plotter/glyph_tables.h"
+#include "plotter/typeface_widths.h"
+#include "plotter/units.h"
 
 namespace plotter {
 

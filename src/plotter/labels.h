@@ -11,9 +11,9 @@
 #include <string_view>
 #include <vector>
 
-#include "characters.h"
-#include "glyphs.h"
-#include "plane.h"
+#include "plotter/characters.h"
+#include "plotter/glyphs.h"
+#include "plotter/plane.h"
 
 namespace plotter {
 

@@ -1,9 +1,9 @@
-#include "lettering.h"
+#include "plotter/lettering.h"
 
 #include <array>
 #include <cstdio>
 
-#include "units.h"
+#include "plotter/units.h"
 
 namespace plotter {
 

@@ -1,8 +1,8 @@
 // From the state of the character group to what a label looks like.
 #pragma once
 
-#include "labels.h"
-#include "machine.h"
+#include "plotter/labels.h"
+#include "plotter/machine.h"
 
 namespace plotter {
 

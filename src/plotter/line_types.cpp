@@ -1,10 +1,10 @@
-#include "line_types.h"
+#include "plotter/line_types.h"
 
 #include <cstdlib>
 #include <numeric>
 
-#include "machine.h"
-#include "units.h"
+#include "plotter/machine.h"
+#include "plotter/units.h"
 
 namespace plotter {
 

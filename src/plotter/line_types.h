@@ -11,10 +11,10 @@
 #include <optional>
 #include <span>
 
-#include "budget.h"
-#include "instruction.h"
-#include "plane.h"
-#include "taker.h"
+#include "plotter/budget.h"
+#include "plotter/instruction.h"
+#include "plotter/plane.h"
+#include "plotter/taker.h"
 
 namespace plotter {
 

@@ -1,8 +1,8 @@
-#include "machine.h"
+#include "plotter/machine.h"
 
 #include <algorithm>
 
-#include "clipping.h"
+#include "plotter/clipping.h"
 
 namespace plotter {
 

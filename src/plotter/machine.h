@@ -11,15 +11,15 @@
 #include <span>
 #include <vector>
 
-#include "characters.h"
-#include "coordinates.h"
-#include "fills.h"
-#include "ink.h"
-#include "line_types.h"
-#include "pens.h"
-#include "plane.h"
-#include "report.h"
-#include "sheet.h"
+#include "plotter/characters.h"
+#include "plotter/coordinates.h"
+#include "plotter/fills.h"
+#include "plotter/ink.h"
+#include "plotter/line_types.h"
+#include "plotter/pens.h"
+#include "plotter/plane.h"
+#include "plotter/report.h"
+#include "plotter/sheet.h"
 
 namespace plotter {
 

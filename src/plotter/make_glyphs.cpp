@@ -109,7 +109,7 @@ bool writeAll(const char* path, const Glyphs& glyphs) {
         addGlyph(output, character, record);
     }
     std::ofstream file(path, std::ios::binary);
-    file << "// Written by make_glyphs.\n#include \"font_data.h\"\n\nnamespace plotter {\n\nnamespace {\n\n"
+    file << "// Written by make_glyphs.\n#include \"plotter/font_data.h\"\n\nnamespace plotter {\n\nnamespace {\n\n"
          << "constexpr FontGlyph GLYPHS[] = {\n"
          << output.glyphs << "};\n\n"
          << "constexpr int8_t COORDINATES[] = {\n"

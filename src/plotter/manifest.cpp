@@ -1,12 +1,12 @@
-#include "manifest.h"
+#include "plotter/manifest.h"
 
 #include <array>
 
-#include "ascii.h"
-#include "character_instructions.h"
-#include "fills.h"
-#include "instructions.h"
-#include "line_types.h"
+#include "plotter/ascii.h"
+#include "plotter/character_instructions.h"
+#include "plotter/fills.h"
+#include "plotter/instructions.h"
+#include "plotter/line_types.h"
 
 namespace plotter {
 

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "instruction.h"
+#include "plotter/instruction.h"
 
 namespace plotter {
 

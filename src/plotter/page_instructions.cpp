@@ -1,4 +1,4 @@
-#include "instructions.h"
+#include "plotter/instructions.h"
 
 namespace plotter {
 

@@ -1,11 +1,11 @@
 #include <map>
 #include <utility>
 
-#include "file_bytes.h"
-#include "findings.h"
-#include "plain_writer.h"
-#include "plot_run.h"
-#include "survey_sheet.h"
+#include "plotter/file_bytes.h"
+#include "plotter/findings.h"
+#include "plotter/plain_writer.h"
+#include "plotter/plot_run.h"
+#include "plotter/survey_sheet.h"
 
 namespace plotter {
 

@@ -1,4 +1,4 @@
-#include "palette.h"
+#include "plotter/palette.h"
 
 #include <algorithm>
 #include <array>

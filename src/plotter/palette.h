@@ -5,7 +5,7 @@
 #include <map>
 #include <vector>
 
-#include "ink.h"
+#include "plotter/ink.h"
 
 namespace plotter {
 

@@ -1,5 +1,5 @@
-#include "instructions.h"
-#include "units.h"
+#include "plotter/instructions.h"
+#include "plotter/units.h"
 
 #include <bit>
 

@@ -1,4 +1,4 @@
-#include "pens.h"
+#include "plotter/pens.h"
 
 namespace plotter {
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <map>
 
-#include "ink.h"
+#include "plotter/ink.h"
 
 namespace plotter {
 

@@ -1,9 +1,9 @@
 #include <array>
 #include <cstdint>
 
-#include "digits.h"
-#include "plotter.h"
-#include "short_numbers.h"
+#include "plotter/digits.h"
+#include "plotter/plotter.h"
+#include "plotter/short_numbers.h"
 
 // The viewer's dialect and a plotter's are the same here: absolute moves in whole numbers, pens that are chosen before
 // they draw and have one colour, polygons whose rings are drawn with the pen down.

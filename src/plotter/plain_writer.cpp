@@ -1,11 +1,11 @@
-#include "plain_writer.h"
+#include "plotter/plain_writer.h"
 
 #include <algorithm>
 #include <charconv>
 
-#include "areas.h"
-#include "survey_sheet.h"
-#include "units.h"
+#include "plotter/areas.h"
+#include "plotter/survey_sheet.h"
+#include "plotter/units.h"
 
 namespace plotter {
 

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include "palette.h"
-#include "plotter.h"
-#include "sheet.h"
+#include "plotter/palette.h"
+#include "plotter/plotter.h"
+#include "plotter/sheet.h"
 
 namespace plotter {
 

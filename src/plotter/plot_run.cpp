@@ -1,6 +1,6 @@
-#include "plot_run.h"
+#include "plotter/plot_run.h"
 
-#include "character_instructions.h"
+#include "plotter/character_instructions.h"
 
 namespace plotter {
 

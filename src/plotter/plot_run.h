@@ -5,11 +5,11 @@
 #include <optional>
 #include <string_view>
 
-#include "machine.h"
-#include "manifest.h"
-#include "plotter.h"
-#include "printer.h"
-#include "reader.h"
+#include "plotter/machine.h"
+#include "plotter/manifest.h"
+#include "plotter/plotter.h"
+#include "plotter/printer.h"
+#include "plotter/reader.h"
 
 namespace plotter {
 

@@ -13,8 +13,8 @@
 #include <string_view>
 #include <vector>
 
-#include "plane.h"
-#include "report.h"
+#include "plotter/plane.h"
+#include "plotter/report.h"
 
 namespace plotter {
 

@@ -1,8 +1,8 @@
-#include "polygons.h"
+#include "plotter/polygons.h"
 
-#include "curves.h"
-#include "instructions.h"
-#include "vectors.h"
+#include "plotter/curves.h"
+#include "plotter/instructions.h"
+#include "plotter/vectors.h"
 
 namespace plotter {
 

@@ -1,7 +1,7 @@
 // Closed figures: polygon mode, rectangles, wedges and circles.
 #pragma once
 
-#include "machine.h"
+#include "plotter/machine.h"
 
 namespace plotter {
 

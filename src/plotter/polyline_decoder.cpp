@@ -1,4 +1,4 @@
-#include "polyline_decoder.h"
+#include "plotter/polyline_decoder.h"
 
 #include <algorithm>
 #include <cmath>

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string_view>
 
-#include "plane.h"
+#include "plotter/plane.h"
 
 namespace plotter {
 

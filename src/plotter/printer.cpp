@@ -1,4 +1,4 @@
-#include "printer.h"
+#include "plotter/printer.h"
 
 #include <algorithm>
 #include <cmath>

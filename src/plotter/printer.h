@@ -16,12 +16,12 @@
 #include <string_view>
 #include <vector>
 
-#include "captions.h"
-#include "escapes.h"
-#include "job_control.h"
-#include "machine.h"
-#include "printer_page.h"
-#include "raster.h"
+#include "plotter/captions.h"
+#include "plotter/escapes.h"
+#include "plotter/job_control.h"
+#include "plotter/machine.h"
+#include "plotter/printer_page.h"
+#include "plotter/raster.h"
 
 namespace plotter {
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
-#include "printer.h"
+#include "plotter/printer.h"
 
 namespace plotter {
 

@@ -1,9 +1,9 @@
-#include "printer_page.h"
+#include "plotter/printer_page.h"
 
 #include <algorithm>
 #include <array>
 
-#include "ascii.h"
+#include "plotter/ascii.h"
 
 namespace plotter {
 

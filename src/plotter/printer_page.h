@@ -7,9 +7,9 @@
 #include <optional>
 #include <string_view>
 
-#include "coordinates.h"
-#include "plane.h"
-#include "units.h"
+#include "plotter/coordinates.h"
+#include "plotter/plane.h"
+#include "plotter/units.h"
 
 namespace plotter {
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "printer.h"
+#include "plotter/printer.h"
 
 namespace plotter {
 

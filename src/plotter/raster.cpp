@@ -1,4 +1,4 @@
-#include "raster.h"
+#include "plotter/raster.h"
 
 #include <algorithm>
 #include <bit>

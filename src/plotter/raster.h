@@ -15,9 +15,9 @@
 #include <unordered_map>
 #include <vector>
 
-#include "ink.h"
-#include "plane.h"
-#include "report.h"
+#include "plotter/ink.h"
+#include "plotter/plane.h"
+#include "plotter/report.h"
 
 namespace plotter {
 

@@ -1,12 +1,12 @@
-#include "reader.h"
+#include "plotter/reader.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "ascii.h"
-#include "digits.h"
-#include "escapes.h"
-#include "polyline_decoder.h"
+#include "plotter/ascii.h"
+#include "plotter/digits.h"
+#include "plotter/escapes.h"
+#include "plotter/polyline_decoder.h"
 
 namespace plotter {
 

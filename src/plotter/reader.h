@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "instruction.h"
-#include "manifest.h"
-#include "report.h"
+#include "plotter/instruction.h"
+#include "plotter/manifest.h"
+#include "plotter/report.h"
 
 namespace plotter {
 

@@ -1,4 +1,4 @@
-#include "report.h"
+#include "plotter/report.h"
 
 #include <algorithm>
 

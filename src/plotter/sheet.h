@@ -3,8 +3,8 @@
 
 #include <span>
 
-#include "ink.h"
-#include "plane.h"
+#include "plotter/ink.h"
+#include "plotter/plane.h"
 
 namespace plotter {
 

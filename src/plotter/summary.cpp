@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "plotter.h"
+#include "plotter/plotter.h"
 
 namespace plotter {
 

@@ -1,7 +1,7 @@
-#include "findings.h"
-#include "plot_run.h"
-#include "survey_sheet.h"
-#include "units.h"
+#include "plotter/findings.h"
+#include "plotter/plot_run.h"
+#include "plotter/survey_sheet.h"
+#include "plotter/units.h"
 
 namespace plotter {
 

@@ -1,4 +1,4 @@
-#include "survey_sheet.h"
+#include "plotter/survey_sheet.h"
 
 #include <algorithm>
 #include <cmath>

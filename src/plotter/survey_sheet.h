@@ -3,8 +3,8 @@
 
 #include <vector>
 
-#include "palette.h"
-#include "sheet.h"
+#include "plotter/palette.h"
+#include "plotter/sheet.h"
 
 namespace plotter {
 

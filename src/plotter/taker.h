@@ -6,7 +6,7 @@
 
 #include <span>
 
-#include "plane.h"
+#include "plotter/plane.h"
 
 namespace plotter {
 

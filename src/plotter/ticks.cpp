@@ -1,6 +1,6 @@
 #include <array>
 
-#include "instructions.h"
+#include "plotter/instructions.h"
 
 namespace plotter {
 

@@ -1,4 +1,4 @@
-#include "typeface_widths.h"
+#include "plotter/typeface_widths.h"
 
 #include <array>
 #include <cstdint>

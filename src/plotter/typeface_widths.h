@@ -1,7 +1,7 @@
 // How wide the letters of text typefaces are, for labels that were set with them in mind.
 #pragma once
 
-#include "glyphs.h"
+#include "plotter/glyphs.h"
 
 namespace plotter {
 

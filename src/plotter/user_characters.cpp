@@ -1,5 +1,5 @@
-#include "character_instructions.h"
-#include "lettering.h"
+#include "plotter/character_instructions.h"
+#include "plotter/lettering.h"
 
 namespace plotter {
 

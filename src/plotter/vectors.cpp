@@ -1,8 +1,8 @@
-#include "vectors.h"
-#include "character_instructions.h"
-#include "instructions.h"
-#include "polyline_decoder.h"
-#include "units.h"
+#include "plotter/vectors.h"
+#include "plotter/character_instructions.h"
+#include "plotter/instructions.h"
+#include "plotter/polyline_decoder.h"
+#include "plotter/units.h"
 
 namespace plotter {
 

@@ -1,7 +1,7 @@
 // The way of the pen through the points of one instruction.
 #pragma once
 
-#include "machine.h"
+#include "plotter/machine.h"
 
 namespace plotter {
 

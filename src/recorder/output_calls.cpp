@@ -2,9 +2,9 @@
 #include <numeric>
 #include <utility>
 
-#include "out.h"
-#include "wf.h"
-#include "world.h"
+#include "recorder/world.h"
+#include "toolkit/out.h"
+#include "toolkit/wf.h"
 
 using namespace recorder;
 

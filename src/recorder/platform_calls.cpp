@@ -4,9 +4,9 @@
 #include <cstring>
 #include <utility>
 
-#include "posix.h"
-#include "windows.h"
-#include "world.h"
+#include "platform/posix.h"
+#include "platform/windows.h"
+#include "recorder/world.h"
 
 using namespace recorder;
 

@@ -1,11 +1,11 @@
-#include "recorder.h"
+#include "recorder/recorder.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
 
-#include "world.h"
+#include "recorder/world.h"
 
 namespace recorder {
 

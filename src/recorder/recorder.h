@@ -13,11 +13,11 @@
 #include <string_view>
 #include <vector>
 
-#include "w.h"
-#include "wclr.h"
-#include "wd.h"
-#include "wi.h"
-#include "windows.h"
+#include "platform/windows.h"
+#include "toolkit/w.h"
+#include "toolkit/wclr.h"
+#include "toolkit/wd.h"
+#include "toolkit/wi.h"
 
 namespace recorder {
 

@@ -6,18 +6,18 @@
 #include <cstring>
 #include <utility>
 
-#include "actbar.h"
-#include "cont.h"
-#include "helpl.h"
-#include "hlp.h"
-#include "info.h"
-#include "pssetup.h"
-#include "shl.h"
-#include "w.h"
-#include "wclr.h"
-#include "wd.h"
-#include "wi.h"
-#include "world.h"
+#include "recorder/world.h"
+#include "toolkit/actbar.h"
+#include "toolkit/cont.h"
+#include "toolkit/helpl.h"
+#include "toolkit/hlp.h"
+#include "toolkit/info.h"
+#include "toolkit/pssetup.h"
+#include "toolkit/shl.h"
+#include "toolkit/w.h"
+#include "toolkit/wclr.h"
+#include "toolkit/wd.h"
+#include "toolkit/wi.h"
 
 using namespace recorder;
 

@@ -14,15 +14,15 @@
 #include <type_traits>
 #include <vector>
 
-#include "actbar.h"
-#include "helpl.h"
-#include "out.h"
-#include "recorder.h"
-#include "w.h"
-#include "wclr.h"
-#include "wd.h"
-#include "wi.h"
-#include "windows.h"
+#include "platform/windows.h"
+#include "recorder/recorder.h"
+#include "toolkit/actbar.h"
+#include "toolkit/helpl.h"
+#include "toolkit/out.h"
+#include "toolkit/w.h"
+#include "toolkit/wclr.h"
+#include "toolkit/wd.h"
+#include "toolkit/wi.h"
 
 namespace recorder {
 

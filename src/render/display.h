@@ -4,9 +4,9 @@
 
 #include <cstdint>
 
-#include "out.h"
-#include "scaling.h"
-#include "wclr.h"
+#include "geometry/scaling.h"
+#include "toolkit/out.h"
+#include "toolkit/wclr.h"
 
 // As it is made: a valid display without a window.
 struct HPGLDisplay : HPGLTransform {

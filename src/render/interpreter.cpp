@@ -1,13 +1,13 @@
-#include "interpreter.h"
+#include "render/interpreter.h"
 
-#include "arithmetic.h"
-#include "compact_code_reader.h"
-#include "ellipse.h"
-#include "interpreter_state.h"
-#include "labels.h"
-#include "pens.h"
-#include "primitives.h"
-#include "trace.h"
+#include "geometry/arithmetic.h"
+#include "geometry/ellipse.h"
+#include "geometry/pen_numbers.h"
+#include "hpgl/compact_code_reader.h"
+#include "render/interpreter_state.h"
+#include "render/label_drawing.h"
+#include "render/primitives.h"
+#include "trace/trace.h"
 
 namespace {
 
@@ -336,7 +336,7 @@ bool selectPen(State* state, const Record& record) {
 // Carries one record out; false ends the pass at once.
 constexpr bool (*ACTIONS[])(State* state, const Record& record) = {
 #define HPGL_COMMAND(name, signature, setup, drawing, action, sure) action,
-#include "commands.inl"
+#include "hpgl/commands.inl"
 };
 
 void createBuffers(State* state) {

@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "display.h"
-#include "parser.h"
+#include "hpgl/parser.h"
+#include "render/display.h"
 
 // Draws the picture on the display. flag is the rotation sign, for SC. Resets the width of every pen first; nothing
 // else carries over from one pass to the next. 1 when the whole compact code was walked; 0 when a Bézier curve could

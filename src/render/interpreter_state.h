@@ -3,11 +3,11 @@
 
 #include <cstdint>
 
-#include "display.h"
-#include "parser.h"
-#include "plot_walk.h"
-#include "polygon_buffer.h"
-#include "redraw_allowance.h"
+#include "geometry/plot_walk.h"
+#include "hpgl/parser.h"
+#include "render/display.h"
+#include "render/polygon_buffer.h"
+#include "render/redraw_allowance.h"
 
 // A label font as AD and SD define it. The fields are the kinds 1 to 7 of their parameters, in that order.
 struct HPGLFontDef {

@@ -1,10 +1,10 @@
-#include "polygon_buffer.h"
+#include "render/polygon_buffer.h"
 
 #include <cassert>
 #include <cstdlib>
 #include <cstring>
 
-#include "trace.h"
+#include "trace/trace.h"
 
 namespace {
 

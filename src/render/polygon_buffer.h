@@ -8,7 +8,7 @@
 #include <cassert>
 #include <cstdint>
 
-#include "point.h"
+#include "geometry/point.h"
 
 inline constexpr int32_t HPGL_POLYGON_POINTS = 2000;  // room of every sub-polygon
 

@@ -1,10 +1,10 @@
-#include "primitives.h"
+#include "render/primitives.h"
 
 #include <cassert>
 #include <cstdlib>
 
-#include "scaling.h"
-#include "trace.h"
+#include "geometry/scaling.h"
+#include "trace/trace.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 
 #include <cstdint>
 
-#include "display.h"
-#include "polygon_buffer.h"
+#include "render/display.h"
+#include "render/polygon_buffer.h"
 
 int32_t HPGLdrawLine(const HPGLDisplay* display, int32_t penWidth, int32_t x1, int32_t y1, int32_t x2, int32_t y2);
 

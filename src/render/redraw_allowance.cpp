@@ -1,10 +1,10 @@
-#include "redraw_allowance.h"
+#include "render/redraw_allowance.h"
 
 #include <algorithm>
 #include <cstdlib>
 
-#include "scaling.h"
-#include "trace.h"
+#include "geometry/scaling.h"
+#include "trace/trace.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 
 #include <cstdint>
 
-#include "compact_code.h"
-#include "display.h"
-#include "polygon_buffer.h"
+#include "hpgl/compact_code.h"
+#include "render/display.h"
+#include "render/polygon_buffer.h"
 
 // A pass may draw as much again as this, or as this much for what its data has room for, whichever is more. Each
 // sub-polygon counts as one point besides its own.

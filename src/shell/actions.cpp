@@ -1,17 +1,17 @@
-#include "actions.h"
+#include "shell/actions.h"
 
 #include <cstdlib>
 
-#include "action_bar.h"
-#include "drawing_window.h"
-#include "helpl.h"
-#include "hlp.h"
-#include "info.h"
-#include "picture_setup.h"
-#include "pssetup.h"
-#include "shell_state.h"
-#include "trace.h"
-#include "zoom.h"
+#include "geometry/zoom.h"
+#include "shell/drawing_window.h"
+#include "shell/menus.h"
+#include "shell/picture_setup.h"
+#include "shell/shell_state.h"
+#include "toolkit/helpl.h"
+#include "toolkit/hlp.h"
+#include "toolkit/info.h"
+#include "toolkit/pssetup.h"
+#include "trace/trace.h"
 
 namespace {
 

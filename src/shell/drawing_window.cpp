@@ -1,9 +1,8 @@
-#include "drawing_window.h"
+#include "shell/drawing_window.h"
 
-#include <windows.h>
-
-#include "shell_state.h"
-#include "trace.h"
+#include "platform/windows.h"
+#include "shell/shell_state.h"
+#include "trace/trace.h"
 
 void HPGLsetCoordLimits(HPGLTransform* transform) {
     constexpr DWORD NT_FAMILY = 2;

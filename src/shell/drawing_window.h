@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "display.h"
+#include "render/display.h"
 
 // Sets the limits of device coordinates from the platform.
 void HPGLsetCoordLimits(HPGLTransform* transform);

@@ -1,11 +1,11 @@
-#include "entry.h"
+#include "shell/entry.h"
 
 #include <cstdlib>
 #include <cstring>
 
-#include "application.h"
-#include "shell_state.h"
-#include "winmain.h"
+#include "platform/winmain.h"
+#include "shell/lifetime.h"
+#include "shell/shell_state.h"
 
 namespace {
 

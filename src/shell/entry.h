@@ -1,9 +1,9 @@
 // The process entry: the command line becomes an argument vector.
 #pragma once
 
-#include <windows.h>
-
 #include <cstdint>
+
+#include "platform/windows.h"
 
 struct HPGLArguments {
     int32_t count;

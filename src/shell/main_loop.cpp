@@ -1,8 +1,7 @@
-#include "main_loop.h"
+#include "shell/main_loop.h"
 
-#include <windows.h>
-
-#include "wi.h"
+#include "platform/windows.h"
+#include "toolkit/wi.h"
 
 namespace {
 

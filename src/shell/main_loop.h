@@ -1,7 +1,7 @@
 // The message loop.
 #pragma once
 
-#include "w.h"
+#include "toolkit/w.h"
 
 // Runs until the toolkit's quit flag is set or GetMessageA answers 0.
 void HPGLrunMainLoop(WHandle app);

@@ -1,14 +1,14 @@
-#include "main_window.h"
+#include "shell/main_window.h"
 
-#include "actions.h"
-#include "drawing_window.h"
-#include "info.h"
-#include "interpreter.h"
-#include "mouse_zoom.h"
-#include "out.h"
-#include "print_setup.h"
-#include "shell_state.h"
-#include "trace.h"
+#include "render/interpreter.h"
+#include "shell/actions.h"
+#include "shell/drawing_window.h"
+#include "shell/mouse_zoom.h"
+#include "shell/printing.h"
+#include "shell/shell_state.h"
+#include "toolkit/info.h"
+#include "toolkit/out.h"
+#include "trace/trace.h"
 
 namespace {
 

@@ -3,6 +3,6 @@
 
 #include <cstdint>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 void MAINmsgproc(WHandle object, uint32_t message, uint32_t first, uint32_t second);

@@ -1,9 +1,9 @@
-#include "mouse_zoom.h"
+#include "shell/mouse_zoom.h"
 
 #include <algorithm>
 
-#include "drawing_window.h"
-#include "trace.h"
+#include "shell/drawing_window.h"
+#include "trace/trace.h"
 
 namespace {
 

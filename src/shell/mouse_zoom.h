@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "display.h"
-#include "zoom.h"
+#include "geometry/zoom.h"
+#include "render/display.h"
 
 enum ZoomEvent : int32_t { HPGL_BUTTON_DOWN = 1, HPGL_BUTTON_UP = 2, HPGL_BUTTON_DRAG = 3, HPGL_BUTTON_OTHER = 4 };
 

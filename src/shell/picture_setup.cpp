@@ -1,9 +1,9 @@
-#include "picture_setup.h"
+#include "shell/picture_setup.h"
 
 #include <cstdlib>
 #include <cstring>
 
-#include "setup_pass.h"
+#include "geometry/setup_pass.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "display.h"
-#include "parser.h"
+#include "hpgl/parser.h"
+#include "render/display.h"
 
 inline constexpr int32_t HPGL_PALETTE_SIZE = 256;  // entries that are allocated
 inline constexpr int32_t HPGL_MAX_COLOURS = 64;    // pens that get an entry of their own

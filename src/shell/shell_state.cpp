@@ -1,3 +1,3 @@
-#include "shell_state.h"
+#include "shell/shell_state.h"
 
 HPGLShell TheShell = {};

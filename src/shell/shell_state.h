@@ -2,15 +2,14 @@
 // the host's data on their way in, the texts.
 #pragma once
 
-#include <windows.h>
-
 #include <cstdint>
 #include <cstdio>
 
-#include "display.h"
-#include "parser.h"
-#include "texts.h"
-#include "zoom.h"
+#include "geometry/zoom.h"
+#include "hpgl/parser.h"
+#include "platform/windows.h"
+#include "render/display.h"
+#include "shell/texts.h"
 
 inline constexpr int32_t HPGL_LOG_NAME_SIZE = 64;
 

@@ -1,4 +1,4 @@
-#include "texts.h"
+#include "shell/texts.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 inline constexpr int32_t HPGL_TEXTS = 26;
 inline constexpr int32_t HPGL_TITLE_TEXTS = 1;

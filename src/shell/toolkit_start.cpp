@@ -1,13 +1,12 @@
-#include "toolkit_start.h"
-
-#include <windows.h>
+#include "shell/toolkit_start.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
-#include "shell_state.h"
-#include "wi.h"
+#include "platform/windows.h"
+#include "shell/shell_state.h"
+#include "toolkit/wi.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 enum HPGLVersionResult : int32_t {
     HPGL_VERSION_OK = 0,

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 // One row of an action bar. '~' in a text stands before the mnemonic letter.
 struct ACTBARRow {

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 struct HELPLKey {
     uint32_t kind;  // 2: a function key

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 extern "C" {
 

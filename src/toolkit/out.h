@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 struct OUTPoint {
     int32_t x;

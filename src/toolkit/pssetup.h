@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 // Its action messages.
 enum PSSETUPNotification : uint32_t { PSSETUP_CANCELLED = 9, PSSETUP_GONE = 10, PSSETUP_PRINT = 11 };

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 inline constexpr uint32_t SHL_SHOW = 128;  // SHLsetpos: show the window
 

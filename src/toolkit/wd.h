@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 inline constexpr uint32_t WD_CHUNK_FURTHER = 0;
 inline constexpr uint32_t WD_CHUNK_BEGIN = 1;

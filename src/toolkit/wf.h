@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 enum WFValue : uint32_t { WF_SIZE = 0, WF_NUMBER_OF_FONTS = 5 };
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 // Byte flags, read by the main loop at every turn; owned by the toolkit.
 struct WState {

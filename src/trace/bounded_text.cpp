@@ -1,4 +1,4 @@
-#include "bounded_text.h"
+#include "trace/bounded_text.h"
 
 #include <cstdio>
 #include <cstring>

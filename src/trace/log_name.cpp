@@ -1,9 +1,8 @@
-#include <windows.h>
-
 #include <cstring>
 
-#include "bounded_text.h"
-#include "trace.h"
+#include "platform/windows.h"
+#include "trace/bounded_text.h"
+#include "trace/trace.h"
 
 namespace {
 

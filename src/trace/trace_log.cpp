@@ -5,10 +5,10 @@
 #include <cstring>
 #include <ctime>
 
-#include "bounded_text.h"
-#include "trace.h"
-#include "trace_slots.h"
-#include "trace_window.h"
+#include "trace/bounded_text.h"
+#include "trace/trace.h"
+#include "trace/trace_slots.h"
+#include "trace/trace_window.h"
 
 // Here stand the operations themselves, without the test in front of them.
 #undef TRCTrace

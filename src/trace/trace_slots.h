@@ -1,11 +1,10 @@
 // What the trace keeps: eight slots and two thresholds, process-wide. For the trace's own files and its tests.
 #pragma once
 
-#include <windows.h>
-
 #include <cstdint>
 
-#include "trace.h"
+#include "platform/windows.h"
+#include "trace/trace.h"
 
 struct TRCSlot {
     HWND window;             // null: none

@@ -1,8 +1,8 @@
-#include "trace_window.h"
+#include "trace/trace_window.h"
 
 #include <cstring>
 
-#include "wrapping.h"
+#include "trace/wrapping.h"
 
 namespace {
 

@@ -2,9 +2,8 @@
 // scrolled out is gone.
 #pragma once
 
-#include <windows.h>
-
-#include "trace_slots.h"
+#include "platform/windows.h"
+#include "trace/trace_slots.h"
 
 // Shows a line; makes the window at the first one, when its height is not 0.
 void TRCShowLine(TRCHandle handle, TRCSlot* slot, const char* line);

@@ -2,8 +2,8 @@
 // whether a trace is on.
 #include <optional>
 
-#include "action_bar.h"
 #include "fuzz_target.h"
+#include "shell/menus.h"
 #include "shown_picture.h"
 #include "trace_into_nothing.h"
 

@@ -1,9 +1,9 @@
 // What stands around a plot: compression, second bytes, job language, escapes. Every step goes on, and ends inside.
-#include "escapes.h"
-#include "file_bytes.h"
 #include "fuzz_target.h"
-#include "job_control.h"
-#include "plotter.h"
+#include "plotter/escapes.h"
+#include "plotter/file_bytes.h"
+#include "plotter/job_control.h"
+#include "plotter/plotter.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string_view file(reinterpret_cast<const char*>(data), size);

@@ -4,9 +4,9 @@
 #include <chrono>
 #include <string>
 
-#include "delivery.h"
-#include "frame_reader.h"
 #include "fuzz_target.h"
+#include "qrvel/channel/delivery.h"
+#include "qrvel/channel/frame_reader.h"
 
 using namespace qrvel;
 using kelhost::FrameKind;

@@ -1,7 +1,7 @@
 // Prints the dictionary of the fuzz targets that read plots: the commands' names and the language's other words.
 #include <cstdio>
 
-#include "command_table.h"
+#include "hpgl/command_table.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "compact_code_reader.h"
 #include "fuzz_target.h"
-#include "parser.h"
+#include "hpgl/compact_code_reader.h"
+#include "hpgl/parser.h"
 #include "trace_into_nothing.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "fuzz_target.h"
-#include "plotter.h"
+#include "plotter/plotter.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include "shown_picture.h"
 
 #include "fuzz_target.h"
-#include "main_window.h"
-#include "picture_setup.h"
-#include "recorder.h"
-#include "shell_state.h"
+#include "recorder/recorder.h"
+#include "shell/main_window.h"
+#include "shell/picture_setup.h"
+#include "shell/shell_state.h"
 
 namespace {
 

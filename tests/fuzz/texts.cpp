@@ -2,8 +2,8 @@
 #include <vector>
 
 #include "fuzz_target.h"
-#include "keyed_texts.h"
-#include "text_buffer.h"
+#include "qrvel/base/keyed_texts.h"
+#include "qrvel/base/text_buffer.h"
 
 using namespace qrvel;
 

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "recorder.h"
-#include "trace.h"
-#include "trace_slots.h"
+#include "recorder/recorder.h"
+#include "trace/trace.h"
+#include "trace/trace_slots.h"
 
 TraceIntoNothing::TraceIntoNothing() {
     recorder::script.environment["DGTRACE"] = std::to_string(TRC_DETAIL);

@@ -1,9 +1,9 @@
 // A user's doings with a picture shown. Steering bytes: what is done, one byte each, and the positions and sizes of it.
-#include "zoom.h"
+#include "geometry/zoom.h"
 
-#include "action_bar.h"
 #include "fuzz_target.h"
-#include "shell_state.h"
+#include "shell/menus.h"
+#include "shell/shell_state.h"
 #include "shown_picture.h"
 
 namespace {

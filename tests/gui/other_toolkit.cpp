@@ -1,6 +1,6 @@
 // A toolkit library that the viewer must refuse: one that tells another version or, where OTHER_VERSION is not defined,
 // none at all.
-#include "w.h"
+#include "toolkit/w.h"
 
 #ifdef OTHER_VERSION
 uint64_t Wqueryversion(uint32_t /*kind*/) {

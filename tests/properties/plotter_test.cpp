@@ -6,8 +6,8 @@
 #include <string>
 #include <utility>
 
-#include "plot_run.h"
-#include "plotter.h"
+#include "plotter/plot_run.h"
+#include "plotter/plotter.h"
 
 namespace {
 

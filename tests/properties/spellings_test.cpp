@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "command_table.h"
+#include "hpgl/command_table.h"
 #include "picture_text.h"
 #include "plots.h"
 

@@ -1,9 +1,9 @@
 // The user's way to a view and back: what is drawn at its end is what was drawn before.
-#include "action_bar.h"
-#include "list.h"
+#include "geometry/zoom.h"
+#include "hpgl/list.h"
 #include "plots.h"
+#include "shell/menus.h"
 #include "viewer_run.h"
-#include "zoom.h"
 
 namespace {
 

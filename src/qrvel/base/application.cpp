@@ -1,10 +1,10 @@
-#include "application.h"
+#include "qrvel/base/application.h"
 
 #include <QWidget>
 #include <utility>
 
-#include "display_server.h"
-#include "windows.h"
+#include "platform/display_server.h"
+#include "platform/windows.h"
 
 namespace qrvel {
 

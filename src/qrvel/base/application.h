@@ -6,15 +6,15 @@
 #include <memory>
 #include <vector>
 
-#include "end_signals.h"
-#include "file_ids.h"
-#include "handles.h"
-#include "language.h"
-#include "messages.h"
-#include "options.h"
-#include "print_choice.h"
-#include "run.h"
-#include "wi.h"
+#include "qrvel/base/end_signals.h"
+#include "qrvel/base/handles.h"
+#include "qrvel/base/language.h"
+#include "qrvel/base/messages.h"
+#include "qrvel/base/options.h"
+#include "qrvel/base/print_choice.h"
+#include "qrvel/base/run.h"
+#include "system/file_ids.h"
+#include "toolkit/wi.h"
 
 namespace qrvel {
 
@@ -35,9 +35,9 @@ struct Application : Object {
     QTranslator qtTexts;                     // of Qt's own windows
     const char* const* loadTitle = nullptr;  // where the viewer keeps these of its texts (Wloadtxt), which it may
     const char* const* loadText = nullptr;   // still replace by its own; not owned
-    kelfiles::FileIds filesRead;             // what drawings come from: never to be written
+    kelsystem::FileIds filesRead;            // what drawings come from: never to be written
     PrintChoice printChoice;                 // as it was when the user, or the run, said so: of the page under way
-    MessageQueue messages;
+    ToolkitMessages messages;
     std::unique_ptr<EndSignals> endSignals;
     std::unique_ptr<Run> run;  // from the beginning on
 };

@@ -1,14 +1,14 @@
-#include "configuration.h"
+#include "qrvel/base/configuration.h"
 
 #include <QFileInfo>
 #include <QStandardPaths>
 
-#include "application.h"
-#include "keyed_texts.h"
-#include "notices.h"
-#include "own_texts.h"
-#include "text_buffer.h"
-#include "wi.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/keyed_texts.h"
+#include "qrvel/base/notices.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/base/text_buffer.h"
+#include "toolkit/wi.h"
 
 namespace qrvel {
 

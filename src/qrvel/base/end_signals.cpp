@@ -1,4 +1,4 @@
-#include "end_signals.h"
+#include "qrvel/base/end_signals.h"
 
 #include <sys/eventfd.h>
 #include <unistd.h>

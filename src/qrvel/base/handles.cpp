@@ -1,6 +1,6 @@
-#include "handles.h"
+#include "qrvel/base/handles.h"
 
-#include "toolkit_trace.h"
+#include "qrvel/base/toolkit_trace.h"
 
 namespace qrvel {
 

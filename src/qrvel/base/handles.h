@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 class QWidget;
 

@@ -1,4 +1,4 @@
-#include "keyed_texts.h"
+#include "qrvel/base/keyed_texts.h"
 
 #include <QFile>
 #include <QFileInfo>

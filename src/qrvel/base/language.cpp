@@ -1,4 +1,4 @@
-#include "language.h"
+#include "qrvel/base/language.h"
 
 #include <dlfcn.h>
 
@@ -13,11 +13,11 @@
 #include <span>
 #include <string_view>
 
-#include "application.h"
-#include "configuration.h"
-#include "keyed_texts.h"
-#include "text_buffer.h"
-#include "toolkit_trace.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/configuration.h"
+#include "qrvel/base/keyed_texts.h"
+#include "qrvel/base/text_buffer.h"
+#include "qrvel/base/toolkit_trace.h"
 
 namespace qrvel {
 

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-#include "keyed_texts.h"
+#include "qrvel/base/keyed_texts.h"
 
 namespace qrvel {
 

@@ -1,11 +1,11 @@
-#include "messages.h"
+#include "qrvel/base/messages.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "application.h"
-#include "objects.h"
-#include "windows.h"
+#include "platform/windows.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/objects.h"
 
 namespace qrvel {
 
@@ -17,31 +17,31 @@ void addOnce(std::vector<WHandle>& waiting, WHandle object) {
 
 }  // namespace
 
-MessageQueue::MessageQueue() {
+ToolkitMessages::ToolkitMessages() {
     nextTurn_.setSingleShot(true);
     QObject::connect(&nextTurn_, &QTimer::timeout, [] { PostMessageA(nullptr, WM_NULL, 0, 0); });
 }
 
-void MessageQueue::send(WHandle object, uint32_t message, uint32_t first, uint32_t second) {
+void ToolkitMessages::send(WHandle object, uint32_t message, uint32_t first, uint32_t second) {
     if (const WMsgProc procedure = procedureOf(object)) procedure(object, message, first, second);
 }
 
-void MessageQueue::workIsDue() {
+void ToolkitMessages::workIsDue() {
     application()->state.messagesPending = 1;
     wake();
 }
 
-void MessageQueue::postSize(WHandle object) {
+void ToolkitMessages::postSize(WHandle object) {
     addOnce(sizes_, object);
     workIsDue();
 }
 
-void MessageQueue::postPaint(WHandle child) {
+void ToolkitMessages::postPaint(WHandle child) {
     addOnce(paints_, child);
     workIsDue();
 }
 
-void MessageQueue::postMouse(WHandle child, uint32_t first, QPoint position) {
+void ToolkitMessages::postMouse(WHandle child, uint32_t first, QPoint position) {
     const Action action{.object = child, .message = W_MSG_MOUSE, .first = first, .second = 0, .position = position};
     const bool merges = first == W_MOUSE_DRAG && !actions_.empty() && actions_.back().message == W_MSG_MOUSE &&
                         actions_.back().object == child && actions_.back().first == W_MOUSE_DRAG;
@@ -53,12 +53,12 @@ void MessageQueue::postMouse(WHandle child, uint32_t first, QPoint position) {
     workIsDue();
 }
 
-void MessageQueue::postAction(WHandle object, uint32_t kind, uint32_t id) {
+void ToolkitMessages::postAction(WHandle object, uint32_t kind, uint32_t id) {
     actions_.push_back({.object = object, .message = W_MSG_ACTION, .first = kind, .second = id, .position = {}});
     workIsDue();
 }
 
-void MessageQueue::deliver(ChildMessages& children) {
+void ToolkitMessages::deliver(ChildMessages& children) {
     for (const WHandle object : std::exchange(sizes_, {})) {
         send(object, W_MSG_SIZE);
     }
@@ -74,7 +74,7 @@ void MessageQueue::deliver(ChildMessages& children) {
     }
 }
 
-void MessageQueue::wake() {
+void ToolkitMessages::wake() {
     PostMessageA(nullptr, WM_NULL, 0, 0);
 }
 

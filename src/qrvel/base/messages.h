@@ -9,7 +9,7 @@
 #include <QTimer>
 #include <vector>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 namespace qrvel {
 
@@ -26,9 +26,9 @@ class ChildMessages {
     virtual void paint(WHandle child) = 0;
 };
 
-class MessageQueue {
+class ToolkitMessages {
   public:
-    MessageQueue();
+    ToolkitMessages();
 
     void postSize(WHandle object);
     void postPaint(WHandle child);

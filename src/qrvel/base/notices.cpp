@@ -1,4 +1,4 @@
-#include "notices.h"
+#include "qrvel/base/notices.h"
 
 #include <poll.h>
 #include <unistd.h>
@@ -8,8 +8,8 @@
 #include <QTimerEvent>
 #include <cstdio>
 
-#include "application.h"
-#include "windows.h"
+#include "platform/windows.h"
+#include "qrvel/base/application.h"
 
 namespace qrvel {
 

@@ -1,6 +1,6 @@
-#include "objects.h"
+#include "qrvel/base/objects.h"
 
-#include "application.h"
+#include "qrvel/base/application.h"
 
 namespace qrvel {
 
@@ -30,7 +30,7 @@ void postSizeOfContainer(WHandle container) {
 }
 
 void sendSizeOfContainer(WHandle container) {
-    if (const WHandle object = objectOfContainer(container)) MessageQueue::send(object, W_MSG_SIZE);
+    if (const WHandle object = objectOfContainer(container)) ToolkitMessages::send(object, W_MSG_SIZE);
 }
 
 }  // namespace qrvel

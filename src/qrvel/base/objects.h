@@ -4,7 +4,7 @@
 #include <QPointer>
 #include <QWidget>
 
-#include "handles.h"
+#include "qrvel/base/handles.h"
 
 namespace qrvel {
 

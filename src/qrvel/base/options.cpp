@@ -1,4 +1,4 @@
-#include "options.h"
+#include "qrvel/base/options.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -12,11 +12,11 @@
 #include <string_view>
 #include <utility>
 
-#include "arguments.h"
-#include "output_names.h"
-#include "print_choice.h"
-#include "protocol.h"
-#include "shown_text.h"
+#include "host/protocol.h"
+#include "platform/arguments.h"
+#include "qrvel/base/output_names.h"
+#include "qrvel/base/print_choice.h"
+#include "system/shown_text.h"
 
 namespace qrvel {
 
@@ -25,7 +25,7 @@ namespace {
 using Words = std::span<const char* const>;
 
 [[noreturn]] void refuse(const char* reason, std::string_view word) {
-    std::fprintf(stderr, "kelhpgl: %s: %s\nTry 'kelhpgl --help'.\n", reason, kelfiles::shownText(word).c_str());
+    std::fprintf(stderr, "kelhpgl: %s: %s\nTry 'kelhpgl --help'.\n", reason, kelsystem::shownText(word).c_str());
     std::exit(2);
 }
 

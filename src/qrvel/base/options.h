@@ -5,7 +5,7 @@
 #include <QString>
 #include <cstdint>
 
-#include "paper.h"
+#include "qrvel/base/paper.h"
 
 namespace qrvel {
 

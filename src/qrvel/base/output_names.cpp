@@ -1,6 +1,6 @@
-#include "output_names.h"
+#include "qrvel/base/output_names.h"
 
-#include "options.h"
+#include "qrvel/base/options.h"
 
 namespace qrvel {
 

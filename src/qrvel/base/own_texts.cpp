@@ -1,8 +1,8 @@
-#include "own_texts.h"
+#include "qrvel/base/own_texts.h"
 
 #include <iterator>
 
-#include "application.h"
+#include "qrvel/base/application.h"
 
 namespace qrvel {
 

@@ -1,4 +1,4 @@
-#include "paper.h"
+#include "qrvel/base/paper.h"
 
 #include <algorithm>
 #include <charconv>
@@ -82,15 +82,15 @@ PaperChoice paperOf(double width, double height) {
     return {.paper = {.width = width, .height = height}, .problem = nullptr};
 }
 
-Sheet layOut(const Paper& paper, bool landscape) {
-    Sheet sheet = {.width = paper.width,
-                   .height = paper.height,
-                   .margin = 0.0,
-                   .bleed = 0.0,
-                   .unit = 0.0,
-                   .areaWidth = 0,
-                   .areaHeight = 0,
-                   .fit = paper.fit};
+SheetLayout layOut(const Paper& paper, bool landscape) {
+    SheetLayout sheet = {.width = paper.width,
+                         .height = paper.height,
+                         .margin = 0.0,
+                         .bleed = 0.0,
+                         .unit = 0.0,
+                         .areaWidth = 0,
+                         .areaHeight = 0,
+                         .fit = paper.fit};
     if (landscape && sheet.width < sheet.height) std::swap(sheet.width, sheet.height);
     sheet.margin = std::min(MARGIN, MOST_MARGIN * std::min(sheet.width, sheet.height));
     sheet.bleed = std::min(BLEED, sheet.margin / 2.0);

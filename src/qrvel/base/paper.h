@@ -36,7 +36,7 @@ PaperChoice paperOf(double width, double height);
 
 // A sheet as it lies before the viewer. What is inside of its margins, the area, is what a page offers to draw on. A
 // drawing's coordinates, and those of all that follows, are units from the area's lower left corner, y upward.
-struct Sheet {
+struct SheetLayout {
     double width;  // millimetres
     double height;
     double margin;  // millimetres, on each side
@@ -48,6 +48,6 @@ struct Sheet {
 };
 
 // landscape: the longer side becomes the width.
-Sheet layOut(const Paper& paper, bool landscape);
+SheetLayout layOut(const Paper& paper, bool landscape);
 
 }  // namespace qrvel

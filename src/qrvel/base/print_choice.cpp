@@ -1,4 +1,4 @@
-#include "print_choice.h"
+#include "qrvel/base/print_choice.h"
 
 namespace qrvel {
 

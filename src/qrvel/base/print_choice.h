@@ -6,8 +6,8 @@
 #include <QString>
 #include <cstdint>
 
-#include "out.h"
-#include "paper.h"
+#include "qrvel/base/paper.h"
+#include "toolkit/out.h"
 
 namespace qrvel {
 

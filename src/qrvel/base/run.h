@@ -8,7 +8,7 @@
 #include <functional>
 #include <string_view>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 namespace qrvel {
 

@@ -1,9 +1,9 @@
-#include "toolkit_trace.h"
+#include "qrvel/base/toolkit_trace.h"
 
 #include <cstdio>
 #include <cstdlib>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 namespace qrvel {
 

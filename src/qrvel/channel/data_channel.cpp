@@ -1,4 +1,4 @@
-#include "data_channel.h"
+#include "qrvel/channel/data_channel.h"
 
 #include <unistd.h>
 
@@ -7,9 +7,9 @@
 #include <csignal>
 #include <utility>
 
-#include "application.h"
-#include "host_connection.h"
-#include "own_texts.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/channel/host_connection.h"
 
 namespace qrvel {
 

@@ -11,14 +11,14 @@
 #include <memory>
 #include <vector>
 
-#include "delivery.h"
-#include "file_source.h"
-#include "file_watch.h"
-#include "handles.h"
-#include "host_server.h"
-#include "named_files.h"
-#include "options.h"
-#include "speaker.h"
+#include "qrvel/base/handles.h"
+#include "qrvel/base/options.h"
+#include "qrvel/channel/delivery.h"
+#include "qrvel/channel/file_source.h"
+#include "qrvel/channel/file_watch.h"
+#include "qrvel/channel/host_server.h"
+#include "qrvel/channel/named_files.h"
+#include "qrvel/channel/speaker.h"
 
 namespace qrvel {
 

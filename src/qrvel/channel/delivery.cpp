@@ -1,9 +1,9 @@
-#include "delivery.h"
+#include "qrvel/channel/delivery.h"
 
 #include <cstring>
 #include <utility>
 
-#include "transmission_cutter.h"
+#include "qrvel/channel/transmission_cutter.h"
 
 namespace qrvel {
 

@@ -4,8 +4,8 @@
 #include <chrono>
 #include <memory>
 
-#include "transmission.h"
-#include "wd.h"
+#include "qrvel/channel/transmission.h"
+#include "toolkit/wd.h"
 
 namespace qrvel {
 

@@ -1,16 +1,16 @@
-#include "file_source.h"
+#include "qrvel/channel/file_source.h"
 
 #include <QStringList>
 #include <algorithm>
 #include <utility>
 
-#include "application.h"
-#include "data_channel.h"
-#include "notices.h"
-#include "own_texts.h"
-#include "plot_report.h"
-#include "shown_text.h"
-#include "toolkit_trace.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/notices.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/base/toolkit_trace.h"
+#include "qrvel/channel/data_channel.h"
+#include "qrvel/channel/plot_report.h"
+#include "system/shown_text.h"
 
 namespace qrvel {
 
@@ -103,7 +103,7 @@ void FileSource::sayReport() {
     if (const QString text = reportText(survey.report); !text.isEmpty()) said += text;
     remarks_ = said.join("; ");
     if (!remarks_.isEmpty()) sayLine(shownName() + ": " + remarks_);
-    traceLine("%s: pages: %d. %s\n", kelfiles::shownText(name_.toStdString()).c_str(), pages_,
+    traceLine("%s: pages: %d. %s\n", kelsystem::shownText(name_.toStdString()).c_str(), pages_,
               plotter::summary(survey).c_str());
 }
 

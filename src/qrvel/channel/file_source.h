@@ -8,9 +8,9 @@
 #include <QString>
 #include <memory>
 
-#include "plotted_file.h"
-#include "source_reader.h"
-#include "speaker.h"
+#include "qrvel/channel/plotted_file.h"
+#include "qrvel/channel/source_reader.h"
+#include "qrvel/channel/speaker.h"
 
 namespace qrvel {
 

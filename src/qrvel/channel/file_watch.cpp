@@ -1,4 +1,4 @@
-#include "file_watch.h"
+#include "qrvel/channel/file_watch.h"
 
 #include <sys/stat.h>
 

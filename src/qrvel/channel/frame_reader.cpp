@@ -1,4 +1,4 @@
-#include "frame_reader.h"
+#include "qrvel/channel/frame_reader.h"
 
 #include <algorithm>
 
@@ -37,14 +37,14 @@ FrameReader::Result FrameReader::take(std::string_view bytes) {
     return {Event::NeedsMore, taken};
 }
 
-Frame takeFrame(std::string_view& bytes) {
+HostFrame takeFrame(std::string_view& bytes) {
     if (bytes.size() < kelhost::FRAME_HEADER_SIZE) {
         bytes = {};
         return {static_cast<uint32_t>(FrameKind::End), {}};
     }
     const kelhost::FrameHeader header = kelhost::decodeHeader(bytes.data());
     bytes.remove_prefix(kelhost::FRAME_HEADER_SIZE);
-    const Frame frame{header.kind, bytes.substr(0, header.length)};
+    const HostFrame frame{header.kind, bytes.substr(0, header.length)};
     bytes.remove_prefix(frame.bytes.size());
     return frame;
 }

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "protocol.h"
+#include "host/protocol.h"
 
 namespace qrvel {
 
@@ -36,10 +36,10 @@ class FrameReader {
 };
 
 // The frame in front of what a FrameReader has let through, which is taken off it. `bytes` must not be empty.
-struct Frame {
+struct HostFrame {
     uint32_t kind;  // WD_CHUNK_…
     std::string_view bytes;
 };
-Frame takeFrame(std::string_view& bytes);
+HostFrame takeFrame(std::string_view& bytes);
 
 }  // namespace qrvel

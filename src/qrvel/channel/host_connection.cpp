@@ -1,4 +1,4 @@
-#include "host_connection.h"
+#include "qrvel/channel/host_connection.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -9,9 +9,9 @@
 #include <chrono>
 #include <utility>
 
-#include "data_channel.h"
-#include "notices.h"
-#include "own_texts.h"
+#include "qrvel/base/notices.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/channel/data_channel.h"
 
 namespace qrvel {
 

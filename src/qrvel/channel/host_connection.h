@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "frame_reader.h"
-#include "protocol.h"
-#include "speaker.h"
-#include "spool.h"
+#include "host/protocol.h"
+#include "qrvel/channel/frame_reader.h"
+#include "qrvel/channel/speaker.h"
+#include "qrvel/channel/spool.h"
 
 namespace qrvel {
 

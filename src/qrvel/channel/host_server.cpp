@@ -1,4 +1,4 @@
-#include "host_server.h"
+#include "qrvel/channel/host_server.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -14,12 +14,12 @@
 #include <cstring>
 #include <utility>
 
-#include "application.h"
-#include "descriptors.h"
-#include "error_text.h"
-#include "notices.h"
-#include "own_texts.h"
-#include "protocol.h"
+#include "host/protocol.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/notices.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/channel/error_text.h"
+#include "system/descriptors.h"
 
 namespace qrvel {
 
@@ -55,8 +55,8 @@ void raiseDescriptorLimit() {
     setrlimit(RLIMIT_NOFILE, &limit);
 }
 
-kelfiles::FileId idOf(const QByteArray& path) {
-    return kelfiles::fileIdOfItself(path.toStdString());
+kelsystem::FileId idOf(const QByteArray& path) {
+    return kelsystem::fileIdOfItself(path.toStdString());
 }
 
 sockaddr_un addressOf(const QByteArray& path) {
@@ -97,7 +97,7 @@ bool bindTo(int socket, const QByteArray& path) {
 }  // namespace
 
 bool NameLock::isHeld() const {
-    return file_ >= 0 && kelfiles::fileIdOf(file_) == idOf(path_);
+    return file_ >= 0 && kelsystem::fileIdOf(file_) == idOf(path_);
 }
 
 void NameLock::letGo() {
@@ -166,7 +166,7 @@ void HostServer::close() {
 }
 
 bool HostServer::isFound() const {
-    return file_ != kelfiles::FileId{} && file_ == idOf(path_);
+    return file_ != kelsystem::FileId{} && file_ == idOf(path_);
 }
 
 void HostServer::look() {
@@ -187,7 +187,7 @@ void HostServer::accept() {
         if (errno == EMFILE || errno == ENFILE) notifier_->setEnabled(false);
         return;
     }
-    if (kelfiles::descriptorsAreLeft(DESCRIPTORS_OF_OUR_OWN)) return arrived_(host);
+    if (kelsystem::descriptorsAreLeft(DESCRIPTORS_OF_OUR_OWN)) return arrived_(host);
     ::close(host);
     if (!std::exchange(full_, true)) sayLine("host: too few descriptors are left for another");
 }

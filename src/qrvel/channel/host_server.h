@@ -8,7 +8,7 @@
 #include <functional>
 #include <memory>
 
-#include "file_ids.h"
+#include "system/file_ids.h"
 
 namespace qrvel {
 
@@ -64,7 +64,7 @@ class HostServer {
     QByteArray lockPath_;
     NameLock name_;
     int socket_ = -1;
-    kelfiles::FileId file_;  // the socket's, as it was made
+    kelsystem::FileId file_;  // the socket's, as it was made
     std::unique_ptr<QSocketNotifier> notifier_;
     QTimer looks_;       // whether it can still be found
     QString said_;       // of what is wrong

@@ -1,4 +1,4 @@
-#include "named_files.h"
+#include "qrvel/channel/named_files.h"
 
 #include <QEventLoop>
 #include <QTimer>
@@ -6,9 +6,9 @@
 #include <string>
 #include <utility>
 
-#include "application.h"
-#include "own_texts.h"
-#include "spool.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/channel/spool.h"
 
 namespace qrvel {
 

@@ -9,7 +9,7 @@
 #include <chrono>
 #include <optional>
 
-#include "regular_file.h"
+#include "platform/regular_file.h"
 
 namespace qrvel {
 

@@ -1,4 +1,4 @@
-#include "plot_recognition.h"
+#include "qrvel/channel/plot_recognition.h"
 
 #include <algorithm>
 #include <array>
@@ -21,7 +21,7 @@ constexpr auto SURE = [] {
     std::array<bool, NAMES> names = {};
 #define HPGL_COMMAND(name, signature, setup, drawing, action, sure) \
     if (sure) names[placeOf(#name)] = true;
-#include "commands.inl"
+#include "hpgl/commands.inl"
     return names;
 }();
 

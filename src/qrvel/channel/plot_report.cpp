@@ -1,11 +1,11 @@
-#include "plot_report.h"
+#include "qrvel/channel/plot_report.h"
 
 #include <QStringList>
 #include <algorithm>
 #include <optional>
 #include <vector>
 
-#include "own_texts.h"
+#include "qrvel/base/own_texts.h"
 
 namespace qrvel {
 

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-#include "plotter.h"
+#include "plotter/plotter.h"
 
 namespace qrvel {
 

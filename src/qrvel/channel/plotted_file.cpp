@@ -1,4 +1,4 @@
-#include "plotted_file.h"
+#include "qrvel/channel/plotted_file.h"
 
 #include <QCoreApplication>
 #include <QEvent>
@@ -7,9 +7,9 @@
 #include <system_error>
 #include <utility>
 
-#include "memory.h"
-#include "plot_recognition.h"
-#include "plot_report.h"
+#include "qrvel/channel/plot_recognition.h"
+#include "qrvel/channel/plot_report.h"
+#include "system/memory.h"
 
 namespace qrvel {
 
@@ -20,7 +20,7 @@ constexpr auto WORK_IS_DONE = QEvent::User;  // nobody else posts to it
 // Of a page's text: the viewer makes three times as much of it, and a page to print comes to it.
 qint64 mostTextBytes() {
     constexpr uint64_t PART_OF_MEMORY = 12;
-    return static_cast<qint64>(kelfiles::memoryInAll() / PART_OF_MEMORY);
+    return static_cast<qint64>(kelsystem::memoryInAll() / PART_OF_MEMORY);
 }
 
 }  // namespace

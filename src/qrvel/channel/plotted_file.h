@@ -13,8 +13,8 @@
 #include <string>
 #include <thread>
 
-#include "plotter.h"
-#include "spool.h"
+#include "plotter/plotter.h"
+#include "qrvel/channel/spool.h"
 
 namespace qrvel {
 

@@ -1,4 +1,4 @@
-#include "source_reader.h"
+#include "qrvel/channel/source_reader.h"
 
 #include <fcntl.h>
 #include <poll.h>
@@ -11,8 +11,8 @@
 #include <cstring>
 #include <utility>
 
-#include "error_text.h"
-#include "speaker.h"
+#include "qrvel/channel/error_text.h"
+#include "qrvel/channel/speaker.h"
 
 namespace qrvel {
 

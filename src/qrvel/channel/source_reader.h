@@ -7,8 +7,8 @@
 #include <functional>
 #include <memory>
 
-#include "options.h"
-#include "spool.h"
+#include "qrvel/base/options.h"
+#include "qrvel/channel/spool.h"
 
 namespace qrvel {
 

@@ -8,7 +8,7 @@
 #include <optional>
 #include <string_view>
 
-#include "run.h"
+#include "qrvel/base/run.h"
 
 namespace qrvel {
 

@@ -1,10 +1,10 @@
-#include "spool.h"
+#include "qrvel/channel/spool.h"
 
-#include "memory.h"
+#include "system/memory.h"
 
 #include <cerrno>
 
-#include "error_text.h"
+#include "qrvel/channel/error_text.h"
 
 namespace qrvel {
 
@@ -14,7 +14,7 @@ constexpr qint64 MOST_IN_MEMORY = qint64{16} * 1024 * 1024;
 
 // A drawing takes several times its size when it is parsed, so half of the memory is the limit.
 struct Limit {
-    qint64 bytes = static_cast<qint64>(kelfiles::memoryInAll() / 2);
+    qint64 bytes = static_cast<qint64>(kelsystem::memoryInAll() / 2);
     QString reason = "more data than half of the memory";
 };
 

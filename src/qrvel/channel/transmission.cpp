@@ -1,10 +1,10 @@
-#include "transmission.h"
+#include "qrvel/channel/transmission.h"
 
 #include <utility>
 
-#include "frame_reader.h"
-#include "transmission_cutter.h"
-#include "wd.h"
+#include "qrvel/channel/frame_reader.h"
+#include "qrvel/channel/transmission_cutter.h"
+#include "toolkit/wd.h"
 
 namespace qrvel {
 
@@ -22,7 +22,7 @@ std::unique_ptr<Transmission> Transmission::endAlone() {
 std::optional<Chunk> Transmission::next() {
     if (form_ == Form::Plain) return nextOfPlain();
     if (rest_.empty()) return std::nullopt;
-    const Frame frame = takeFrame(rest_);
+    const HostFrame frame = takeFrame(rest_);
     return Chunk{frame.kind, frame.bytes, false};
 }
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <string_view>
 
-#include "spool.h"
-#include "wd.h"
+#include "qrvel/channel/spool.h"
+#include "toolkit/wd.h"
 
 namespace qrvel {
 

@@ -1,4 +1,4 @@
-#include "transmission_cutter.h"
+#include "qrvel/channel/transmission_cutter.h"
 
 namespace qrvel {
 

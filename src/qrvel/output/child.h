@@ -6,8 +6,8 @@
 #include <QSize>
 #include <memory>
 
-#include "objects.h"
-#include "screen_surface.h"
+#include "qrvel/base/objects.h"
+#include "qrvel/output/screen_surface.h"
 
 namespace qrvel {
 

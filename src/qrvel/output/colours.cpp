@@ -1,10 +1,10 @@
-#include "colours.h"
+#include "qrvel/output/colours.h"
 
 #include <span>
 
-#include "application.h"
-#include "handles.h"
-#include "wclr.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/handles.h"
+#include "toolkit/wclr.h"
 
 namespace qrvel {
 

@@ -1,4 +1,4 @@
-#include "even_odd_fill.h"
+#include "qrvel/output/even_odd_fill.h"
 
 #include <bit>
 #include <limits>

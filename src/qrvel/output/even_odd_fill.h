@@ -5,8 +5,8 @@
 #include <span>
 #include <vector>
 
-#include "out.h"
-#include "pixel_area.h"
+#include "qrvel/output/pixel_area.h"
+#include "toolkit/out.h"
 
 namespace qrvel {
 

@@ -1,13 +1,13 @@
-#include "fonts.h"
+#include "qrvel/output/fonts.h"
 
 #include <array>
 #include <charconv>
 #include <string_view>
 
-#include "handles.h"
-#include "label_face.h"
-#include "objects.h"
-#include "wf.h"
+#include "qrvel/base/handles.h"
+#include "qrvel/base/objects.h"
+#include "qrvel/output/label_face.h"
+#include "toolkit/wf.h"
 
 namespace qrvel {
 

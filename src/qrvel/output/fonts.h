@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "w.h"
+#include "toolkit/w.h"
 
 namespace qrvel {
 

@@ -1,4 +1,4 @@
-#include "label_face.h"
+#include "qrvel/output/label_face.h"
 
 #include <QFont>
 #include <QFontInfo>

@@ -1,9 +1,9 @@
-#include "outline_fill.h"
+#include "qrvel/output/outline_fill.h"
 
 #include <QPainter>
 #include <QPainterPath>
 
-#include "polygon_cut.h"
+#include "qrvel/output/polygon_cut.h"
 
 namespace qrvel {
 

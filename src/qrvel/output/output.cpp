@@ -2,12 +2,12 @@
 #include <QCoreApplication>
 #include <span>
 
-#include "application.h"
-#include "child.h"
-#include "fonts.h"
-#include "handles.h"
-#include "out.h"
-#include "toolkit_trace.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/handles.h"
+#include "qrvel/base/toolkit_trace.h"
+#include "qrvel/output/child.h"
+#include "qrvel/output/fonts.h"
+#include "toolkit/out.h"
 
 namespace qrvel {
 
@@ -29,8 +29,8 @@ OutputDevice* outputOf(WHandle child, const char* operation) {
     return output;
 }
 
-Box boxOf(int32_t x, int32_t y, int32_t width, int32_t height) {
-    return Box{.x = x, .y = y, .width = width, .height = height}.normalised();
+PixelBox boxOf(int32_t x, int32_t y, int32_t width, int32_t height) {
+    return PixelBox{.x = x, .y = y, .width = width, .height = height}.normalised();
 }
 
 void drawThinPolyline(OutputDevice& output, std::span<const OUTPoint> points) {

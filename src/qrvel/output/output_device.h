@@ -9,26 +9,26 @@
 #include <span>
 #include <string_view>
 
-#include "colours.h"
-#include "out.h"
+#include "qrvel/output/colours.h"
+#include "toolkit/out.h"
 
 namespace qrvel {
 
 // A box as the operations give it, with sizes of either sign; wide enough that its far corner cannot overflow.
-struct Box {
+struct PixelBox {
     int64_t x;
     int64_t y;
     int64_t width;
     int64_t height;
 
     // The same box with sizes that are not negative.
-    Box normalised() const {
+    PixelBox normalised() const {
         return {.x = width < 0 ? x + width : x,
                 .y = height < 0 ? y + height : y,
                 .width = width < 0 ? -width : width,
                 .height = height < 0 ? -height : height};
     }
-    bool operator==(const Box&) const = default;
+    bool operator==(const PixelBox&) const = default;
 };
 
 // What a reset makes fresh.
@@ -58,12 +58,12 @@ class OutputDevice {
     // width from 2; two points or more, or one for a dot.
     virtual void wideLine(std::span<const OUTPoint> points, int32_t width) = 0;
     // Boxes are normalised. The outline runs through all four corners; the fill covers width x height pixels.
-    virtual void outline(const Box& box) = 0;
-    virtual void fill(const Box& box) = 0;
+    virtual void outline(const PixelBox& box) = 0;
+    virtual void fill(const PixelBox& box) = 0;
     // Polygons one after the other in `points`, as one even-odd area.
     virtual void polygons(std::span<const OUTPoint> points, std::span<const int32_t> counts) = 0;
     virtual void text(OUTPoint baseline, std::string_view bytes) = 0;
-    virtual void trackBox(const Box& box) = 0;
+    virtual void trackBox(const PixelBox& box) = 0;
 
     // The pixel value of a colour index; black for one that the table does not have.
     uint32_t colourAt(int64_t index) const {

@@ -1,4 +1,4 @@
-#include "polygon_cut.h"
+#include "qrvel/output/polygon_cut.h"
 
 #include <algorithm>
 

@@ -1,12 +1,12 @@
-#include "screen_surface.h"
+#include "qrvel/output/screen_surface.h"
 
 #include <QPainter>
 #include <algorithm>
 #include <cstring>
 #include <utility>
 
-#include "thin_line.h"
-#include "wide_line.h"
+#include "qrvel/output/thin_line.h"
+#include "qrvel/output/wide_line.h"
 
 namespace qrvel {
 
@@ -121,7 +121,7 @@ void ScreenSurface::wideLine(std::span<const OUTPoint> points, int32_t width) {
     }
 }
 
-void ScreenSurface::outline(const Box& box) {
+void ScreenSurface::outline(const PixelBox& box) {
     const int64_t right = box.x + box.width;
     const int64_t top = box.y + box.height;
     fillBox(area_, box.x, box.y, right, box.y, attributes.lineColour);
@@ -131,7 +131,7 @@ void ScreenSurface::outline(const Box& box) {
     count(BOX_WORK);
 }
 
-void ScreenSurface::fill(const Box& box) {
+void ScreenSurface::fill(const PixelBox& box) {
     fillBox(area_, box.x, box.y, box.x + box.width - 1, box.y + box.height - 1, attributes.fillColour);
     count(BOX_WORK);
 }
@@ -147,7 +147,7 @@ void ScreenSurface::text(OUTPoint baseline, std::string_view bytes) {
     count(CHARACTER_WORK * static_cast<int32_t>(std::min<std::size_t>(bytes.size(), WORK_BETWEEN_LOOKS)));
 }
 
-void ScreenSurface::trackBox(const Box& box) {
+void ScreenSurface::trackBox(const PixelBox& box) {
     const auto known =
         std::find_if(trackBoxes_.begin(), trackBoxes_.end(), [&](const TrackBox& track) { return track.box == box; });
     if (known != trackBoxes_.end()) {

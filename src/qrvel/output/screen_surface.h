@@ -7,10 +7,10 @@
 #include <functional>
 #include <vector>
 
-#include "even_odd_fill.h"
-#include "output_device.h"
-#include "pixel_area.h"
-#include "text_output.h"
+#include "qrvel/output/even_odd_fill.h"
+#include "qrvel/output/output_device.h"
+#include "qrvel/output/pixel_area.h"
+#include "qrvel/output/text_output.h"
 
 class QPainter;
 
@@ -42,15 +42,15 @@ class ScreenSurface final : public OutputDevice {
     void endPaint() override;
     void line(OUTPoint from, OUTPoint to) override;
     void wideLine(std::span<const OUTPoint> points, int32_t width) override;
-    void outline(const Box& box) override;
-    void fill(const Box& box) override;
+    void outline(const PixelBox& box) override;
+    void fill(const PixelBox& box) override;
     void polygons(std::span<const OUTPoint> points, std::span<const int32_t> counts) override;
     void text(OUTPoint baseline, std::string_view bytes) override;
-    void trackBox(const Box& box) override;
+    void trackBox(const PixelBox& box) override;
 
   private:
     struct TrackBox {
-        Box box;
+        PixelBox box;
         uint32_t colour;
     };
     using Clock = std::chrono::steady_clock;

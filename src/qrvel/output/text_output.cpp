@@ -1,12 +1,12 @@
-#include "text_output.h"
+#include "qrvel/output/text_output.h"
 
 #include <QPainter>
 #include <QTransform>
 #include <cmath>
 #include <cstdlib>
 
-#include "label_face.h"
-#include "outline_fill.h"
+#include "qrvel/output/label_face.h"
+#include "qrvel/output/outline_fill.h"
 
 namespace qrvel {
 

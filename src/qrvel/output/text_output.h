@@ -9,7 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "pixel_area.h"
+#include "qrvel/output/pixel_area.h"
 
 namespace qrvel {
 

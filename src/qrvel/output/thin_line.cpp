@@ -1,4 +1,4 @@
-#include "thin_line.h"
+#include "qrvel/output/thin_line.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 // Lines of one pixel, straight into the pixels of a surface.
 #pragma once
 
-#include "pixel_area.h"
+#include "qrvel/output/pixel_area.h"
 
 namespace qrvel {
 

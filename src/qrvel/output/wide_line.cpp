@@ -1,4 +1,4 @@
-#include "wide_line.h"
+#include "qrvel/output/wide_line.h"
 
 #include <cmath>
 

@@ -1,7 +1,7 @@
 // Lines wider than a pixel, with round ends.
 #pragma once
 
-#include "pixel_area.h"
+#include "qrvel/output/pixel_area.h"
 
 namespace qrvel {
 

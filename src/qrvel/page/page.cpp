@@ -1,15 +1,15 @@
-#include "page.h"
+#include "qrvel/page/page.h"
 
 #include <algorithm>
 #include <new>
 
-#include "memory.h"
+#include "system/memory.h"
 
 namespace qrvel {
 
 namespace {
 
-QRectF rectangleOf(const Box& box) {
+QRectF rectangleOf(const PixelBox& box) {
     return {static_cast<double>(box.x), static_cast<double>(box.y), static_cast<double>(box.width),
             static_cast<double>(box.height)};
 }
@@ -28,7 +28,7 @@ OUTPoint corner(int64_t x, int64_t y) {
 std::size_t mostPageBytes() {
     constexpr std::size_t PART_OF_MEMORY = 8;
     const auto asked = qgetenv("KEL_MOST_PAGE_BYTES").toULongLong();
-    return asked > 0 ? asked : kelfiles::memoryInAll() / PART_OF_MEMORY;
+    return asked > 0 ? asked : kelsystem::memoryInAll() / PART_OF_MEMORY;
 }
 
 template <class Keep>
@@ -62,7 +62,7 @@ void Page::wideLine(std::span<const OUTPoint> points, int32_t width) {
     });
 }
 
-void Page::outline(const Box& box) {
+void Page::outline(const PixelBox& box) {
     const OUTPoint corners[] = {corner(box.x, box.y), corner(box.x + box.width, box.y),
                                 corner(box.x + box.width, box.y + box.height), corner(box.x, box.y + box.height)};
     OUTPoint from = corners[3];
@@ -72,7 +72,7 @@ void Page::outline(const Box& box) {
     }
 }
 
-void Page::fill(const Box& box) {
+void Page::fill(const PixelBox& box) {
     keep([&] { recording_.rectangle(rectangleOf(box), attributes.fillColour); });
 }
 

@@ -4,9 +4,9 @@
 // forgotten with the reset that follows it.
 #pragma once
 
-#include "output_device.h"
-#include "paper.h"
-#include "recording.h"
+#include "qrvel/base/paper.h"
+#include "qrvel/output/output_device.h"
+#include "qrvel/page/recording.h"
 
 namespace qrvel {
 
@@ -17,10 +17,10 @@ std::size_t mostPageBytes();
 class Page final : public OutputDevice {
   public:
     // mostBytes: of its drawing.
-    explicit Page(const Sheet& sheet, std::size_t mostBytes = mostPageBytes())
+    explicit Page(const SheetLayout& sheet, std::size_t mostBytes = mostPageBytes())
         : sheet_(sheet), mostBytes_(mostBytes), recording_(sheet) {}
 
-    const Sheet& sheet() const { return sheet_; }
+    const SheetLayout& sheet() const { return sheet_; }
     const Recording& recording() const { return recording_; }
     // Whether the drawing was too large to be kept. What has been kept is gone then.
     bool isTooLarge() const { return tooLarge_; }
@@ -30,17 +30,17 @@ class Page final : public OutputDevice {
     void endPaint() override {}
     void line(OUTPoint from, OUTPoint to) override;
     void wideLine(std::span<const OUTPoint> points, int32_t width) override;
-    void outline(const Box& box) override;
-    void fill(const Box& box) override;
+    void outline(const PixelBox& box) override;
+    void fill(const PixelBox& box) override;
     void polygons(std::span<const OUTPoint> points, std::span<const int32_t> counts) override;
     void text(OUTPoint baseline, std::string_view bytes) override;
-    void trackBox(const Box& /*box*/) override {}
+    void trackBox(const PixelBox& /*box*/) override {}
 
   private:
     template <class Keep>
     void keep(Keep keep);
 
-    Sheet sheet_;
+    SheetLayout sheet_;
     std::size_t mostBytes_;
     Recording recording_;
     bool tooLarge_ = false;

@@ -1,4 +1,4 @@
-#include "page_delivery.h"
+#include "qrvel/page/page_delivery.h"
 
 #include <cups/cups.h>
 
@@ -8,13 +8,13 @@
 #include <algorithm>
 #include <new>
 
-#include "application.h"
-#include "file_device.h"
-#include "own_texts.h"
-#include "page_painter.h"
-#include "page_writing.h"
-#include "placement.h"
-#include "whole_file.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/page/file_device.h"
+#include "qrvel/page/page_painter.h"
+#include "qrvel/page/page_writing.h"
+#include "qrvel/page/placement.h"
+#include "system/whole_file.h"
 
 namespace qrvel {
 
@@ -39,7 +39,7 @@ QString draw(int descriptor, Pages pages, const PageGoal& goal) {
 }
 
 QString writeFile(Pages pages, const PageGoal& goal) {
-    kelfiles::WholeFile whole(goal.name.toStdString());
+    kelsystem::WholeFile whole(goal.name.toStdString());
     if (!whole.problem().empty()) return cannotWrite(goal, QString::fromStdString(whole.problem()));
     if (const QString problem = draw(whole.descriptor(), pages, goal); !problem.isEmpty()) {
         return cannotWrite(goal, problem);

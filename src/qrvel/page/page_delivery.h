@@ -6,8 +6,8 @@
 #include <span>
 #include <utility>
 
-#include "page.h"
-#include "print_choice.h"
+#include "qrvel/base/print_choice.h"
+#include "qrvel/page/page.h"
 
 namespace qrvel {
 
@@ -23,7 +23,8 @@ struct PageGoal {
 };
 
 struct PrintedPage {
-    PrintedPage(const Sheet& sheet, PageGoal to, std::size_t mostBytes) : page(sheet, mostBytes), goal(std::move(to)) {}
+    PrintedPage(const SheetLayout& sheet, PageGoal to, std::size_t mostBytes)
+        : page(sheet, mostBytes), goal(std::move(to)) {}
 
     Page page;
     PageGoal goal;

@@ -1,16 +1,16 @@
-#include "page_image.h"
+#include "qrvel/page/page_image.h"
 
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
-#include "colours.h"
-#include "even_odd_fill.h"
-#include "pixel_area.h"
-#include "placement.h"
-#include "text_output.h"
-#include "thin_line.h"
-#include "wide_line.h"
+#include "qrvel/output/colours.h"
+#include "qrvel/output/even_odd_fill.h"
+#include "qrvel/output/pixel_area.h"
+#include "qrvel/output/text_output.h"
+#include "qrvel/output/thin_line.h"
+#include "qrvel/output/wide_line.h"
+#include "qrvel/page/placement.h"
 
 namespace qrvel {
 
@@ -109,7 +109,7 @@ QSize imageSize(const QSizeF& paper, double pixelsPerMillimetre) {
     return qint64{size.width()} * size.height() <= MOST_PIXELS ? size : QSize();
 }
 
-QImage drawImage(const Recording& recording, const Sheet& sheet, double pixelsPerMillimetre) {
+QImage drawImage(const Recording& recording, const SheetLayout& sheet, double pixelsPerMillimetre) {
     const Placement placement = place(recording.bounds(), sheet);
     QImage image(imageSize(placement.paper, pixelsPerMillimetre), QImage::Format_RGB32);
     if (image.isNull()) return image;

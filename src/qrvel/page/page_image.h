@@ -3,7 +3,7 @@
 
 #include <QImage>
 
-#include "recording.h"
+#include "qrvel/page/recording.h"
 
 namespace qrvel {
 
@@ -13,6 +13,6 @@ QSize imageSize(const QSizeF& paper, double pixelsPerMillimetre);
 
 // pixelsPerMillimetre says how fine the image is. Lines are as wide as on paper, and one pixel at least. Null when
 // there is no memory for it, or imageSize says that it is too large.
-QImage drawImage(const Recording& recording, const Sheet& sheet, double pixelsPerMillimetre);
+QImage drawImage(const Recording& recording, const SheetLayout& sheet, double pixelsPerMillimetre);
 
 }  // namespace qrvel

@@ -4,12 +4,12 @@
 #include <map>
 #include <vector>
 
-#include "application.h"
-#include "child.h"
-#include "notices.h"
-#include "out.h"
-#include "own_texts.h"
-#include "page_sink.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/notices.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/output/child.h"
+#include "qrvel/page/page_sink.h"
+#include "toolkit/out.h"
 
 namespace qrvel {
 

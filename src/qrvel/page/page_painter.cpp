@@ -1,4 +1,4 @@
-#include "page_painter.h"
+#include "qrvel/page/page_painter.h"
 
 #include <QFontMetricsF>
 #include <QPainterPath>
@@ -6,7 +6,7 @@
 #include <array>
 #include <optional>
 
-#include "label_face.h"
+#include "qrvel/output/label_face.h"
 
 namespace qrvel {
 

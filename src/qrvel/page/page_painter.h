@@ -3,8 +3,8 @@
 
 #include <QPainter>
 
-#include "placement.h"
-#include "recording.h"
+#include "qrvel/page/placement.h"
+#include "qrvel/page/recording.h"
 
 namespace qrvel {
 

@@ -5,7 +5,7 @@
 #include <memory>
 #include <vector>
 
-#include "page_delivery.h"
+#include "qrvel/page/page_delivery.h"
 
 namespace qrvel {
 

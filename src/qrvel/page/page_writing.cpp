@@ -1,4 +1,4 @@
-#include "page_writing.h"
+#include "qrvel/page/page_writing.h"
 
 #include <QBuffer>
 #include <QImageWriter>
@@ -8,9 +8,9 @@
 #include <QSvgGenerator>
 #include <cmath>
 
-#include "page_image.h"
-#include "page_painter.h"
-#include "placement.h"
+#include "qrvel/page/page_image.h"
+#include "qrvel/page/page_painter.h"
+#include "qrvel/page/placement.h"
 
 namespace qrvel {
 

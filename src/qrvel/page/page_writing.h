@@ -4,8 +4,8 @@
 #include <QIODevice>
 #include <span>
 
-#include "page.h"
-#include "print_choice.h"
+#include "qrvel/base/print_choice.h"
+#include "qrvel/page/page.h"
 
 namespace qrvel {
 

@@ -1,4 +1,4 @@
-#include "placement.h"
+#include "qrvel/page/placement.h"
 
 namespace qrvel {
 
@@ -15,7 +15,7 @@ std::array<QRectF, 4> marginsOf(const QSizeF& paper, double width) {
 
 }  // namespace
 
-Placement place(const std::optional<QRectF>& drawn, const Sheet& sheet) {
+Placement place(const std::optional<QRectF>& drawn, const SheetLayout& sheet) {
     const QPointF margin(sheet.margin, sheet.margin);
     const QRectF area(0.0, 0.0, sheet.areaWidth, sheet.areaHeight);
     Placement placed{.paper = {sheet.width, sheet.height}, .origin = margin, .unit = sheet.unit, .margins = {}};

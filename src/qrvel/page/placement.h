@@ -7,7 +7,7 @@
 #include <array>
 #include <optional>
 
-#include "paper.h"
+#include "qrvel/base/paper.h"
 
 namespace qrvel {
 
@@ -21,6 +21,6 @@ struct Placement {
 
 // drawn: what the drawing covers, units of the sheet; nothing when it is empty. It is centred by half of its slack, so
 // what fills the area stays where it is; a sheet that fits is cut to the drawing and the margins around it.
-Placement place(const std::optional<QRectF>& drawn, const Sheet& sheet);
+Placement place(const std::optional<QRectF>& drawn, const SheetLayout& sheet);
 
 }  // namespace qrvel

@@ -1,11 +1,11 @@
-#include "recording.h"
+#include "qrvel/page/recording.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 
-#include "label_face.h"
-#include "polygon_cut.h"
+#include "qrvel/output/label_face.h"
+#include "qrvel/output/polygon_cut.h"
 
 namespace qrvel {
 
@@ -23,7 +23,7 @@ bool cutAtBorder(double fromInside, double toInside, double& begin, double& end)
 
 }  // namespace
 
-Recording::Recording(const Sheet& sheet)
+Recording::Recording(const SheetLayout& sheet)
     : areaWidth_(sheet.areaWidth),
       areaHeight_(sheet.areaHeight),
       bleed_(static_cast<int>(sheet.bleed / sheet.unit)),

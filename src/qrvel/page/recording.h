@@ -13,9 +13,9 @@
 #include <string>
 #include <string_view>
 
-#include "out.h"
-#include "paper.h"
-#include "spooled_array.h"
+#include "qrvel/base/paper.h"
+#include "system/spooled_array.h"
+#include "toolkit/out.h"
 
 namespace qrvel {
 
@@ -53,7 +53,7 @@ struct PageText {
 class Recording {
   public:
     // The sheet says what is cut off.
-    explicit Recording(const Sheet& sheet);
+    explicit Recording(const SheetLayout& sheet);
 
     void clear();
     bool isEmpty() const { return steps_.empty(); }
@@ -122,9 +122,9 @@ class Recording {
     int areaHeight_;
     int bleed_;   // units around the area that are kept
     Reach thin_;  // of thin strokes, and of areas
-    kelfiles::SpooledArray<Step> steps_;
-    kelfiles::SpooledArray<PagePoint> points_;
-    kelfiles::SpooledArray<Text> texts_;
+    kelsystem::SpooledArray<Step> steps_;
+    kelsystem::SpooledArray<PagePoint> points_;
+    kelsystem::SpooledArray<Text> texts_;
     std::string characters_;
     bool overflows_ = false;
     OUTPoint lowest_{};  // corners of what was drawn

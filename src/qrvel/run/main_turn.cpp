@@ -1,10 +1,10 @@
 // WIsendmsgs: what a turn of the main loop does. Messages, then a piece of the picture that comes in, then what waits
 // for a picture that is out.
-#include "application.h"
-#include "child.h"
-#include "child_widget.h"
-#include "data_channel.h"
-#include "print_setup.h"
+#include "qrvel/base/application.h"
+#include "qrvel/channel/data_channel.h"
+#include "qrvel/output/child.h"
+#include "qrvel/window/child_widget.h"
+#include "qrvel/window/print_setup.h"
 
 namespace qrvel {
 
@@ -16,7 +16,7 @@ class Carrier final : public ChildMessages {
         Child* found = handles().find<Child>(child);
         if (found == nullptr) return;
         found->mousePosition = position;
-        MessageQueue::send(child, W_MSG_MOUSE, first);
+        ToolkitMessages::send(child, W_MSG_MOUSE, first);
         found = handles().find<Child>(child);
         if (first == W_MOUSE_RELEASE && found != nullptr && found->surface) found->surface->dropTrackBoxes();
     }
@@ -25,7 +25,7 @@ class Carrier final : public ChildMessages {
         const Child* found = handles().find<Child>(child);
         if (found == nullptr || application()->run->prints()) return;  // nobody sees it
         if (found->surface) found->surface->clear();
-        MessageQueue::send(child, W_MSG_PAINT);
+        ToolkitMessages::send(child, W_MSG_PAINT);
         if (DataChannel* channel = findDataChannel()) channel->pictureIsOut();
         printPreviewIsStale();
         application()->run->painted(child);

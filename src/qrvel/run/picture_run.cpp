@@ -1,14 +1,14 @@
-#include "picture_run.h"
+#include "qrvel/run/picture_run.h"
 
 #include <QBuffer>
 #include <string>
 
-#include "application.h"
-#include "child.h"
-#include "data_channel.h"
-#include "notices.h"
-#include "own_texts.h"
-#include "whole_file.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/notices.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/channel/data_channel.h"
+#include "qrvel/output/child.h"
+#include "system/whole_file.h"
 
 namespace qrvel {
 
@@ -19,8 +19,8 @@ std::string save(const QImage& image, const QByteArray& name) {
     QBuffer content;
     content.open(QBuffer::WriteOnly);
     if (!image.save(&content, "PNG")) return "no PNG";
-    return kelfiles::writeWhole(name.toStdString(),
-                                {content.data().constData(), static_cast<std::size_t>(content.size())});
+    return kelsystem::writeWhole(name.toStdString(),
+                                 {content.data().constData(), static_cast<std::size_t>(content.size())});
 }
 
 }  // namespace

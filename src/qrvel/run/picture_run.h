@@ -1,7 +1,7 @@
 // --picture: the first picture goes to a file instead of a window, and the application ends.
 #pragma once
 
-#include "window_run.h"
+#include "qrvel/run/window_run.h"
 
 namespace qrvel {
 

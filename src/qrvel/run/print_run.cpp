@@ -1,13 +1,13 @@
-#include "print_run.h"
+#include "qrvel/run/print_run.h"
 
 #include <utility>
 
-#include "application.h"
-#include "child.h"
-#include "data_channel.h"
-#include "notices.h"
-#include "output_names.h"
-#include "pssetup.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/notices.h"
+#include "qrvel/base/output_names.h"
+#include "qrvel/channel/data_channel.h"
+#include "qrvel/output/child.h"
+#include "toolkit/pssetup.h"
 
 namespace qrvel {
 

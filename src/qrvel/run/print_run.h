@@ -4,11 +4,11 @@
 
 #include <memory>
 
-#include "file_ids.h"
-#include "own_texts.h"
-#include "page_sink.h"
-#include "print_choice.h"
-#include "run.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/base/print_choice.h"
+#include "qrvel/base/run.h"
+#include "qrvel/page/page_sink.h"
+#include "system/file_ids.h"
 
 namespace qrvel {
 
@@ -44,7 +44,7 @@ class PrintRun final : public Run, public PageSink {
     PrintChoice choice_;  // of what is printed next; its file name is that of the source begun last
     qsizetype sources_;
     qsizetype read_ = 0;
-    kelfiles::FileIds written_;
+    kelsystem::FileIds written_;
     SourcePage page_;          // whose picture comes next, or came last
     PrintedPages pages_;       // before it that go into the same file
     bool incomplete_ = false;  // one of them is missing, so that file is not written

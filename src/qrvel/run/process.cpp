@@ -6,19 +6,19 @@
 #include <cstdio>
 #include <utility>
 
-#include "app_icon.h"
-#include "application.h"
-#include "descriptors.h"
-#include "display_server.h"
-#include "fonts.h"
-#include "message_pump.h"
-#include "notices.h"
-#include "picture_run.h"
-#include "print_run.h"
-#include "shown_text.h"
-#include "toolkit_trace.h"
-#include "window_run.h"
-#include "windows.h"
+#include "platform/display_server.h"
+#include "platform/message_pump.h"
+#include "platform/windows.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/notices.h"
+#include "qrvel/base/toolkit_trace.h"
+#include "qrvel/output/fonts.h"
+#include "qrvel/run/app_icon.h"
+#include "qrvel/run/picture_run.h"
+#include "qrvel/run/print_run.h"
+#include "qrvel/run/window_run.h"
+#include "system/descriptors.h"
+#include "system/shown_text.h"
 
 namespace qrvel {
 
@@ -40,7 +40,7 @@ std::unique_ptr<QApplication> makeQApplication() {
 // Without a display Qt complains of what a display would have; whoever converts files should not read it as an error.
 void passOnGrave(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
     if (type == QtCriticalMsg || type == QtFatalMsg) {
-        std::fprintf(stderr, "%s\n", kelfiles::shownText(text.toStdString()).c_str());
+        std::fprintf(stderr, "%s\n", kelsystem::shownText(text.toStdString()).c_str());
     }
 }
 
@@ -99,7 +99,7 @@ WHandle WIinitialise(int32_t /*argc*/, char** /*argv*/, uint32_t /*flag*/) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qInstallMessageHandler(passOnGrave);
     }
-    if (!kelfiles::descriptorsAreLeft(unseen ? DESCRIPTORS_UNSEEN : DESCRIPTORS_OF_A_WINDOW)) {
+    if (!kelsystem::descriptorsAreLeft(unseen ? DESCRIPTORS_UNSEEN : DESCRIPTORS_OF_A_WINDOW)) {
         std::fputs("kelhpgl: too few descriptors are left to begin\n", stderr);
         return 0;
     }

@@ -1,10 +1,10 @@
-#include "window_run.h"
+#include "qrvel/run/window_run.h"
 
-#include "application.h"
-#include "child.h"
-#include "data_channel.h"
-#include "shell.h"
-#include "strip.h"
+#include "qrvel/base/application.h"
+#include "qrvel/channel/data_channel.h"
+#include "qrvel/output/child.h"
+#include "qrvel/window/shell.h"
+#include "qrvel/window/strip.h"
 
 namespace qrvel {
 

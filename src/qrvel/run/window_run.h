@@ -3,8 +3,8 @@
 
 #include <memory>
 
-#include "load_panel.h"
-#include "run.h"
+#include "qrvel/base/run.h"
+#include "qrvel/window/load_panel.h"
 
 namespace qrvel {
 

@@ -1,12 +1,12 @@
-#include "accelerators.h"
+#include "qrvel/window/accelerators.h"
 
 #include <QKeySequence>
 #include <iterator>
 
-#include "action_bar.h"
-#include "application.h"
-#include "data_channel.h"
-#include "message_pump.h"
+#include "platform/message_pump.h"
+#include "qrvel/base/application.h"
+#include "qrvel/channel/data_channel.h"
+#include "qrvel/window/action_bar.h"
 
 namespace qrvel {
 

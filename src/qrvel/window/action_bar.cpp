@@ -1,12 +1,12 @@
-#include "action_bar.h"
+#include "qrvel/window/action_bar.h"
 
 #include <QMainWindow>
 #include <QMenu>
 
-#include "accelerators.h"
-#include "application.h"
-#include "child_widget.h"
-#include "shell.h"
+#include "qrvel/base/application.h"
+#include "qrvel/window/accelerators.h"
+#include "qrvel/window/child_widget.h"
+#include "qrvel/window/shell.h"
 
 namespace qrvel {
 

@@ -7,8 +7,8 @@
 #include <span>
 #include <vector>
 
-#include "actbar.h"
-#include "handles.h"
+#include "qrvel/base/handles.h"
+#include "toolkit/actbar.h"
 
 namespace qrvel {
 

@@ -1,11 +1,11 @@
-#include "child_widget.h"
+#include "qrvel/window/child_widget.h"
 
 #include <QMouseEvent>
 #include <QPainter>
 #include <cmath>
 
-#include "application.h"
-#include "own_texts.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/own_texts.h"
 
 namespace qrvel {
 

@@ -3,7 +3,7 @@
 
 #include <QWidget>
 
-#include "child.h"
+#include "qrvel/output/child.h"
 
 namespace qrvel {
 

@@ -1,4 +1,4 @@
-#include "help.h"
+#include "qrvel/window/help.h"
 
 #include <QFile>
 #include <QHBoxLayout>
@@ -7,10 +7,10 @@
 #include <QScreen>
 #include <QVBoxLayout>
 
-#include "application.h"
-#include "hlp.h"
-#include "own_texts.h"
-#include "shell.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/window/shell.h"
+#include "toolkit/hlp.h"
 
 namespace qrvel {
 

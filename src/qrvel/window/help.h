@@ -5,7 +5,7 @@
 #include <QTextBrowser>
 #include <QWidget>
 
-#include "handles.h"
+#include "qrvel/base/handles.h"
 
 namespace qrvel {
 

@@ -1,4 +1,4 @@
-#include "help_line.h"
+#include "qrvel/window/help_line.h"
 
 #include <QHBoxLayout>
 #include <QInputEvent>
@@ -8,12 +8,12 @@
 #include <cstdlib>
 #include <span>
 
-#include "application.h"
-#include "child_widget.h"
-#include "helpl.h"
-#include "message_pump.h"
-#include "shell.h"
-#include "windows.h"
+#include "platform/message_pump.h"
+#include "platform/windows.h"
+#include "qrvel/base/application.h"
+#include "qrvel/window/child_widget.h"
+#include "qrvel/window/shell.h"
+#include "toolkit/helpl.h"
 
 namespace qrvel {
 

@@ -9,7 +9,7 @@
 #include <map>
 #include <vector>
 
-#include "handles.h"
+#include "qrvel/base/handles.h"
 
 namespace qrvel {
 

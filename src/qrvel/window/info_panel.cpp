@@ -1,14 +1,14 @@
-#include "info_panel.h"
+#include "qrvel/window/info_panel.h"
 
 #include <QCoreApplication>
 #include <QPushButton>
 
-#include "application.h"
-#include "child_widget.h"
-#include "info.h"
-#include "objects.h"
-#include "own_texts.h"
-#include "shell.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/objects.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/window/child_widget.h"
+#include "qrvel/window/shell.h"
+#include "toolkit/info.h"
 
 namespace qrvel {
 

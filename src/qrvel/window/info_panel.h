@@ -4,7 +4,7 @@
 #include <QMessageBox>
 #include <QPointer>
 
-#include "handles.h"
+#include "qrvel/base/handles.h"
 
 namespace qrvel {
 

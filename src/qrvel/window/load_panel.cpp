@@ -1,11 +1,11 @@
-#include "load_panel.h"
+#include "qrvel/window/load_panel.h"
 
 #include <chrono>
 #include <utility>
 
-#include "application.h"
-#include "own_texts.h"
-#include "shell.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/window/shell.h"
 
 namespace qrvel {
 

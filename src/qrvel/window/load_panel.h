@@ -6,7 +6,7 @@
 #include <QTimer>
 #include <functional>
 
-#include "run.h"
+#include "qrvel/base/run.h"
 
 namespace qrvel {
 

@@ -1,10 +1,10 @@
-#include "page_preview.h"
+#include "qrvel/window/page_preview.h"
 
 #include <QPainter>
 #include <chrono>
 #include <utility>
 
-#include "own_texts.h"
+#include "qrvel/base/own_texts.h"
 
 namespace qrvel {
 

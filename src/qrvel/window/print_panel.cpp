@@ -1,4 +1,4 @@
-#include "print_panel.h"
+#include "qrvel/window/print_panel.h"
 
 #include <QButtonGroup>
 #include <QComboBox>
@@ -21,10 +21,10 @@
 #include <string>
 #include <utility>
 
-#include "own_texts.h"
-#include "page_image.h"
-#include "page_preview.h"
-#include "whole_file.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/page/page_image.h"
+#include "qrvel/window/page_preview.h"
+#include "system/whole_file.h"
 
 namespace qrvel {
 
@@ -75,7 +75,7 @@ QString problemOfFile(const QString& path) {
     const QFileInfo folder(file.path());
     if (!folder.isDir()) return ownText(OwnText::PrintNoFolder).arg(folder.filePath());
     if (file.isDir()) return ownText(OwnText::PrintIsFolder).arg(path);
-    const std::string obstacle = kelfiles::obstacleTo(QFile::encodeName(path).toStdString());
+    const std::string obstacle = kelsystem::obstacleTo(QFile::encodeName(path).toStdString());
     return obstacle.empty() ? QString() : ownText(OwnText::CannotWrite).arg(path, QString::fromStdString(obstacle));
 }
 
@@ -292,7 +292,7 @@ bool PrintPanel::isPng() const {
 
 // Of a PNG; invalid for too many. One that fits is cut from that.
 QSize PrintPanel::pixels() const {
-    const Sheet sheet = layOut(paper(), landscape_->isChecked());
+    const SheetLayout sheet = layOut(paper(), landscape_->isChecked());
     return imageSize({sheet.width, sheet.height}, dpi_->value() / MILLIMETRES_AN_INCH);
 }
 

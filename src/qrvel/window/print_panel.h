@@ -4,7 +4,7 @@
 #include <QDialog>
 #include <functional>
 
-#include "print_choice.h"
+#include "qrvel/base/print_choice.h"
 
 class QAbstractButton;
 class QButtonGroup;

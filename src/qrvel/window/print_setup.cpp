@@ -1,4 +1,4 @@
-#include "print_setup.h"
+#include "qrvel/window/print_setup.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,16 +8,16 @@
 #include <cstring>
 #include <utility>
 
-#include "application.h"
-#include "child_widget.h"
-#include "data_channel.h"
-#include "own_texts.h"
-#include "page.h"
-#include "page_image.h"
-#include "placement.h"
-#include "pssetup.h"
-#include "shell.h"
-#include "toolkit_trace.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/base/toolkit_trace.h"
+#include "qrvel/channel/data_channel.h"
+#include "qrvel/page/page.h"
+#include "qrvel/page/page_image.h"
+#include "qrvel/page/placement.h"
+#include "qrvel/window/child_widget.h"
+#include "qrvel/window/shell.h"
+#include "toolkit/pssetup.h"
 
 namespace qrvel {
 
@@ -92,7 +92,7 @@ PrintPanel* makePanel(PrintSetup& setup, QWidget* window) {
 void drawOn(Page& page, const Child& child) {
     handles().find<Child>(child.handle)->page = &page;
     sendSizeOfContainer(child.container);
-    MessageQueue::send(child.handle, W_MSG_PAINT);
+    ToolkitMessages::send(child.handle, W_MSG_PAINT);
     if (auto* still = handles().find<Child>(child.handle)) still->page = nullptr;
     sendSizeOfContainer(child.container);
 }

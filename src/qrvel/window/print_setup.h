@@ -3,9 +3,9 @@
 
 #include <QPointer>
 
-#include "handles.h"
-#include "print_choice.h"
-#include "print_panel.h"
+#include "qrvel/base/handles.h"
+#include "qrvel/base/print_choice.h"
+#include "qrvel/window/print_panel.h"
 
 namespace qrvel {
 

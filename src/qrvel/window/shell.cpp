@@ -1,4 +1,4 @@
-#include "shell.h"
+#include "qrvel/window/shell.h"
 
 #include <QCloseEvent>
 #include <QDropEvent>
@@ -7,14 +7,14 @@
 #include <QMimeData>
 #include <QUrl>
 
-#include "application.h"
-#include "child.h"
-#include "cont.h"
-#include "data_channel.h"
-#include "message_pump.h"
-#include "notices.h"
-#include "own_texts.h"
-#include "shl.h"
+#include "platform/message_pump.h"
+#include "qrvel/base/application.h"
+#include "qrvel/base/notices.h"
+#include "qrvel/base/own_texts.h"
+#include "qrvel/channel/data_channel.h"
+#include "qrvel/output/child.h"
+#include "toolkit/cont.h"
+#include "toolkit/shl.h"
 
 namespace qrvel {
 

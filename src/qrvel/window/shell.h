@@ -4,7 +4,7 @@
 #include <QMainWindow>
 #include <QPointer>
 
-#include "objects.h"
+#include "qrvel/base/objects.h"
 
 namespace qrvel {
 

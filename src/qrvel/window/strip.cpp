@@ -1,4 +1,4 @@
-#include "strip.h"
+#include "qrvel/window/strip.h"
 
 #include <QAccessible>
 #include <QEvent>
@@ -9,8 +9,8 @@
 #include <algorithm>
 #include <chrono>
 
-#include "application.h"
-#include "shell.h"
+#include "qrvel/base/application.h"
+#include "qrvel/window/shell.h"
 
 namespace qrvel {
 

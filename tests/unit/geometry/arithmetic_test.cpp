@@ -1,5 +1,5 @@
 // The arithmetic that every coordinate goes through.
-#include "arithmetic.h"
+#include "geometry/arithmetic.h"
 
 #include <gtest/gtest.h>
 

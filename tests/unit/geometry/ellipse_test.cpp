@@ -1,5 +1,5 @@
 // Points on ellipses, many at a time, against the C library's cosine and sine.
-#include "ellipse.h"
+#include "geometry/ellipse.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <random>
 #include <vector>
 
-#include "arithmetic.h"
+#include "geometry/arithmetic.h"
 #include "rows.h"
 
 namespace {

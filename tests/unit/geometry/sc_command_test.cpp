@@ -1,5 +1,5 @@
 // The command SC: factors, bytes stepped over, warnings.
-#include "sc_command.h"
+#include "geometry/sc_command.h"
 
 #include <cmath>
 #include <cstring>

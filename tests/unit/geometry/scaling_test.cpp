@@ -1,11 +1,11 @@
 // Scaling: the deciding axis, the mapping and its clamp.
-#include "scaling.h"
+#include "geometry/scaling.h"
 
 #include <tuple>
 
+#include "geometry/zoom.h"
 #include "picture_text.h"
 #include "rows.h"
-#include "zoom.h"
 
 namespace {
 

@@ -4,13 +4,13 @@
 #include <cstdio>
 #include <random>
 
-#include "ellipse.h"
+#include "geometry/ellipse.h"
+#include "geometry/setup_pass.h"
+#include "geometry/step_loop.h"
 #include "picture_text.h"
-#include "recorder.h"
+#include "recorder/recorder.h"
 #include "rows.h"
-#include "setup_pass.h"
-#include "shell_state.h"
-#include "step_loop.h"
+#include "shell/shell_state.h"
 
 namespace {
 

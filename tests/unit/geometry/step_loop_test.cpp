@@ -1,13 +1,13 @@
 // The loops of circles, arcs and wedges, and what keeps a hostile picture from running for ever.
-#include "step_loop.h"
+#include "geometry/step_loop.h"
 
 #include <algorithm>
 #include <cmath>
 
+#include "geometry/setup_pass.h"
 #include "picture_text.h"
 #include "rows.h"
-#include "setup_pass.h"
-#include "shell_state.h"
+#include "shell/shell_state.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The zoom stack.
-#include "zoom.h"
+#include "geometry/zoom.h"
 
 #include "failing_allocator.h"
-#include "list.h"
+#include "hpgl/list.h"
 #include "picture_text.h"
 #include "rows.h"
 

@@ -1,5 +1,5 @@
 // A host's end of the connection, against a viewer that the test plays on the other half of a socket pair.
-#include "client.h"
+#include "host/client.h"
 
 #include <gtest/gtest.h>
 #include <pthread.h>

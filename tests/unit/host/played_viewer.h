@@ -8,7 +8,7 @@
 #include <chrono>
 #include <string>
 
-#include "client.h"
+#include "host/client.h"
 
 namespace kelhost {
 
@@ -71,7 +71,7 @@ class ClientTest : public testing::Test {
 
     // "format bytes", or what the call answered instead.
     std::string nextPage(milliseconds limit = SOON) {
-        Page page;
+        ReceivedPage page;
         const Status status = client.nextPage(page, limit);
         return status == Status::Ok ? page.format + " " + page.bytes : testing::PrintToString(status);
     }

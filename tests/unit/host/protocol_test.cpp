@@ -1,4 +1,4 @@
-#include "protocol.h"
+#include "host/protocol.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>

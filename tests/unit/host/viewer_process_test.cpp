@@ -1,4 +1,4 @@
-#include "viewer_process.h"
+#include "host/viewer_process.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>

@@ -1,5 +1,5 @@
 // The command table and the hash table over it.
-#include "command_lookup.h"
+#include "hpgl/command_lookup.h"
 
 #include <algorithm>
 #include <sstream>

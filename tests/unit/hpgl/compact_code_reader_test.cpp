@@ -1,5 +1,5 @@
 // The walk over compact code: how far each pass steps, and where a block is left.
-#include "compact_code_reader.h"
+#include "hpgl/compact_code_reader.h"
 
 #include "picture_text.h"
 #include "rows.h"

@@ -1,16 +1,16 @@
 // The store of compact code: blocks, room, records that move whole into the next block.
-#include "compact_code.h"
+#include "hpgl/compact_code.h"
 
 #include <algorithm>
 #include <cstring>
 #include <sstream>
 
 #include "failing_allocator.h"
-#include "parser.h"
+#include "hpgl/parser.h"
 #include "picture_text.h"
-#include "recorder.h"
+#include "recorder/recorder.h"
 #include "rows.h"
-#include "shell_state.h"
+#include "shell/shell_state.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 // Encoded polylines: values, items, and values that a chunk's end cuts.
 #include <string>
 
-#include "parser_internal.h"
+#include "hpgl/parser_internal.h"
 #include "picture_text.h"
 #include "rows.h"
-#include "shell_state.h"
+#include "shell/shell_state.h"
 
 namespace {
 

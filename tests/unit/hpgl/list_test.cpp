@@ -1,5 +1,5 @@
 // The list with a cursor.
-#include "list.h"
+#include "hpgl/list.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -9,7 +9,7 @@
 #include "failing_allocator.h"
 #include "picture_text.h"
 #include "rows.h"
-#include "trace.h"
+#include "trace/trace.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 // Chunks: a picture is the same however its text is cut, but for the exceptions at the end.
 #include <string>
 
-#include "parser.h"
+#include "hpgl/parser.h"
 #include "picture_text.h"
 #include "rows.h"
-#include "shell_state.h"
-#include "trace.h"
+#include "shell/shell_state.h"
+#include "trace/trace.h"
 
 namespace {
 

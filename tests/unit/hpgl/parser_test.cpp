@@ -3,10 +3,10 @@
 #include <cstring>
 #include <string>
 
-#include "parser_internal.h"
+#include "hpgl/parser_internal.h"
 #include "picture_text.h"
 #include "rows.h"
-#include "shell_state.h"
+#include "shell/shell_state.h"
 
 namespace {
 

@@ -19,10 +19,10 @@
 #include <thread>
 #include <vector>
 
-#include "arguments.h"
-#include "log_file.h"
-#include "posix.h"
-#include "regular_file.h"
+#include "platform/arguments.h"
+#include "platform/log_file.h"
+#include "platform/posix.h"
+#include "platform/regular_file.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Areas by the winding rule made even-odd ones, and large ones cut into pieces.
-#include "areas.h"
+#include "plotter/areas.h"
 
 #include <numbers>
 #include <set>

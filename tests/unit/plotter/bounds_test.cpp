@@ -6,9 +6,9 @@
 #include <cmath>
 #include <string>
 
-#include "machine.h"
-#include "plotter.h"
-#include "survey_sheet.h"
+#include "plotter/machine.h"
+#include "plotter/plotter.h"
+#include "plotter/survey_sheet.h"
 
 namespace plotter {
 namespace {

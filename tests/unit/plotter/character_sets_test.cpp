@@ -1,5 +1,5 @@
 // What the codes of the sets stand for.
-#include "character_sets.h"
+#include "plotter/character_sets.h"
 
 #include <gtest/gtest.h>
 

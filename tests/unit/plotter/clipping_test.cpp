@@ -1,5 +1,5 @@
 // Lines and areas cut off at a rectangle.
-#include "clipping.h"
+#include "plotter/clipping.h"
 
 #include "plane_text.h"
 #include "rows.h"

@@ -1,4 +1,4 @@
-#include "escapes.h"
+#include "plotter/escapes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "file_bytes.h"
+#include "plotter/file_bytes.h"
 
 #include <gtest/gtest.h>
 #include <zlib.h>
@@ -6,7 +6,7 @@
 #include <bit>
 #include <string>
 
-#include "plotter.h"
+#include "plotter/plotter.h"
 
 namespace plotter {
 namespace {

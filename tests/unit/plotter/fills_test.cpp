@@ -1,8 +1,8 @@
 // Fill types, and what comes on the paper of an area.
-#include "fills.h"
+#include "plotter/fills.h"
 
-#include "line_types.h"
 #include "plotted.h"
+#include "plotter/line_types.h"
 #include "rows.h"
 
 namespace {

@@ -1,12 +1,12 @@
 // Shapes of characters: the font's measures, what is composed, and that nothing is missing.
-#include "glyphs.h"
+#include "plotter/glyphs.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "character_sets.h"
 #include "plane_text.h"
+#include "plotter/character_sets.h"
 
 namespace {
 

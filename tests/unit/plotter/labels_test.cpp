@@ -1,17 +1,17 @@
 // Labels: where their strokes go, and where they leave the pen. Most are of the letter I, which is one stroke in the
 // middle of its cell; behind them a line is drawn from where the pen is.
-#include "labels.h"
+#include "plotter/labels.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <string>
 
-#include "character_instructions.h"
-#include "lettering.h"
 #include "plane_text.h"
-#include "plot_run.h"
 #include "plotted.h"
+#include "plotter/character_instructions.h"
+#include "plotter/lettering.h"
+#include "plotter/plot_run.h"
 
 namespace {
 

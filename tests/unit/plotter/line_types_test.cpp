@@ -1,5 +1,5 @@
 // LT and UL, and lines cut into dashes.
-#include "line_types.h"
+#include "plotter/line_types.h"
 
 #include "plotted.h"
 #include "rows.h"

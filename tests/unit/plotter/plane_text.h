@@ -9,7 +9,7 @@
 #include <sstream>
 #include <string>
 
-#include "plane.h"
+#include "plotter/plane.h"
 
 namespace plane_text {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "machine.h"
-#include "manifest.h"
 #include "plane_text.h"
+#include "plotter/machine.h"
+#include "plotter/manifest.h"
 
 // Everything that is drawn, as text.
 class TextSheet final : public plotter::Sheet {

@@ -9,7 +9,7 @@
 #include <span>
 #include <string>
 
-#include "recording.h"
+#include "qrvel/page/recording.h"
 
 namespace qrvel {
 

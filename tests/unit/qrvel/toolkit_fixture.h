@@ -10,12 +10,12 @@
 #include <utility>
 #include <vector>
 
-#include "application.h"
-#include "arguments.h"
-#include "data_channel.h"
+#include "platform/arguments.h"
+#include "qrvel/base/application.h"
+#include "qrvel/channel/data_channel.h"
 #include "scratch_folder.h"
-#include "wd.h"
-#include "wi.h"
+#include "toolkit/wd.h"
+#include "toolkit/wi.h"
 
 namespace qrvel {
 

@@ -1,5 +1,5 @@
 // The recorder itself: the form of its lines, and the answers that the other tests rely on.
-#include "recorder.h"
+#include "recorder/recorder.h"
 
 #include <gtest/gtest.h>
 
@@ -7,12 +7,12 @@
 #include <bit>
 #include <cstdio>
 
-#include "actbar.h"
-#include "helpl.h"
-#include "out.h"
-#include "pssetup.h"
-#include "shl.h"
-#include "wf.h"
+#include "toolkit/actbar.h"
+#include "toolkit/helpl.h"
+#include "toolkit/out.h"
+#include "toolkit/pssetup.h"
+#include "toolkit/shl.h"
+#include "toolkit/wf.h"
 
 namespace {
 

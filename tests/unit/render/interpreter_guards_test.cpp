@@ -1,12 +1,12 @@
 // The interpreter and hostile compact code: cut records, other counts, odd angles, endless loops.
 #include <algorithm>
 
-#include "command_table.h"
-#include "interpreter.h"
+#include "hpgl/command_table.h"
 #include "picture_text.h"
-#include "recorder.h"
+#include "recorder/recorder.h"
+#include "render/interpreter.h"
 #include "rows.h"
-#include "shell_state.h"
+#include "shell/shell_state.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 // The interpreter: what each command draws.
-#include "interpreter.h"
+#include "render/interpreter.h"
 
-#include "interpreter_state.h"
 #include "picture_text.h"
-#include "recorder.h"
+#include "recorder/recorder.h"
+#include "render/interpreter_state.h"
 #include "rows.h"
-#include "shell_state.h"
+#include "shell/shell_state.h"
 
 namespace {
 

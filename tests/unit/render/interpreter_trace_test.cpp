@@ -1,13 +1,13 @@
 // The interpreter's words in the trace, with their levels.
 #include <algorithm>
 
-#include "command_table.h"
 #include "failing_allocator.h"
-#include "interpreter.h"
+#include "hpgl/command_table.h"
 #include "picture_text.h"
-#include "recorder.h"
+#include "recorder/recorder.h"
+#include "render/interpreter.h"
 #include "rows.h"
-#include "shell_state.h"
+#include "shell/shell_state.h"
 
 namespace {
 

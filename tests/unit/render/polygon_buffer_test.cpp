@@ -1,5 +1,5 @@
 // The polygon buffer: operations, bounds and lack of memory.
-#include "polygon_buffer.h"
+#include "render/polygon_buffer.h"
 
 #include <gtest/gtest.h>
 

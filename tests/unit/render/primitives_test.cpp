@@ -1,13 +1,13 @@
 // The drawing primitives: mapping, thin or geometric stroke, boxes, polygons.
-#include "primitives.h"
+#include "render/primitives.h"
 
 #include <memory>
 
 #include "failing_allocator.h"
 #include "picture_text.h"
-#include "recorder.h"
+#include "recorder/recorder.h"
 #include "rows.h"
-#include "shell_state.h"
+#include "shell/shell_state.h"
 
 namespace {
 

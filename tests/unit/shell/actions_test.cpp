@@ -1,8 +1,8 @@
 // The user's commands: menu items, the help line's actions, help and product information.
-#include "actions.h"
+#include "shell/actions.h"
 
-#include "helpl.h"
 #include "rows.h"
+#include "toolkit/helpl.h"
 #include "viewer_run.h"
 
 namespace {

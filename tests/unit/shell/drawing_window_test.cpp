@@ -1,11 +1,11 @@
 // The drawing window: the limits of its coordinates, its size.
-#include "drawing_window.h"
+#include "shell/drawing_window.h"
 
-#include "list.h"
+#include "hpgl/list.h"
 #include "picture_text.h"
-#include "recorder.h"
+#include "recorder/recorder.h"
 #include "rows.h"
-#include "shell_state.h"
+#include "shell/shell_state.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 // The message loop: what becomes of each message.
-#include "main_loop.h"
+#include "shell/main_loop.h"
 
 #include <gtest/gtest.h>
 
 #include "picture_text.h"
-#include "recorder.h"
+#include "recorder/recorder.h"
 #include "rows.h"
-#include "wi.h"
+#include "toolkit/wi.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The main window's messages and the menu's actions on the picture.
-#include "main_window.h"
+#include "shell/main_window.h"
 
-#include "drawing_window.h"
-#include "list.h"
+#include "hpgl/list.h"
+#include "shell/drawing_window.h"
 #include "viewer_run.h"
 
 namespace {

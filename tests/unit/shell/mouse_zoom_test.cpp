@@ -1,12 +1,12 @@
 // The mouse that opens a new view, and the rubber band.
-#include "mouse_zoom.h"
+#include "shell/mouse_zoom.h"
 
-#include "drawing_window.h"
-#include "list.h"
+#include "hpgl/list.h"
 #include "picture_text.h"
-#include "recorder.h"
+#include "recorder/recorder.h"
 #include "rows.h"
-#include "shell_state.h"
+#include "shell/drawing_window.h"
+#include "shell/shell_state.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 // The set-up of a picture: pens, colour table and output device.
-#include "picture_setup.h"
+#include "shell/picture_setup.h"
 
 #include <algorithm>
 
 #include "failing_allocator.h"
 #include "picture_text.h"
-#include "recorder.h"
+#include "recorder/recorder.h"
 #include "rows.h"
-#include "shell_state.h"
+#include "shell/shell_state.h"
 
 namespace {
 

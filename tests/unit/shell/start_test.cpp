@@ -2,13 +2,13 @@
 #include <array>
 #include <cstdio>
 
-#include "entry.h"
 #include "rows.h"
-#include "texts.h"
-#include "toolkit_start.h"
-#include "trace_slots.h"
+#include "shell/entry.h"
+#include "shell/texts.h"
+#include "shell/toolkit_start.h"
+#include "toolkit/wi.h"
+#include "trace/trace_slots.h"
 #include "viewer_run.h"
-#include "wi.h"
 
 namespace {
 

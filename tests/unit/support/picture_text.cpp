@@ -6,16 +6,16 @@
 #include <fstream>
 #include <sstream>
 
-#include "data_channel.h"
-#include "drawing_window.h"
 #include "hpgldump_sections.h"
-#include "interpreter.h"
-#include "picture_setup.h"
-#include "primitives.h"
-#include "recorder.h"
-#include "shell_state.h"
-#include "trace.h"
-#include "trace_slots.h"
+#include "recorder/recorder.h"
+#include "render/interpreter.h"
+#include "render/primitives.h"
+#include "shell/drawing_window.h"
+#include "shell/intake.h"
+#include "shell/picture_setup.h"
+#include "shell/shell_state.h"
+#include "trace/trace.h"
+#include "trace/trace_slots.h"
 
 namespace {
 

@@ -11,10 +11,10 @@
 
 #include "failing_allocator.h"
 #include "picture_text.h"
-#include "recorder.h"
+#include "platform/winmain.h"
+#include "recorder/recorder.h"
 #include "scratch_folder.h"
-#include "shell_state.h"
-#include "winmain.h"
+#include "shell/shell_state.h"
 
 using Turn = std::function<void()>;
 

@@ -1,5 +1,5 @@
 // Copying and formatting into buffers of a given size.
-#include "bounded_text.h"
+#include "trace/bounded_text.h"
 
 #include <string>
 

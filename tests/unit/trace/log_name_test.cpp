@@ -7,10 +7,10 @@
 #include <algorithm>
 
 #include "picture_text.h"
-#include "recorder.h"
+#include "recorder/recorder.h"
 #include "rows.h"
 #include "scratch_folder.h"
-#include "trace.h"
+#include "trace/trace.h"
 
 namespace {
 

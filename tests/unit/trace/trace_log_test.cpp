@@ -10,11 +10,11 @@
 #include <string>
 
 #include "picture_text.h"
-#include "recorder.h"
+#include "recorder/recorder.h"
 #include "rows.h"
 #include "scratch_folder.h"
-#include "trace.h"
-#include "trace_slots.h"
+#include "trace/trace.h"
+#include "trace/trace_slots.h"
 
 namespace {
 

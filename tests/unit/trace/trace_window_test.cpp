@@ -1,11 +1,11 @@
 // The trace's window: when it appears, where, and what is drawn in it. The recorded screen is 1000 pixels high, a frame
 // 4 wide, a caption 20 high and a character 16 high.
-#include "trace_window.h"
+#include "trace/trace_window.h"
 
 #include <sstream>
 
 #include "picture_text.h"
-#include "recorder.h"
+#include "recorder/recorder.h"
 #include "rows.h"
 #include "scratch_folder.h"
 

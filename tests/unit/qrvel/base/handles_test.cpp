@@ -1,4 +1,4 @@
-#include "handles.h"
+#include "qrvel/base/handles.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
-#include "keyed_texts.h"
+#include "qrvel/base/keyed_texts.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include <string>
 
+#include "qrvel/base/text_buffer.h"
 #include "scratch_folder.h"
-#include "text_buffer.h"
 
 namespace qrvel {
 namespace {

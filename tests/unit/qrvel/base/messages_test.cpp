@@ -1,7 +1,7 @@
 // The order in which messages are delivered.
-#include "messages.h"
+#include "qrvel/base/messages.h"
 
-#include "objects.h"
+#include "qrvel/base/objects.h"
 #include "toolkit_fixture.h"
 
 namespace qrvel {
@@ -47,7 +47,7 @@ class Messages : public ToolkitFixture {
 constexpr WHandle CHILD = 7;
 
 TEST_F(Messages, ComeInTheirOrder) {
-    MessageQueue& queue = application()->messages;
+    ToolkitMessages& queue = application()->messages;
     queue.postPaint(CHILD);
     queue.postMouse(CHILD, W_MOUSE_PRESS, {1, 0});
     queue.postAction(object, 5, 11);
@@ -59,7 +59,7 @@ TEST_F(Messages, ComeInTheirOrder) {
 }
 
 TEST_F(Messages, OfOneKindWaitOnce) {
-    MessageQueue& queue = application()->messages;
+    ToolkitMessages& queue = application()->messages;
     for (int i = 0; i < 3; ++i) {
         queue.postSize(object);
         queue.postPaint(CHILD);
@@ -69,7 +69,7 @@ TEST_F(Messages, OfOneKindWaitOnce) {
 }
 
 TEST_F(Messages, DragsDoNotPassAnAction) {
-    MessageQueue& queue = application()->messages;
+    ToolkitMessages& queue = application()->messages;
     queue.postMouse(CHILD, W_MOUSE_DRAG, {1, 0});
     queue.postAction(object, 1, 2);
     queue.postMouse(CHILD, W_MOUSE_DRAG, {3, 0});

@@ -1,9 +1,9 @@
 // The toolkit's own options.
-#include "options.h"
+#include "qrvel/base/options.h"
 
 #include <gtest/gtest.h>
 
-#include "arguments.h"
+#include "platform/arguments.h"
 #include "rows.h"
 
 namespace qrvel {

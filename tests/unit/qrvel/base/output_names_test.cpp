@@ -1,5 +1,5 @@
 // The names of the files that drawings are printed to.
-#include "output_names.h"
+#include "qrvel/base/output_names.h"
 
 #include "rows.h"
 

@@ -1,5 +1,5 @@
 // Sheets of paper, by name and by size, and what of them is drawn on.
-#include "paper.h"
+#include "qrvel/base/paper.h"
 
 #include "rows.h"
 
@@ -149,7 +149,7 @@ class Sheets : public testing::TestWithParam<SheetRow> {};
 
 TEST_P(Sheets, AreLaidOut) {
     const Paper paper = choosePaper(GetParam().words).paper;
-    const Sheet sheet = layOut(paper, GetParam().landscape);
+    const SheetLayout sheet = layOut(paper, GetParam().landscape);
     EXPECT_DOUBLE_EQ(sheet.width, GetParam().width);
     EXPECT_DOUBLE_EQ(sheet.height, GetParam().height);
     EXPECT_DOUBLE_EQ(sheet.margin, GetParam().margin);

@@ -1,5 +1,5 @@
 // Whose turn it is, and what the viewer gets of it.
-#include "data_channel.h"
+#include "qrvel/channel/data_channel.h"
 
 #include <chrono>
 #include <thread>

@@ -1,11 +1,11 @@
-#include "delivery.h"
+#include "qrvel/channel/delivery.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include "protocol.h"
+#include "host/protocol.h"
 #include "rows.h"
 
 namespace qrvel {

@@ -1,4 +1,4 @@
-#include "frame_reader.h"
+#include "qrvel/channel/frame_reader.h"
 
 #include <gtest/gtest.h>
 
@@ -127,7 +127,7 @@ TEST(Frame, IsTakenOffWhatWasRead) {
     std::string_view bytes = all;
     std::string text;
     while (!bytes.empty()) {
-        const Frame taken = takeFrame(bytes);
+        const HostFrame taken = takeFrame(bytes);
         text += std::to_string(taken.kind) + '(' + std::string(taken.bytes) + ')';
     }
     EXPECT_EQ(text, "1(IN;)0()2(PU)");

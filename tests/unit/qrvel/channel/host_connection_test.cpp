@@ -1,11 +1,11 @@
 // A host's frames, and what it is answered.
-#include "host_connection.h"
+#include "qrvel/channel/host_connection.h"
 
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "protocol.h"
+#include "host/protocol.h"
 #include "rows.h"
 #include "toolkit_fixture.h"
 

@@ -1,12 +1,12 @@
 // The socket under whose name hosts find the viewer.
-#include "host_server.h"
+#include "qrvel/channel/host_server.h"
 
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
-#include "protocol.h"
+#include "host/protocol.h"
 #include "toolkit_fixture.h"
 
 namespace qrvel {

@@ -1,4 +1,4 @@
-#include "plot_recognition.h"
+#include "qrvel/channel/plot_recognition.h"
 
 #include <chrono>
 #include <string>
@@ -65,7 +65,7 @@ TEST_P(Plots, AreRecognised) {
 
 constexpr const char* COMMANDS[] = {
 #define HPGL_COMMAND(name, signature, setup, drawing, action, sure) #name,
-#include "commands.inl"
+#include "hpgl/commands.inl"
 };
 
 TEST(Recognition, KnowsTheCommandsThatDrawForSure) {

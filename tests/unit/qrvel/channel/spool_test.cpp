@@ -1,4 +1,4 @@
-#include "spool.h"
+#include "qrvel/channel/spool.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>

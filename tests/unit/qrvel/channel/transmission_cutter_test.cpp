@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "qrvel/channel/transmission_cutter.h"
 #include "rows.h"
-#include "transmission_cutter.h"
 
 namespace qrvel {
 namespace {

@@ -1,5 +1,5 @@
 // The fill is compared with a plain one, which asks for every pixel how many sides lie to its left.
-#include "even_odd_fill.h"
+#include "qrvel/output/even_odd_fill.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ constexpr int32_t HEIGHT = 20;
 
 using Polygon = std::vector<OUTPoint>;
 
-struct Sheet {
+struct SheetLayout {
     std::vector<uint32_t> pixels = std::vector<uint32_t>(std::size_t{WIDTH} * HEIGHT);
     PixelArea area{.origin = pixels.data(), .stride = WIDTH, .width = WIDTH, .height = HEIGHT};
 
@@ -42,7 +42,7 @@ bool isLeftOf(OUTPoint from, OUTPoint to, int32_t x, int32_t y) {
 }
 
 std::string plain(const std::vector<Polygon>& polygons) {
-    Sheet sheet;
+    SheetLayout sheet;
     for (int32_t y = 0; y < HEIGHT; ++y) {
         for (int32_t x = 0; x < WIDTH; ++x) {
             int sides = 0;
@@ -58,7 +58,7 @@ std::string plain(const std::vector<Polygon>& polygons) {
 }
 
 std::string filled(EvenOddFill& fill, const std::vector<Polygon>& polygons) {
-    Sheet sheet;
+    SheetLayout sheet;
     Polygon points;
     std::vector<int32_t> counts;
     for (const Polygon& polygon : polygons) {
@@ -111,7 +111,7 @@ TEST(EvenOddFill, AnEmptyAreaTakesNothing) {
 
 // Half a million points that all cross every row are what one command can ask for.
 TEST(EvenOddFill, TakesTheLargestPolygonInAMoment) {
-    Sheet sheet;
+    SheetLayout sheet;
     Polygon points;
     for (int32_t i = 0; i < 256 * 2000; ++i) {
         points.push_back({.x = i % WIDTH, .y = i % 2 == 0 ? INT_MIN : INT_MAX});

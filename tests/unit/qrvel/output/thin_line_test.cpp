@@ -1,5 +1,5 @@
 // The thin line is compared with a plain one, which walks the whole line in wide arithmetic and sets what lies inside.
-#include "thin_line.h"
+#include "qrvel/output/thin_line.h"
 
 #include <gtest/gtest.h>
 
@@ -17,12 +17,12 @@ constexpr uint32_t INK = 0xFF0000FFU;
 constexpr int32_t WIDTH = 61;
 constexpr int32_t HEIGHT = 43;
 
-class Sheet {
+class SheetLayout {
   public:
-    Sheet(int32_t width, int32_t height)
+    SheetLayout(int32_t width, int32_t height)
         : pixels_(static_cast<std::size_t>(width) * static_cast<std::size_t>(height)),
           area_{.origin = pixels_.data(), .stride = width, .width = width, .height = height} {}
-    Sheet() : Sheet(WIDTH, HEIGHT) {}
+    SheetLayout() : SheetLayout(WIDTH, HEIGHT) {}
 
     const PixelArea& area() const { return area_; }
     void set(int64_t x, int64_t y) {
@@ -51,7 +51,7 @@ struct Line {
 // Only the steps near the sheet are visited, by the definition of the line and without the cut under test.
 std::string uncut(Line line) {
     using Wide = __int128;
-    Sheet sheet;
+    SheetLayout sheet;
     Wide x1 = line.x1, y1 = line.y1, x2 = line.x2, y2 = line.y2;
     const auto size = [](Wide value) { return value < 0 ? -value : value; };
     const bool alongX = size(x2 - x1) >= size(y2 - y1);
@@ -77,7 +77,7 @@ std::string uncut(Line line) {
 }
 
 std::string drawn(Line line) {
-    Sheet sheet;
+    SheetLayout sheet;
     drawThinLine(sheet.area(), line.x1, line.y1, line.x2, line.y2, INK);
     return sheet.text();
 }
@@ -145,7 +145,7 @@ TEST(ThinLine, OutermostCoordinates) {
 TEST(ThinLine, BothEndPointsAreSet) {
     for (int32_t x = 0; x < 41; ++x) {
         for (int32_t y = 0; y < 41; ++y) {
-            Sheet sheet;
+            SheetLayout sheet;
             drawThinLine(sheet.area(), 20, 20, x, y, INK);
             EXPECT_EQ(*sheet.area().at(20, 20), INK);
             EXPECT_EQ(*sheet.area().at(x, y), INK) << x << ' ' << y;
@@ -154,7 +154,7 @@ TEST(ThinLine, BothEndPointsAreSet) {
 }
 
 TEST(ThinLine, OnePointIsOnePixel) {
-    Sheet sheet(3, 3);
+    SheetLayout sheet(3, 3);
     drawThinLine(sheet.area(), 1, 1, 1, 1, INK);
     EXPECT_EQ(sheet.text(), "...\n.#.\n...\n");
 }
@@ -173,7 +173,7 @@ TEST(ThinLine, RowsMayRunDownward) {
 }
 
 TEST(ThinLine, TimeIsBoundedByTheSheet) {
-    Sheet sheet;
+    SheetLayout sheet;
     const auto begin = std::chrono::steady_clock::now();
     for (int round = 0; round < 100000; ++round) {
         drawThinLine(sheet.area(), INT_MIN, INT_MIN + round, INT_MAX, INT_MAX - round, INK);

@@ -1,5 +1,5 @@
 // Pages in pixels. A unit is a millimetre, and the drawings are laid out so that centring moves nothing.
-#include "page_image.h"
+#include "qrvel/page/page_image.h"
 
 #include <functional>
 
@@ -8,14 +8,14 @@
 namespace qrvel {
 namespace {
 
-constexpr Sheet SHEET = {.width = 12.0,
-                         .height = 10.0,
-                         .margin = 2.0,
-                         .bleed = 1.0,
-                         .unit = 1.0,
-                         .areaWidth = 8,
-                         .areaHeight = 6,
-                         .fit = false};
+constexpr SheetLayout SHEET = {.width = 12.0,
+                               .height = 10.0,
+                               .margin = 2.0,
+                               .bleed = 1.0,
+                               .unit = 1.0,
+                               .areaWidth = 8,
+                               .areaHeight = 6,
+                               .fit = false};
 constexpr uint32_t INK = 0xFF0000FFU;
 constexpr uint32_t RED_INK = 0xFFFF0000U;
 
@@ -86,7 +86,7 @@ const PictureRow PICTURE_ROWS[] = {
 class Pictures : public testing::TestWithParam<PictureRow> {};
 
 TEST_P(Pictures, AreDrawn) {
-    Sheet sheet = SHEET;
+    SheetLayout sheet = SHEET;
     sheet.fit = GetParam().fit;
     Recording recording(sheet);
     GetParam().draw(recording);
@@ -117,21 +117,21 @@ TEST(Lines, AreAsWideAsOnPaper) {
 }
 
 TEST(Images, HaveTheSizeOfThePaper) {
-    const auto size = [](const Sheet& sheet, double pixelsPerMillimetre) {
+    const auto size = [](const SheetLayout& sheet, double pixelsPerMillimetre) {
         return drawImage(Recording(sheet), sheet, pixelsPerMillimetre).size();
     };
     EXPECT_EQ(size(SHEET, 10.0), QSize(120, 100));
     EXPECT_EQ(size(SHEET, 0.01), QSize(1, 1));
-    const Sheet a4 = layOut({}, false);
+    const SheetLayout a4 = layOut({}, false);
     EXPECT_EQ(size(a4, 300 / 25.4), QSize(2480, 3508));
     EXPECT_EQ(size(a4, 10 / 25.4), QSize(83, 117));
 }
 
 TEST(Images, AreRefusedWhereTheyAreTooLarge) {
-    const Sheet strip = layOut({.width = 10.0, .height = 1000.0}, false);
+    const SheetLayout strip = layOut({.width = 10.0, .height = 1000.0}, false);
     EXPECT_FALSE(drawImage(Recording(strip), strip, 32.7).isNull());
     EXPECT_TRUE(drawImage(Recording(strip), strip, 32.8).isNull());
-    const Sheet most = layOut({.width = 5080.0, .height = 5080.0}, false);
+    const SheetLayout most = layOut({.width = 5080.0, .height = 5080.0}, false);
     EXPECT_TRUE(drawImage(Recording(most), most, 16385.0 / 5080.0).isNull());
     EXPECT_TRUE(drawImage(Recording(most), most, 2400 / 25.4).isNull());
     EXPECT_TRUE(drawImage(Recording(most), most, 1e300).isNull());

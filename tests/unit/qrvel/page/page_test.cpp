@@ -1,27 +1,27 @@
 // The output device of a sheet of paper.
-#include "page.h"
+#include "qrvel/page/page.h"
 
 #include <climits>
 #include <functional>
 
 #include "drawn_text.h"
 #include "failing_new.h"
-#include "page_delivery.h"
-#include "placement.h"
+#include "qrvel/page/page_delivery.h"
+#include "qrvel/page/placement.h"
 #include "rows.h"
 #include "scratch_folder.h"
 
 namespace qrvel {
 namespace {
 
-constexpr Sheet SHEET = {.width = 120.0,
-                         .height = 70.0,
-                         .margin = 10.0,
-                         .bleed = 2.0,
-                         .unit = 1.0,
-                         .areaWidth = 100,
-                         .areaHeight = 50,
-                         .fit = false};
+constexpr SheetLayout SHEET = {.width = 120.0,
+                               .height = 70.0,
+                               .margin = 10.0,
+                               .bleed = 2.0,
+                               .unit = 1.0,
+                               .areaWidth = 100,
+                               .areaHeight = 50,
+                               .fit = false};
 
 std::string pageText(const std::function<void(Page&)>& draw) {
     Page page(SHEET);
@@ -74,7 +74,7 @@ TEST_P(PageCalls, AreKept) {
 INSTANTIATE_TEST_SUITE_P(Rows, PageCalls, testing::ValuesIn(CALL_ROWS), byRowName);
 
 TEST(Page, FillsABoxOfAnySize) {
-    const auto bounds = [](const Box& box) {
+    const auto bounds = [](const PixelBox& box) {
         Page page(SHEET);
         page.fill(box);
         return page.recording().bounds();
@@ -101,7 +101,7 @@ TEST(Page, ForgetsTheBackgroundWithTheReset) {
 
 TEST(Page, CentresASinglePoint) {
     for (const bool fit : {false, true}) {
-        Sheet sheet = SHEET;
+        SheetLayout sheet = SHEET;
         sheet.fit = fit;
         Page page(sheet);
         page.line({10, 20}, {10, 20});

@@ -1,30 +1,30 @@
 // Where on its paper a drawing comes to lie.
-#include "placement.h"
+#include "qrvel/page/placement.h"
 
 #include "rows.h"
 
 namespace qrvel {
 namespace {
 
-constexpr Sheet A4 = {.width = 210.0,
-                      .height = 297.0,
-                      .margin = 10.0,
-                      .bleed = 2.0,
-                      .unit = 0.025,
-                      .areaWidth = 7600,
-                      .areaHeight = 11080,
-                      .fit = false};
-constexpr Sheet FIT = {.width = 297.0,
-                       .height = 297.0,
-                       .margin = 10.0,
-                       .bleed = 2.0,
-                       .unit = 0.025,
-                       .areaWidth = 11080,
-                       .areaHeight = 11080,
-                       .fit = true};
+constexpr SheetLayout A4 = {.width = 210.0,
+                            .height = 297.0,
+                            .margin = 10.0,
+                            .bleed = 2.0,
+                            .unit = 0.025,
+                            .areaWidth = 7600,
+                            .areaHeight = 11080,
+                            .fit = false};
+constexpr SheetLayout FIT = {.width = 297.0,
+                             .height = 297.0,
+                             .margin = 10.0,
+                             .bleed = 2.0,
+                             .unit = 0.025,
+                             .areaWidth = 11080,
+                             .areaHeight = 11080,
+                             .fit = true};
 
 struct PlacementRow : NamedRow {
-    const Sheet& sheet;
+    const SheetLayout& sheet;
     double left, low, width, height;  // drawn, units
     double paperWidth, paperHeight;   // millimetres
     double originX, originY;          // millimetres
@@ -63,7 +63,7 @@ TEST_P(Placements, CentreTheDrawing) {
 INSTANTIATE_TEST_SUITE_P(Rows, Placements, testing::ValuesIn(ROWS), byRowName);
 
 TEST(Placements, OfNothingIsTheWholeSheet) {
-    for (const Sheet& sheet : {A4, FIT}) {
+    for (const SheetLayout& sheet : {A4, FIT}) {
         const Placement placed = place({}, sheet);
         EXPECT_EQ(placed.paper, QSizeF(sheet.width, sheet.height));
         EXPECT_EQ(placed.origin, QPointF(10.0, 10.0));

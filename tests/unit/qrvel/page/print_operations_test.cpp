@@ -5,18 +5,18 @@
 #include <filesystem>
 #include <vector>
 
-#include "application.h"
-#include "arguments.h"
-#include "cont.h"
-#include "out.h"
-#include "print_setup.h"
-#include "pssetup.h"
+#include "platform/arguments.h"
+#include "qrvel/base/application.h"
+#include "qrvel/run/window_run.h"
+#include "qrvel/window/print_setup.h"
 #include "scratch_folder.h"
-#include "shl.h"
-#include "w.h"
-#include "wclr.h"
-#include "wi.h"
-#include "window_run.h"
+#include "toolkit/cont.h"
+#include "toolkit/out.h"
+#include "toolkit/pssetup.h"
+#include "toolkit/shl.h"
+#include "toolkit/w.h"
+#include "toolkit/wclr.h"
+#include "toolkit/wi.h"
 
 namespace qrvel {
 namespace {

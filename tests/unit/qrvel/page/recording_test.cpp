@@ -1,5 +1,5 @@
 // What is drawn on a page is kept, joined, and cut to the sheet.
-#include "recording.h"
+#include "qrvel/page/recording.h"
 
 #include <climits>
 #include <cmath>
@@ -12,14 +12,14 @@ namespace qrvel {
 namespace {
 
 // One unit is a millimetre; what is kept reaches two beyond the area, from (-2, -2) to (102, 52).
-constexpr Sheet SHEET = {.width = 120.0,
-                         .height = 70.0,
-                         .margin = 10.0,
-                         .bleed = 2.0,
-                         .unit = 1.0,
-                         .areaWidth = 100,
-                         .areaHeight = 50,
-                         .fit = false};
+constexpr SheetLayout SHEET = {.width = 120.0,
+                               .height = 70.0,
+                               .margin = 10.0,
+                               .bleed = 2.0,
+                               .unit = 1.0,
+                               .areaWidth = 100,
+                               .areaHeight = 50,
+                               .fit = false};
 constexpr uint32_t BLACK_INK = 0xFF000000U;
 constexpr uint32_t RED_INK = 0xFFFF0000U;
 
@@ -450,7 +450,7 @@ TEST(Clearing, LeavesNothing) {
 
 // 15 bits are enough for the largest area and what is kept around it.
 TEST(Points, ReachTheFarCornerOfTheFinestSheet) {
-    const Sheet sheet = layOut({.width = 429.6, .height = 429.6, .fit = false}, false);
+    const SheetLayout sheet = layOut({.width = 429.6, .height = 429.6, .fit = false}, false);
     ASSERT_EQ(sheet.areaWidth, 16384);
     Recording recording(sheet);
     recording.line({INT_MIN, INT_MIN}, {INT_MAX, INT_MAX}, 0, BLACK_INK);

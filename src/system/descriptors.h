@@ -1,0 +1,9 @@
+// Descriptors that this process may still open.
+#pragma once
+
+namespace kelsystem {
+
+// Whether so many are left.
+bool descriptorsAreLeft(int count);
+
+}  // namespace kelsystem
