@@ -23,7 +23,6 @@ constexpr size_t FILE_PIECE = 8192;  // bytes of a file that are parsed at a tim
 // ---- one picture after the other ------------------------------------------------------------------------------------
 
 void beginPicture() {
-    TheShell.intake.passedOver = nullptr;
     HPGLreleaseColours(&TheShell.display);
     HPGLdestroyParser(TheShell.parser);
     TheShell.parser = HPGLinitParser();
@@ -31,14 +30,12 @@ void beginPicture() {
     TheShell.zoom = nullptr;
 }
 
-// A name that stands in the named file is kept as the last one met, but passed over, also by an end chunk that comes
-// later.
+// One file an end chunk: a name that stands in the file waits for the next one, so that a file that names itself ends.
 void takeNamedFile(HPGLGlobal* global) {
-    if (global->fileName == nullptr || global->fileName == TheShell.intake.passedOver) return;
+    if (global->fileName == nullptr) return;
     HPGLflushCompactCode(TheShell.parser);
-    char* name = std::exchange(global->fileName, nullptr);
+    char* name = std::exchange(global->fileName, nullptr);  // the file may bring another, which frees this one
     readFromFile(TheShell.parser, name);
-    TheShell.intake.passedOver = global->fileName;
     if (global->fileName == nullptr) {
         global->fileName = name;
     } else {

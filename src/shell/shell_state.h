@@ -18,12 +18,11 @@ struct HPGLIntake {
     bool open = false;
     char* scratch = nullptr;  // a reserve of the channel's that nothing reads
     char* scratchPosition = nullptr;
-    bool transmissionBegun = false;    // set by the first begin chunk ever, never cleared
-    bool colonPrefix = false;          // the begin chunk began with a colon: so may the others
-    FILE* echo = nullptr;              // null: not open
-    bool echoFailed = false;           // and that has been said
-    FILE* pictureFile = nullptr;       // the file that the data named last
-    const char* passedOver = nullptr;  // the name that stands in that file, the parser's; null: none
+    bool transmissionBegun = false;  // set by the first begin chunk ever, never cleared
+    bool colonPrefix = false;        // the begin chunk began with a colon: so may the others
+    FILE* echo = nullptr;            // null: not open
+    bool echoFailed = false;         // and that has been said
+    FILE* pictureFile = nullptr;     // the file that the data named last
 };
 
 struct HPGLShell {

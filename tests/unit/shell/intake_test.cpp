@@ -253,11 +253,17 @@ TEST_F(Channel, ReadsTheNamedFile) {
     EXPECT_EQ(recordsOf({{BEGIN, "HPGL_FILE:a.plt\nPU;"}, {END, ""}}), INSP);
 }
 
-TEST_F(Channel, ANamedFileNamesNoOther) {
+TEST_F(Channel, ANamedFileNamesTheNext) {
     folder.write("a.plt", "IN;HPGL_FILEb.plt\nSP1;");
     folder.write("b.plt", "PU;");
     EXPECT_EQ(recordsOf({{BEGIN, "HPGL_FILEa.plt"}, {END, ""}}), INSP);
-    EXPECT_EQ(recordsOf({{BEGIN, "HPGL_FILEa.plt"}, {END, ""}, {END, ""}}), INSP);  // nor later
+    EXPECT_EQ(recordsOf({{BEGIN, "HPGL_FILEa.plt"}, {END, ""}, {END, ""}}), recordsOf({{BEGIN, "PU;"}, {END, ""}}));
+    EXPECT_EQ(recordsOf({{BEGIN, "HPGL_FILEa.plt"},
+                         {END, ""},
+                         {FURTHER, "HPGL_FILEa.plt\nPD;"},
+                         {FURTHER, "\nHPGL_FILEb.plt"},
+                         {END, ""}}),
+              recordsOf({{BEGIN, "PU;"}, {END, ""}}));
     run({[] {
         send("HPGL_FILEa.plt");
         EXPECT_STREQ(TheShell.parser->global->fileName, "b.plt");
