@@ -8,7 +8,7 @@
 #include "platform/message_pump.h"
 
 ClassWindow::ClassWindow(WNDPROC procedure, int extraBytes)
-    : m_procedure(procedure), m_extra(static_cast<size_t>(extraBytes)) {
+    : procedure_(procedure), extra_(static_cast<size_t>(extraBytes)) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setAttribute(Qt::WA_QuitOnClose, false);
 }
@@ -22,29 +22,29 @@ HWND ClassWindow::handle() const {
 }
 
 LRESULT ClassWindow::call(UINT message, WPARAM wParam, LPARAM lParam) {
-    return m_procedure(handle(), message, wParam, lParam);
+    return procedure_(handle(), message, wParam, lParam);
 }
 
 WORD ClassWindow::setWord(int index, WORD value) {
-    if (index < 0 || static_cast<size_t>(index) + sizeof value > m_extra.size()) return 0;
+    if (index < 0 || static_cast<size_t>(index) + sizeof value > extra_.size()) return 0;
     WORD before = 0;
-    std::memcpy(&before, &m_extra[static_cast<size_t>(index)], sizeof before);
-    std::memcpy(&m_extra[static_cast<size_t>(index)], &value, sizeof value);
+    std::memcpy(&before, &extra_[static_cast<size_t>(index)], sizeof before);
+    std::memcpy(&extra_[static_cast<size_t>(index)], &value, sizeof value);
     return before;
 }
 
 void ClassWindow::paintEvent(QPaintEvent* event) {
-    QPainter(this).drawImage(event->rect(), m_surface, event->rect());
+    QPainter(this).drawImage(event->rect(), surface_, event->rect());
 }
 
 // The surface only grows, so that a window made small and large again shows what it showed.
 void ClassWindow::resizeEvent(QResizeEvent* /*event*/) {
-    const QSize needed = m_surface.size().expandedTo(size());
-    if (needed == m_surface.size()) return;
+    const QSize needed = surface_.size().expandedTo(size());
+    if (needed == surface_.size()) return;
     QImage larger(needed, QImage::Format_RGB32);
     larger.fill(Qt::white);
-    QPainter(&larger).drawImage(0, 0, m_surface);
-    m_surface = larger;
+    QPainter(&larger).drawImage(0, 0, surface_);
+    surface_ = larger;
 }
 
 // Its procedure is called from the loop like every other.

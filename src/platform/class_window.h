@@ -21,7 +21,7 @@ class ClassWindow : public QWidget {
     WORD setWord(int index, WORD value);
 
     // What is drawn here is shown by the next update().
-    QImage& surface() { return m_surface; }
+    QImage& surface() { return surface_; }
 
     // Takes it off the screen, and away.
     void destroy();
@@ -32,9 +32,9 @@ class ClassWindow : public QWidget {
     void closeEvent(QCloseEvent* event) override;
 
   private:
-    WNDPROC m_procedure;
-    std::vector<BYTE> m_extra;
-    QImage m_surface;
+    WNDPROC procedure_;
+    std::vector<BYTE> extra_;
+    QImage surface_;
 };
 
 // Calls the procedure of the message's window; 0 when it is for no window of a registered class.

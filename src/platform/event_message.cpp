@@ -8,11 +8,11 @@
 namespace {
 
 // Buttons beyond the third; the viewer knows them only as part of the mouse messages' range.
-constexpr UINT sideButtonDown = 0x020B;
-constexpr UINT sideButtonUp = 0x020C;
-constexpr UINT sideButtonDoubleClick = 0x020D;
-constexpr UINT rightDoubleClick = 0x0206;
-constexpr UINT middleDoubleClick = 0x0209;
+constexpr UINT SIDE_BUTTON_DOWN = 0x020B;
+constexpr UINT SIDE_BUTTON_UP = 0x020C;
+constexpr UINT SIDE_BUTTON_DOUBLE_CLICK = 0x020D;
+constexpr UINT RIGHT_DOUBLE_CLICK = 0x0206;
+constexpr UINT MIDDLE_DOUBLE_CLICK = 0x0209;
 
 // ---- keys -----------------------------------------------------------------------------------------------------------
 
@@ -22,7 +22,7 @@ struct VirtualKey {
 };
 
 // clang-format off
-constexpr VirtualKey virtualKeys[] = {
+constexpr VirtualKey VIRTUAL_KEYS[] = {
     {Qt::Key_Backspace, 0x08}, {Qt::Key_Tab,      0x09}, {Qt::Key_Backtab,    0x09}, {Qt::Key_Clear,  0x0C},
     {Qt::Key_Return,    0x0D}, {Qt::Key_Enter,    0x0D}, {Qt::Key_Shift,      0x10}, {Qt::Key_Control,0x11},
     {Qt::Key_Alt,       0x12}, {Qt::Key_AltGr,    0x12}, {Qt::Key_Pause,      0x13}, {Qt::Key_CapsLock,0x14},
@@ -40,7 +40,7 @@ WPARAM virtualKey(int key) {
         return static_cast<WPARAM>(key);
     }
     if (key >= Qt::Key_F1 && key <= Qt::Key_F24) return static_cast<WPARAM>(0x70 + key - Qt::Key_F1);
-    for (const VirtualKey& row : virtualKeys) {
+    for (const VirtualKey& row : VIRTUAL_KEYS) {
         if (row.key == key) return row.code;
     }
     return 0;
@@ -74,11 +74,11 @@ ButtonMessages messagesOf(Qt::MouseButton button) {
         case Qt::LeftButton:
             return {WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK};
         case Qt::RightButton:
-            return {WM_RBUTTONDOWN, WM_RBUTTONUP, rightDoubleClick};
+            return {WM_RBUTTONDOWN, WM_RBUTTONUP, RIGHT_DOUBLE_CLICK};
         case Qt::MiddleButton:
-            return {WM_MBUTTONDOWN, WM_MBUTTONUP, middleDoubleClick};
+            return {WM_MBUTTONDOWN, WM_MBUTTONUP, MIDDLE_DOUBLE_CLICK};
         default:
-            return {sideButtonDown, sideButtonUp, sideButtonDoubleClick};
+            return {SIDE_BUTTON_DOWN, SIDE_BUTTON_UP, SIDE_BUTTON_DOUBLE_CLICK};
     }
 }
 

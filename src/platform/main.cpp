@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int showNormal = 1;
+constexpr int SHOW_NORMAL = 1;
 
 // The viewer's splitter toggles at each double quote and knows no way to write one, so those of the word are left out.
 void appendQuoted(std::string& line, std::string_view word) {
@@ -48,5 +48,5 @@ int main(int argc, char** argv) {
     kelsystem::holdStandardStreams();
     setPlatformArguments(argc, argv);
     std::string line = joinArguments(argc, argv);
-    return WinMain(processInstance(), nullptr, line.data(), showNormal);
+    return WinMain(processInstance(), nullptr, line.data(), SHOW_NORMAL);
 }

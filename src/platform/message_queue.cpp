@@ -51,50 +51,49 @@ MessageQueue& MessageQueue::instance() {
 }
 
 MSG MessageQueue::next() {
-    m_current.reset();
+    current_.reset();
     watchApplication();
-    if (m_watched == nullptr) return quitMessage();
+    if (watched_ == nullptr) return quitMessage();
     // One turn of Qt's loop even when a message waits already, so that timers and paints are not starved by messages.
     // Deferred deletes are asked for: Qt sends them by itself only out of its own event loop.
     do {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        QCoreApplication::processEvents(m_waiting.empty() ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
-    } while (m_waiting.empty());
-    m_current = std::move(m_waiting.front());
-    m_waiting.pop_front();
-    return m_current->message;
+        QCoreApplication::processEvents(waiting_.empty() ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
+    } while (waiting_.empty());
+    current_ = std::move(waiting_.front());
+    waiting_.pop_front();
+    return current_->message;
 }
 
 // One message of nothing makes the loop turn as well as many, which would grow without end while there is work.
 void MessageQueue::post(const MSG& message) {
-    const bool doubled =
-        message.message == WM_NULL && !m_waiting.empty() && m_waiting.back()->message.message == WM_NULL;
+    const bool doubled = message.message == WM_NULL && !waiting_.empty() && waiting_.back()->message.message == WM_NULL;
     if (doubled) return wake();
-    m_waiting.push_back(waiting(message, nullptr, nullptr));
+    waiting_.push_back(waiting(message, nullptr, nullptr));
     wake();
 }
 
 bool MessageQueue::postCharacter() {
     const QEvent* key = currentEvent();
     if (key == nullptr) return false;
-    const MSG character = characterOf(*key, m_current->message);
+    const MSG character = characterOf(*key, current_->message);
     if (character.message == WM_NULL) return false;
-    m_waiting.push_front(waiting(character, key, nullptr));
+    waiting_.push_front(waiting(character, key, nullptr));
     return true;
 }
 
 // notify() and not sendEvent(), which would take away the mark that the event came from the window system; a click
 // gives the focus only with it.
 void MessageQueue::handOn(const MSG& message) {
-    if (m_current == nullptr || m_current->receiver == nullptr) return;
-    if (message.message != m_current->message.message) return;
-    m_passing = currentEvent();
-    QCoreApplication::instance()->notify(m_current->receiver, m_current->event.get());
-    m_passing = nullptr;
+    if (current_ == nullptr || current_->receiver == nullptr) return;
+    if (message.message != current_->message.message) return;
+    passing_ = currentEvent();
+    QCoreApplication::instance()->notify(current_->receiver, current_->event.get());
+    passing_ = nullptr;
 }
 
 bool MessageQueue::eventFilter(QObject* receiver, QEvent* event) {
-    if (event->type() == QEvent::ShortcutOverride && m_blocked != nullptr && m_blocked()) {
+    if (event->type() == QEvent::ShortcutOverride && blocked_ != nullptr && blocked_()) {
         event->accept();
         return true;
     }
@@ -115,27 +114,27 @@ std::unique_ptr<MessageQueue::Waiting> MessageQueue::waiting(const MSG& message,
 
 // An application may end and another begin: the message box before the toolkit's start has one of its own.
 void MessageQueue::watchApplication() {
-    if (m_watched == QCoreApplication::instance()) return;
-    m_watched = QCoreApplication::instance();
-    if (m_watched != nullptr) m_watched->installEventFilter(this);
+    if (watched_ == QCoreApplication::instance()) return;
+    watched_ = QCoreApplication::instance();
+    if (watched_ != nullptr) watched_->installEventFilter(this);
 }
 
 bool MessageQueue::inputWaits() const {
-    return std::any_of(m_waiting.begin(), m_waiting.end(),
+    return std::any_of(waiting_.begin(), waiting_.end(),
                        [](const std::unique_ptr<Waiting>& one) { return one->event != nullptr; });
 }
 
 // Only what reaches a window while nothing but next() waits. A modal loop or an open menu gets its input at once:
 // nobody would fetch it from the queue. But nothing overtakes what was typed before the menu opened.
 bool MessageQueue::takes(const QObject& receiver, const QEvent& event) const {
-    if (!receiver.isWindowType() || !isInputEvent(event) || isModifier(event) || &event == m_passing) return false;
+    if (!receiver.isWindowType() || !isInputEvent(event) || isModifier(event) || &event == passing_) return false;
     if (QThread::currentThread()->loopLevel() > 0) return false;
     const bool isFree = QApplication::activeModalWidget() == nullptr && QApplication::activePopupWidget() == nullptr;
     return isFree || inputWaits();
 }
 
 void MessageQueue::take(QWindow& receiver, const QEvent& event) {
-    m_waiting.push_back(waiting(messageOf(event, pump::handleOf(receiver.winId())), &event, &receiver));
+    waiting_.push_back(waiting(messageOf(event, pump::handleOf(receiver.winId())), &event, &receiver));
     wake();
 }
 

@@ -28,9 +28,9 @@ class MessageQueue : public QObject {
     void handOn(const MSG& message);
 
     // The event behind the message that next() answered last, or null.
-    const QEvent* currentEvent() const { return m_current != nullptr ? m_current->event.get() : nullptr; }
+    const QEvent* currentEvent() const { return current_ != nullptr ? current_->event.get() : nullptr; }
 
-    void setInputBlock(bool (*blocked)()) { m_blocked = blocked; }
+    void setInputBlock(bool (*blocked)()) { blocked_ = blocked; }
 
   protected:
     bool eventFilter(QObject* receiver, QEvent* event) override;
@@ -49,9 +49,9 @@ class MessageQueue : public QObject {
     void take(QWindow& receiver, const QEvent& event);
     void wake() const;
 
-    std::deque<std::unique_ptr<Waiting>> m_waiting;
-    std::unique_ptr<Waiting> m_current;  // what next() answered last
-    QPointer<QCoreApplication> m_watched;
-    const QEvent* m_passing = nullptr;  // being handed on: the filter lets it through
-    bool (*m_blocked)() = nullptr;
+    std::deque<std::unique_ptr<Waiting>> waiting_;
+    std::unique_ptr<Waiting> current_;  // what next() answered last
+    QPointer<QCoreApplication> watched_;
+    const QEvent* passing_ = nullptr;  // being handed on: the filter lets it through
+    bool (*blocked_)() = nullptr;
 };

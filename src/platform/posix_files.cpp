@@ -18,7 +18,7 @@
 namespace {
 
 // What an open that keeps nothing open answers: no descriptor ever has this number, so closing it closes nothing.
-constexpr HFILE nothingOpen = std::numeric_limits<HFILE>::max();
+constexpr HFILE NOTHING_OPEN = std::numeric_limits<HFILE>::max();
 
 bool isRegular(mode_t mode) {
     if (S_ISREG(mode)) return true;
@@ -67,7 +67,7 @@ int accessFlags(UINT style) {
 
 // A file that has been made or emptied here bears this attribute. No other is emptied: a name alone does not say whose
 // content it is. On a file system without attributes only the empty ones are left, and those of this process.
-constexpr char logMark[] = "user.kelhpgl.log";
+constexpr char LOG_MARK[] = "user.kelhpgl.log";
 
 // This process knows its own also where there are no attributes.
 std::set<std::pair<dev_t, ino_t>>& ownLogs() {
@@ -79,12 +79,12 @@ bool emptyLog(int file) {
     struct stat status {};
     if (fstat(file, &status) != 0) return false;
     const std::pair log(status.st_dev, status.st_ino);
-    if (status.st_size != 0 && fgetxattr(file, logMark, nullptr, 0) < 0 && !ownLogs().contains(log)) {
+    if (status.st_size != 0 && fgetxattr(file, LOG_MARK, nullptr, 0) < 0 && !ownLogs().contains(log)) {
         errno = EEXIST;
         return false;
     }
     if (ftruncate(file, 0) != 0) return false;
-    fsetxattr(file, logMark, "", 0, 0);
+    fsetxattr(file, LOG_MARK, "", 0, 0);
     ownLogs().insert(log);
     return true;
 }
@@ -100,7 +100,7 @@ HFILE openLocked(LPCSTR name, UINT style) {
 
 HFILE findRegular(LPCSTR name) {
     struct stat status {};
-    return lstat(name, &status) == 0 && isRegular(status.st_mode) ? nothingOpen : HFILE_ERROR;
+    return lstat(name, &status) == 0 && isRegular(status.st_mode) ? NOTHING_OPEN : HFILE_ERROR;
 }
 
 // Making the file and taking it away again would be seen by whoever watches the folder.
@@ -111,7 +111,7 @@ HFILE findRoomFor(LPCSTR name) {
     const std::string path = name;
     const size_t slash = path.rfind('/');
     const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
-    return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0 ? nothingOpen : HFILE_ERROR;
+    return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0 ? NOTHING_OPEN : HFILE_ERROR;
 }
 
 HFILE openAs(LPCSTR name, UINT style) {

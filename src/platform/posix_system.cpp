@@ -35,13 +35,13 @@ struct Processor {
 };
 
 #if defined(__x86_64__)
-constexpr Processor processor{9, 8664};
+constexpr Processor PROCESSOR{9, 8664};
 #elif defined(__aarch64__)
-constexpr Processor processor{12, 0xAA64};
+constexpr Processor PROCESSOR{12, 0xAA64};
 #elif defined(__i386__)
-constexpr Processor processor{0, 586};
+constexpr Processor PROCESSOR{0, 586};
 #else
-constexpr Processor processor{0xFFFF, 0};
+constexpr Processor PROCESSOR{0xFFFF, 0};
 #endif
 
 // ---- profile --------------------------------------------------------------------------------------------------------
@@ -50,17 +50,17 @@ constexpr Processor processor{0xFFFF, 0};
 // One that is not installed is answered with "C".
 class SessionLocale {
   public:
-    SessionLocale() : m_locale(newlocale(LC_ALL_MASK, "", nullptr)) {
-        if (m_locale == nullptr) m_locale = newlocale(LC_ALL_MASK, "C", nullptr);
+    SessionLocale() : locale_(newlocale(LC_ALL_MASK, "", nullptr)) {
+        if (locale_ == nullptr) locale_ = newlocale(LC_ALL_MASK, "C", nullptr);
     }
-    ~SessionLocale() { freelocale(m_locale); }
+    ~SessionLocale() { freelocale(locale_); }
     SessionLocale(const SessionLocale&) = delete;
     SessionLocale& operator=(const SessionLocale&) = delete;
 
-    std::string text(nl_item item) const { return nl_langinfo_l(item, m_locale); }
+    std::string text(nl_item item) const { return nl_langinfo_l(item, locale_); }
 
   private:
-    locale_t m_locale;
+    locale_t locale_;
 };
 
 struct DatePart {
@@ -69,7 +69,7 @@ struct DatePart {
 };
 
 // clang-format off
-constexpr DatePart dateParts[] = {
+constexpr DatePart DATE_PARTS[] = {
     {'d', "dd"},   {'e', "d"},    {'m', "MM"},       {'y', "yy"},         {'Y', "yyyy"}, {'b', "MMM"},
     {'h', "MMM"},  {'B', "MMMM"}, {'a', "ddd"},      {'A', "dddd"},       {'D', "MM/dd/yy"},
     {'F', "yyyy-MM-dd"},          {'x', "MM/dd/yy"}, {'n', " "},          {'t', " "},    {'%', "%"},
@@ -77,7 +77,7 @@ constexpr DatePart dateParts[] = {
 // clang-format on
 
 std::string_view dateWord(char conversion) {
-    for (const DatePart& part : dateParts) {
+    for (const DatePart& part : DATE_PARTS) {
         if (part.conversion == conversion) return part.picture;
     }
     return {};
@@ -122,7 +122,7 @@ std::string asIs(const std::string& text) {
 }
 
 // clang-format off
-constexpr IntlRow intlRows[] = {
+constexpr IntlRow INTL_ROWS[] = {
     {"sLanguage",  _NL_ADDRESS_LANG_TERM,      capitals},
     {"sCountry",   _NL_ADDRESS_COUNTRY_NAME,   asIs},
     {"iCountry",   _NL_TELEPHONE_INT_PREFIX,   asIs},  // the international dialling code
@@ -136,7 +136,7 @@ constexpr IntlRow intlRows[] = {
 // Empty when the session's locale says nothing about it.
 std::string profileValue(LPCSTR section, LPCSTR key) {
     if (section == nullptr || key == nullptr || std::string_view(section) != "intl") return {};
-    for (const IntlRow& row : intlRows) {
+    for (const IntlRow& row : INTL_ROWS) {
         if (row.key == key) return row.shape(SessionLocale().text(row.item));
     }
     return {};
@@ -188,8 +188,8 @@ BOOL versionInfo(OSVERSIONINFOA* info) {
 
 void systemInfo(SYSTEM_INFO* info) {
     *info = {};
-    info->wProcessorArchitecture = processor.architecture;
-    info->dwProcessorType = processor.type;
+    info->wProcessorArchitecture = PROCESSOR.architecture;
+    info->dwProcessorType = PROCESSOR.type;
     info->dwPageSize = static_cast<DWORD>(sysconf(_SC_PAGESIZE));
     info->dwAllocationGranularity = info->dwPageSize;
     info->dwNumberOfProcessors = static_cast<DWORD>(std::max(1L, sysconf(_SC_NPROCESSORS_ONLN)));

@@ -33,10 +33,10 @@ class FamilyList {
     void refresh();
     void read();
 
-    QPointer<QCoreApplication> m_watched;
-    bool m_current = false;
-    std::vector<Family> m_families;
-    std::unordered_map<std::string, size_t> m_byName;
+    QPointer<QCoreApplication> watched_;
+    bool current_ = false;
+    std::vector<Family> families_;
+    std::unordered_map<std::string, size_t> byName_;
 };
 
 // Copies what fits and the terminator, without cutting a character of several bytes in two.
@@ -68,41 +68,41 @@ FamilyList& FamilyList::instance() {
 
 const std::vector<Family>& FamilyList::families() {
     refresh();
-    return m_families;
+    return families_;
 }
 
 const Family* FamilyList::find(LPCSTR name) {
     refresh();
-    const auto found = m_byName.find(name);
-    if (found == m_byName.end()) return nullptr;
-    Family& family = m_families[found->second];
+    const auto found = byName_.find(name);
+    if (found == byName_.end()) return nullptr;
+    Family& family = families_[found->second];
     if (family.styles.isEmpty()) family.styles = QFontDatabase::styles(family.name);
     return &family;
 }
 
 void FamilyList::refresh() {
     auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance());
-    if (m_watched != application) {
-        m_watched = application;
-        m_current = false;
+    if (watched_ != application) {
+        watched_ = application;
+        current_ = false;
         if (application != nullptr) {
             QObject::connect(application, &QGuiApplication::fontDatabaseChanged, application,
-                             [this] { m_current = false; });
+                             [this] { current_ = false; });
         }
     }
-    if (!m_current) read();
+    if (!current_) read();
 }
 
 // Two names that are the same when cut could not be told apart by the caller: the first one stands for both.
 void FamilyList::read() {
-    m_families.clear();
-    m_byName.clear();
-    m_current = true;
-    if (m_watched == nullptr) return;
+    families_.clear();
+    byName_.clear();
+    current_ = true;
+    if (watched_ == nullptr) return;
     for (const QString& name : QFontDatabase::families()) {
         Family family = describe(name);
         const std::string fullName(reinterpret_cast<const char*>(family.font.elfFullName));
-        if (m_byName.try_emplace(fullName, m_families.size()).second) m_families.push_back(std::move(family));
+        if (byName_.try_emplace(fullName, families_.size()).second) families_.push_back(std::move(family));
     }
 }
 

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int answerOk = 1;
+constexpr int ANSWER_OK = 1;
 
 bool isSeen() {
     if (QCoreApplication::instance() != nullptr) return !isUnseen(QGuiApplication::platformName());
@@ -22,15 +22,15 @@ class BoxApplication {
   public:
     BoxApplication() {
         if (QCoreApplication::instance() != nullptr) return;
-        m_application = std::make_unique<QApplication>(m_count, m_values);
+        application_ = std::make_unique<QApplication>(count_, values_);
         std::setlocale(LC_NUMERIC, "C");  // the application took the session's; numbers are read with a point
     }
 
   private:
-    char m_name[8] = "kelhpgl";
-    char* m_values[2] = {m_name, nullptr};
-    int m_count = 1;
-    std::unique_ptr<QApplication> m_application;
+    char name_[8] = "kelhpgl";
+    char* values_[2] = {name_, nullptr};
+    int count_ = 1;
+    std::unique_ptr<QApplication> application_;
 };
 
 void showBox(const QString& text, const QString& title, UINT type) {
@@ -49,5 +49,5 @@ int MessageBoxA(HWND /*owner*/, LPCSTR text, LPCSTR title, UINT type) {
     } else {
         std::fprintf(stderr, "%s: %s\n", title, text);
     }
-    return answerOk;
+    return ANSWER_OK;
 }

@@ -43,7 +43,7 @@ struct RegisteredClass {
     ATOM atom = 0;
 };
 
-constexpr ATOM firstAtom = 0xC000;
+constexpr ATOM FIRST_ATOM = 0xC000;
 
 std::map<std::string, RegisteredClass>& classes() {
     static std::map<std::string, RegisteredClass> registered;
@@ -84,7 +84,7 @@ ATOM RegisterClassA(const WNDCLASSA* windowClass) {
         registered.menuName = windowClass->lpszMenuName;
         registered.description.lpszMenuName = registered.menuName.c_str();
     }
-    registered.atom = static_cast<ATOM>(firstAtom + classes().size() - 1);
+    registered.atom = static_cast<ATOM>(FIRST_ATOM + classes().size() - 1);
     return registered.atom;
 }
 

@@ -15,9 +15,9 @@
 
 namespace {
 
-constexpr std::chrono::seconds patience{2};
-constexpr uint64_t lastWindow = 0x1FFFFFFF;  // X11 numbers have 29 bits
-constexpr std::string_view messageType = "KEL_MESSAGE";
+constexpr std::chrono::seconds PATIENCE{2};
+constexpr uint64_t LAST_WINDOW = 0x1FFFFFFF;  // X11 numbers have 29 bits
+constexpr std::string_view MESSAGE_TYPE = "KEL_MESSAGE";
 
 using Connection = std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)>;
 using Task = std::function<bool(xcb_connection_t*)>;
@@ -41,7 +41,7 @@ bool runBounded(Task task) {
     std::packaged_task<bool()> work([task = std::move(task)] { return connectAndRun(task); });
     std::future<bool> done = work.get_future();
     std::thread(std::move(work)).detach();
-    return done.wait_for(patience) == std::future_status::ready && done.get();
+    return done.wait_for(PATIENCE) == std::future_status::ready && done.get();
 }
 
 xcb_atom_t atomOf(xcb_connection_t* connection, std::string_view name) {
@@ -119,7 +119,7 @@ bool isReachable() {
 }
 
 bool isWindow(uint64_t window) {
-    if (window == 0 || window > lastWindow) return false;
+    if (window == 0 || window > LAST_WINDOW) return false;
     return runBounded([window](xcb_connection_t* connection) {
         const auto cookie = xcb_get_window_attributes(connection, static_cast<xcb_window_t>(window));
         xcb_generic_error_t* error = nullptr;
@@ -129,13 +129,13 @@ bool isWindow(uint64_t window) {
 }
 
 bool postMessage(uint64_t window, uint32_t message, uint32_t first, uint32_t second) {
-    if (window == 0 || window > lastWindow) return false;
+    if (window == 0 || window > LAST_WINDOW) return false;
     return runBounded([=](xcb_connection_t* connection) {
         xcb_client_message_event_t event{};
         event.response_type = XCB_CLIENT_MESSAGE;
         event.format = 32;
         event.window = static_cast<xcb_window_t>(window);
-        event.type = atomOf(connection, messageType);
+        event.type = atomOf(connection, MESSAGE_TYPE);
         event.data.data32[0] = message;
         event.data.data32[1] = first;
         event.data.data32[2] = second;

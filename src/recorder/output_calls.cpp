@@ -11,17 +11,17 @@ using namespace recorder;
 namespace {
 
 // Handles of the device's fonts count from here, far from those that operations answer.
-constexpr WHandle firstDeviceFont = 0x40000000;
+constexpr WHandle FIRST_DEVICE_FONT = 0x40000000;
 
 const WHandle* handOutFonts() {
     world.deviceFonts.resize(script.fontSizes.size());
-    std::iota(world.deviceFonts.begin(), world.deviceFonts.end(), firstDeviceFont);
+    std::iota(world.deviceFonts.begin(), world.deviceFonts.end(), FIRST_DEVICE_FONT);
     return world.deviceFonts.data();
 }
 
 int32_t sizeOfDeviceFont(WHandle font) {
-    const size_t index = font - firstDeviceFont;
-    return font >= firstDeviceFont && index < script.fontSizes.size() ? script.fontSizes[index] : 0;
+    const size_t index = font - FIRST_DEVICE_FONT;
+    return font >= FIRST_DEVICE_FONT && index < script.fontSizes.size() ? script.fontSizes[index] : 0;
 }
 
 }  // namespace

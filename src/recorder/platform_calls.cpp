@@ -69,8 +69,8 @@ int MessageBoxA(HWND owner, LPCSTR text, LPCSTR title, UINT type) {
 
 namespace {
 
-constexpr LONG lineHeight = 16;          // pixels
-constexpr uintptr_t stockBase = 0x3000;  // stock objects are this plus their index
+constexpr LONG LINE_HEIGHT = 16;          // pixels
+constexpr uintptr_t STOCK_BASE = 0x3000;  // stock objects are this plus their index
 
 }  // namespace
 
@@ -139,7 +139,7 @@ int GetSystemMetrics(int index) {
 }
 
 HGDIOBJ GetStockObject(int index) {
-    return note(__func__, index) ? systemHandle<HGDIOBJ>(stockBase + static_cast<uintptr_t>(index)) : nullptr;
+    return note(__func__, index) ? systemHandle<HGDIOBJ>(STOCK_BASE + static_cast<uintptr_t>(index)) : nullptr;
 }
 
 HDC GetDC(HWND window) {
@@ -157,7 +157,7 @@ HGDIOBJ SelectObject(HDC context, HGDIOBJ object) {
 BOOL GetTextMetricsA(HDC context, TEXTMETRICA* metrics) {
     if (!note(__func__, context)) return 0;
     *metrics = TEXTMETRICA{};
-    metrics->tmHeight = lineHeight;
+    metrics->tmHeight = LINE_HEIGHT;
     metrics->tmAscent = 12;
     metrics->tmDescent = 4;
     metrics->tmAveCharWidth = 8;
@@ -192,7 +192,7 @@ int callBack(const Family& family, int times, FONTENUMPROCA callback, LPARAM par
     TEXTMETRICA metrics{};
     reportedName(family).copy(font.elfLogFont.lfFaceName, LF_FACESIZE - 1);
     std::ranges::copy(reportedName(family), font.elfFullName);
-    font.elfLogFont.lfHeight = metrics.tmHeight = lineHeight;
+    font.elfLogFont.lfHeight = metrics.tmHeight = LINE_HEIGHT;
     int answer = 1;
     for (int i = 0; i < times && answer != 0; ++i)
         answer = callback(&font.elfLogFont, &metrics, family.type, parameter);
@@ -216,22 +216,22 @@ int EnumFontFamiliesA(HDC context, LPCSTR family, FONTENUMPROCA callback, LPARAM
 
 namespace {
 
-constexpr std::string_view toolkitModule = "QRVEL";
-constexpr std::string_view toolkitFile = "libQRVEL.so";
-constexpr uintptr_t loadedModule = 0x1000;
-constexpr uintptr_t ownModule = 0x400;  // the program itself, which a null name asks for
+constexpr std::string_view TOOLKIT_MODULE = "QRVEL";
+constexpr std::string_view TOOLKIT_FILE = "libQRVEL.so";
+constexpr uintptr_t LOADED_MODULE = 0x1000;
+constexpr uintptr_t OWN_MODULE = 0x400;  // the program itself, which a null name asks for
 
 }  // namespace
 
 // Another handle than LoadLibraryA's: loading may fail although the module is there.
 HMODULE GetModuleHandleA(LPCSTR name) {
     if (!note(__func__, name)) return nullptr;
-    if (name == nullptr) return systemHandle<HMODULE>(ownModule);
-    return name == toolkitModule && script.moduleLoaded ? systemHandle<HMODULE>(loadedModule) : nullptr;
+    if (name == nullptr) return systemHandle<HMODULE>(OWN_MODULE);
+    return name == TOOLKIT_MODULE && script.moduleLoaded ? systemHandle<HMODULE>(LOADED_MODULE) : nullptr;
 }
 
 HMODULE LoadLibraryA(LPCSTR name) {
-    const bool known = note(__func__, name) && name == toolkitModule;
+    const bool known = note(__func__, name) && name == TOOLKIT_MODULE;
     return known ? systemHandle<HMODULE>(script.moduleHandle) : nullptr;
 }
 
@@ -246,7 +246,7 @@ FARPROC GetProcAddress(HMODULE module, LPCSTR name) {
 
 DWORD GetModuleFileNameA(HMODULE module, LPSTR name, DWORD size) {
     if (!note(__func__, module, size)) return 0;
-    return module ? copyCut(toolkitFile, name, size) : posix::moduleFileName(nullptr, name, size);
+    return module ? copyCut(TOOLKIT_FILE, name, size) : posix::moduleFileName(nullptr, name, size);
 }
 
 void OutputDebugStringA(LPCSTR text) {
@@ -267,7 +267,7 @@ struct ProfileValue {
     const char* value;
 };
 
-constexpr ProfileValue inventedProfile[] = {
+constexpr ProfileValue INVENTED_PROFILE[] = {
     {"sLanguage", "ENU"}, {"sCountry", "United States"},
     {"iCountry", "1"},    {"sShortDate", "M/d/yyyy"},
     {"sCurrency", "$"},   {"sThousand", ","},
@@ -275,8 +275,8 @@ constexpr ProfileValue inventedProfile[] = {
 };
 
 const char* inventedValue(std::string_view section, std::string_view key) {
-    const auto* found = std::ranges::find(inventedProfile, key, &ProfileValue::key);
-    return section == "intl" && found != std::end(inventedProfile) ? found->value : nullptr;
+    const auto* found = std::ranges::find(INVENTED_PROFILE, key, &ProfileValue::key);
+    return section == "intl" && found != std::end(INVENTED_PROFILE) ? found->value : nullptr;
 }
 
 }  // namespace

@@ -21,12 +21,12 @@ World world;
 
 namespace {
 
-constexpr char hexDigits[] = "0123456789abcdef";
+constexpr char HEX_DIGITS[] = "0123456789abcdef";
 
 void putHex(std::string& to, char byte) {
     const auto value = static_cast<unsigned char>(byte);
-    to += hexDigits[value >> 4];
-    to += hexDigits[value & 15];
+    to += HEX_DIGITS[value >> 4];
+    to += HEX_DIGITS[value & 15];
 }
 
 // The letter that stands behind a backslash for this character, 0 if it stands for itself or has none.

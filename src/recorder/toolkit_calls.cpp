@@ -24,9 +24,9 @@ using namespace recorder;
 namespace {
 
 // Windows that script.mdiClient names.
-constexpr uintptr_t mainWindowId = 0x2000;
-constexpr uintptr_t mdiClientId = 0x2001;
-constexpr uintptr_t acceleratorTable = 0x2002;
+constexpr uintptr_t MAIN_WINDOW_ID = 0x2000;
+constexpr uintptr_t MDI_CLIENT_ID = 0x2001;
+constexpr uintptr_t ACCELERATOR_TABLE = 0x2002;
 
 // -I=number and -P=number, letters in either case.
 void takeNotification(const char* argument) {
@@ -77,8 +77,8 @@ WHandle WIinitialise(int32_t argc, char** argv, uint32_t flag) {
 void* WIgetvar(WHandle app, uint32_t kind) {
     if (!note(__func__, app, kind)) return nullptr;
     if (script.mdiClient) {
-        world.variables.mainWindow = systemHandle<void*>(mainWindowId);
-        world.variables.mdiClient = systemHandle<void*>(mdiClientId);
+        world.variables.mainWindow = systemHandle<void*>(MAIN_WINDOW_ID);
+        world.variables.mdiClient = systemHandle<void*>(MDI_CLIENT_ID);
     }
     switch (kind) {
         case 0:
@@ -105,7 +105,7 @@ int32_t Wloadtxt(WHandle app, const char* application, const char* const* keys, 
 }
 
 void* WIwnquerymdiaccel() {
-    return note(__func__) ? systemHandle<void*>(acceleratorTable) : nullptr;
+    return note(__func__) ? systemHandle<void*>(ACCELERATOR_TABLE) : nullptr;
 }
 
 void WIsendmsgs(WHandle app) {

@@ -34,23 +34,23 @@ class Files : public testing::Test {
     void SetUp() override {
         std::string pattern = testing::TempDir() + "kelXXXXXX";
         ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-        m_folder = pattern;
+        folder_ = pattern;
     }
-    void TearDown() override { fs::remove_all(m_folder); }
+    void TearDown() override { fs::remove_all(folder_); }
 
-    std::string path(const std::string& name) const { return (m_folder / name).string(); }
+    std::string path(const std::string& name) const { return (folder_ / name).string(); }
 
     std::string write(const std::string& name, const std::string& content) const {
         std::ofstream(path(name)) << content;
         return path(name);
     }
 
-    HFILE open(const std::string& name, UINT style) { return posix::openFile(path(name).c_str(), &m_info, style); }
+    HFILE open(const std::string& name, UINT style) { return posix::openFile(path(name).c_str(), &info_, style); }
 
-    OFSTRUCT m_info{};
+    OFSTRUCT info_{};
 
   private:
-    fs::path m_folder;
+    fs::path folder_;
 };
 
 std::string contentOf(const std::string& name) {
@@ -66,8 +66,8 @@ TEST_F(Files, CreatesAndWrites) {
     EXPECT_EQ(posix::writeFile(file, "line\r\n", 6), 6U);
     EXPECT_EQ(posix::closeFile(file), 0);
     EXPECT_EQ(contentOf(path("a.log")), "line\r\n");
-    EXPECT_EQ(m_info.nErrCode, 0);
-    EXPECT_EQ(m_info.cBytes, sizeof(OFSTRUCT));
+    EXPECT_EQ(info_.nErrCode, 0);
+    EXPECT_EQ(info_.cBytes, sizeof(OFSTRUCT));
 }
 
 // In a process of its own, which has not made the file.
@@ -96,7 +96,7 @@ TEST_F(Files, CreateTakesWhatIsEmpty) {
 TEST_F(Files, CreateLeavesWhatItHasNotMade) {
     write("a.log", "a letter");
     EXPECT_EQ(open("a.log", OF_CREATE | OF_WRITE), HFILE_ERROR);
-    EXPECT_EQ(m_info.nErrCode, EEXIST);
+    EXPECT_EQ(info_.nErrCode, EEXIST);
     EXPECT_EQ(openLogFile(path("a.log").c_str()), nullptr);
     EXPECT_EQ(contentOf(path("a.log")), "a letter");
 }
@@ -126,7 +126,7 @@ TEST_F(Files, LogsAreStreams) {
 
 TEST_F(Files, WriteWithoutCreateNeedsTheFile) {
     EXPECT_EQ(open("none", OF_WRITE), HFILE_ERROR);
-    EXPECT_EQ(m_info.nErrCode, ENOENT);
+    EXPECT_EQ(info_.nErrCode, ENOENT);
     EXPECT_FALSE(fs::exists(path("none")));
 }
 
@@ -144,7 +144,7 @@ TEST_F(Files, ExclusiveNeedsToBeTheOnlyOne) {
     write("a.log", "x");
     const HFILE shared = open("a.log", OF_WRITE);
     EXPECT_EQ(open("a.log", OF_WRITE | OF_SHARE_EXCLUSIVE), HFILE_ERROR);
-    EXPECT_EQ(m_info.nErrCode, EWOULDBLOCK);
+    EXPECT_EQ(info_.nErrCode, EWOULDBLOCK);
     posix::closeFile(shared);
     const HFILE alone = open("a.log", OF_WRITE | OF_SHARE_EXCLUSIVE);
     EXPECT_GT(alone, 0);
@@ -188,7 +188,7 @@ TEST_F(Files, OnlyRegularFiles) {
     for (const UINT style : {OF_READ, OF_WRITE, OF_CREATE | OF_WRITE, OF_EXIST, OF_WRITE | OF_CREATE | OF_EXIST}) {
         EXPECT_EQ(open("folder", style), HFILE_ERROR) << style;
         EXPECT_EQ(open("fifo", style), HFILE_ERROR) << style;
-        EXPECT_EQ(posix::openFile("/dev/null", &m_info, style), HFILE_ERROR) << style;
+        EXPECT_EQ(posix::openFile("/dev/null", &info_, style), HFILE_ERROR) << style;
     }
     EXPECT_TRUE(fs::exists(path("fifo")));
 }
@@ -197,17 +197,17 @@ TEST_F(Files, PathIsCutInTheRecordOnly) {
     const std::string folder = path(std::string(150, 'd'));
     fs::create_directory(folder);
     const std::string name = folder + "/a.log";
-    const HFILE file = posix::openFile(name.c_str(), &m_info, OF_CREATE | OF_WRITE);
+    const HFILE file = posix::openFile(name.c_str(), &info_, OF_CREATE | OF_WRITE);
     EXPECT_GT(file, 0);
     posix::closeFile(file);
     EXPECT_TRUE(fs::exists(name));
-    EXPECT_EQ(std::string(m_info.szPathName), name.substr(0, OFS_MAXPATHNAME - 1));
+    EXPECT_EQ(std::string(info_.szPathName), name.substr(0, OFS_MAXPATHNAME - 1));
 }
 
 TEST_F(Files, RecordIsOptionalAndNamesMayBeMissing) {
     EXPECT_EQ(posix::openFile("", nullptr, OF_READ), HFILE_ERROR);
-    EXPECT_EQ(posix::openFile(nullptr, &m_info, OF_READ), HFILE_ERROR);
-    EXPECT_EQ(m_info.nErrCode, ENOENT);
+    EXPECT_EQ(posix::openFile(nullptr, &info_, OF_READ), HFILE_ERROR);
+    EXPECT_EQ(info_.nErrCode, ENOENT);
 }
 
 // A process without standard streams would otherwise get 0, which is no handle.
@@ -369,8 +369,8 @@ TEST(System, KnowsTheMachine) {
 // Puts LC_ALL back at its end.
 class Profile : public testing::Test {
   protected:
-    void SetUp() override { m_before = std::getenv("LC_ALL") != nullptr ? std::getenv("LC_ALL") : ""; }
-    void TearDown() override { m_before.empty() ? unsetenv("LC_ALL") : setenv("LC_ALL", m_before.c_str(), 1); }
+    void SetUp() override { before_ = std::getenv("LC_ALL") != nullptr ? std::getenv("LC_ALL") : ""; }
+    void TearDown() override { before_.empty() ? unsetenv("LC_ALL") : setenv("LC_ALL", before_.c_str(), 1); }
 
     static std::string value(const char* key) {
         std::array<char, 64> text{};
@@ -379,7 +379,7 @@ class Profile : public testing::Test {
     }
 
   private:
-    std::string m_before;
+    std::string before_;
 };
 
 TEST_F(Profile, OfTheCLocale) {

@@ -52,7 +52,7 @@ void drawOneOfEach(WHandle child) {
     OUTchars_len(child, 7, 8, 0, nullptr, 0);
 }
 
-constexpr std::string_view oneOfEach =
+constexpr std::string_view ONE_OF_EACH =
     "OUTlinecolour 1\n"
     "OUTfillcolour 2\n"
     "OUTline 0 -1 2147483647 -2147483648\n"
@@ -69,7 +69,7 @@ constexpr std::string_view oneOfEach =
 
 TEST_F(Recorder, WritesDrawingWithoutTheChild) {
     drawOneOfEach(7);
-    EXPECT_EQ(calls, oneOfEach);
+    EXPECT_EQ(calls, ONE_OF_EACH);
 }
 
 TEST_F(Recorder, HandsDrawingToTheSinkOnly) {
@@ -79,7 +79,7 @@ TEST_F(Recorder, HandsDrawingToTheSinkOnly) {
     drawOneOfEach(7);
     OUTboxr2(7, 0, 0, 500, 500);
     OUTendpaint(7);
-    EXPECT_EQ(sunk, oneOfEach);
+    EXPECT_EQ(sunk, ONE_OF_EACH);
     EXPECT_EQ(calls, "");
 }
 
