@@ -9,6 +9,7 @@ labels, so their SVG files are always the same; --update writes them anew, and f
 import concurrent.futures
 import contextlib
 import errno
+import io
 import math
 import os
 import pathlib
@@ -17,18 +18,20 @@ import re
 import select
 import shutil
 import signal
-import struct
 import subprocess
 import sys
 import tempfile
 import time
 import unittest
 
+import numpy
+import PIL.Image
+
 HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parent.parent
 sys.path.insert(0, str(HERE.parent / "pictures"))
+import picture  # pylint: disable=wrong-import-position
 from ink import Ink, unmatched  # pylint: disable=wrong-import-position
-from picture import Picture, read_png  # pylint: disable=wrong-import-position
 
 PROGRAM = str(pathlib.Path(sys.argv[1]).resolve())
 UPDATE = "--update" in sys.argv
@@ -39,7 +42,7 @@ INCH = 25.4  # millimetres
 POINT = INCH / 72
 HINT = "Try 'kelhpgl --help'.\n"
 SQUARE = b"IN;SP1;PU0,0;PD4000,0,4000,4000,0,4000,0,0;"
-BLACK, RED, GREEN, BLUE = b"\0\0\0", b"\xff\0\0", b"\0\x80\0", b"\0\0\xff"
+BLACK, RED, GREEN, BLUE = 0, 0xFF0000, 0x008000, 0x0000FF
 INKS = (BLACK, RED, GREEN, BLUE)
 
 
@@ -102,21 +105,20 @@ class Printing(unittest.TestCase):
     def rendered(self, file, dpi):
         """A PDF or SVG file as a picture, without smoothing where that can be had."""
         if file.suffix == ".svg":
-            picture = file.with_suffix(".svg.png")
-            subprocess.run(["rsvg-convert", "-d", str(dpi), "-p", str(dpi), "--background-color=white", "-o", picture,
-                            file], check=True)
-            return read_png(picture)
-        data = subprocess.run(["pdftoppm", "-r", str(dpi), "-aa", "no", "-aaVector", "no", file], capture_output=True,
-                              check=True).stdout
-        kind, width, height, most, pixels = re.match(rb"(P6)\s+(\d+)\s+(\d+)\s+(255)\s(.*)", data, re.DOTALL).groups()
-        self.assertEqual((kind, most), (b"P6", b"255"))
-        return Picture.from_bytes(int(width), int(height), pixels)
+            command = ["rsvg-convert", "-d", str(dpi), "-p", str(dpi), "--background-color=white", file]
+        else:
+            command = ["pdftoppm", "-r", str(dpi), "-aa", "no", "-aaVector", "no", file]
+        return picture.read(io.BytesIO(subprocess.run(command, capture_output=True, check=True).stdout))
+
+    def assert_same_picture(self, one, other):
+        numpy.testing.assert_array_equal(picture.read(self.folder / one), picture.read(self.folder / other))
 
     def bounds(self, file, dpi, colours=INKS):
         """Left, top, right and bottom of what a PDF shows, and width and height of its paper, in millimetres."""
-        picture = self.rendered(file, dpi)
-        left, top, right, bottom = Ink(picture, colours).bounds()
-        return [pixels * INCH / dpi for pixels in (left, top, right + 1, bottom + 1, picture.width, picture.height)]
+        shown = self.rendered(file, dpi)
+        left, top, right, bottom = Ink(shown, colours).bounds()
+        height, width = shown.shape
+        return [pixels * INCH / dpi for pixels in (left, top, right + 1, bottom + 1, width, height)]
 
 
 # ---- what is shown --------------------------------------------------------------------------------------------------
@@ -156,8 +158,8 @@ class Faces(Printing):
     def same(self, vector, png, dpi, what):
         one, other = Ink(vector, INKS), Ink(png, INKS)
         # A PDF page is whole points wide and high.
-        self.assertAlmostEqual(vector.width, png.width, delta=dpi / 144 + 1, msg=what)
-        self.assertAlmostEqual(vector.height, png.height, delta=dpi / 144 + 1, msg=what)
+        for size, expected in zip(vector.shape, png.shape):
+            self.assertAlmostEqual(size, expected, delta=dpi / 144 + 1, msg=what)
         self.assertGreater(other.area(), 100, what)
         self.assertEqual((unmatched(one, other, NEAR), unmatched(other, one, NEAR)), (0, 0), what)
 
@@ -166,7 +168,7 @@ class Faces(Printing):
         base = plot.stem + "-" + "".join(options)
         for ending in ("pdf", "svg", "png"):
             self.prints("--as-is", "--print-to", f"{base}.{ending}", "--dpi", str(dpi), *options, str(plot))
-        png = read_png(self.folder / f"{base}.png")
+        png = picture.read(self.folder / f"{base}.png")
         for ending in ("pdf", "svg"):
             self.same(self.rendered(self.folder / f"{base}.{ending}", dpi), png, dpi, f"{base}.{ending}")
 
@@ -247,25 +249,24 @@ class Paper(Printing):
             self.plot("cut.plt", data)
             self.prints("--print-to", "cut.png", "--dpi", "100", "--page", "fit", "cut.plt")
             with self.subTest(name):
-                self.assertLess(read_png(self.folder / "cut.png").height, 30 / INCH * 100)
+                self.assertLess(len(picture.read(self.folder / "cut.png")), 30 / INCH * 100)
 
     def test_size_and_resolution_of_a_png(self):
         for page, dpi, size in [("A4", 10, (83, 117)), ("A4", 300, (2480, 3508)), ("100x50mm", 254, (1000, 500)),
                                 ("10x10mm", 2400, (945, 945))]:
             self.prints("--print-to", "out.png", "--page", page, "--dpi", str(dpi), "square.plt")
-            data = (self.folder / "out.png").read_bytes()
-            self.assertEqual(struct.unpack_from(">II", data, 16), size)
-            at = data.index(b"pHYs") + 4
-            self.assertEqual(struct.unpack_from(">IIB", data, at), (round(dpi / INCH * 1000), round(dpi / INCH * 1000), 1))
+            self.assertEqual(picture.read(self.folder / "out.png").shape[::-1], size)
+            with PIL.Image.open(self.folder / "out.png") as image:
+                told = [round(dots / INCH * 1000) for dots in image.info["dpi"]]
+            self.assertEqual(told, [round(dpi / INCH * 1000)] * 2)
 
     def test_a_png_has_the_pixels_asked_for(self):
         self.prints("--print-to", "out.png", "--size", "321x123", "square.plt")
-        picture = read_png(self.folder / "out.png")
-        self.assertEqual((picture.width, picture.height), (321, 123))
+        self.assertEqual(picture.read(self.folder / "out.png").shape, (123, 321))
 
     def test_the_resolution_is_300_unless_told(self):
         self.prints("--print-to", "out.png", "--page", "25.4x25.4mm", "square.plt")
-        self.assertEqual(read_png(self.folder / "out.png").width, 300)
+        self.assertEqual(picture.read(self.folder / "out.png").shape[1], 300)
 
     def test_thin_lines_can_be_seen(self):
         self.plot("thin.plt", b"IN;SP1;PU0,0;PD4000,0;")
@@ -299,7 +300,7 @@ class Paper(Printing):
 
     def test_examples_keep_the_margins(self):
         for plot in EXAMPLES:
-            self.assert_inside(str(plot), (BLACK, b"\xf4\xf3\xef"), "--landscape", centred=False)
+            self.assert_inside(str(plot), (BLACK, 0xF4F3EF), "--landscape", centred=False)
 
 
 # ---- names and outcomes ---------------------------------------------------------------------------------------------
@@ -620,12 +621,12 @@ class Pages(Printing):
         for number in (1, 2, 3):
             self.prints("--picture", "out.png", "--page", str(number), "pages.plt")
             self.prints("--picture", "expected.png", f"single{number}.plt")
-            self.assertEqual(read_png(self.folder / "out.png").rows, read_png(self.folder / "expected.png").rows, number)
+            self.assert_same_picture("out.png", "expected.png")
 
     def test_the_picture_is_of_the_first(self):
         self.prints("--picture", "out.png", "pages.plt")
         self.prints("--picture", "expected.png", "single1.plt")
-        self.assertEqual(read_png(self.folder / "out.png").rows, read_png(self.folder / "expected.png").rows)
+        self.assert_same_picture("out.png", "expected.png")
 
     def test_one_that_is_not_there(self):
         told = "kelhpgl: pages.plt has no page 4, the last is 3\n"

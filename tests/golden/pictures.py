@@ -20,13 +20,15 @@ import tempfile
 
 from plots import HERE, options_of, plots_in
 
+import numpy
+
 sys.path.insert(1, str(HERE.parent / "pictures"))  # for what follows
 import comparison
 import drawing
-from picture import Picture, read_png, write_png
+import picture
 
 SIZE = "500x500"
-RED, GREY = b"\xff\0\0", b"\xe0\xe0\xe0"
+WHITE, GREY, RED = 0xFFFFFF, 0xE0E0E0, 0xFF0000
 
 
 def size_of(plot):
@@ -63,19 +65,16 @@ class Check:
             subprocess.run([self.viewer, "--as-is", "--picture", file, "--size", "{}x{}".format(*size), plot.name],
                            cwd=plot.parent, env=environment, stdin=subprocess.DEVNULL, capture_output=True, check=True,
                            timeout=60)
-            return read_png(file)
+            return picture.read(file)
 
-    def fail(self, plot, reason, expected, actual, places):
-        difference = Picture.blank(expected.width, expected.height, b"\xff\xff\xff")
-        for place in comparison.unequal_places(expected, difference):
-            difference.put(*place, GREY)
-        for place in places:
-            difference.put(*place, RED)
+    def fail(self, plot, reason, expected, actual, wrong):
+        """`wrong` is true where the two differ."""
+        difference = numpy.where(wrong, RED, numpy.where(expected == WHITE, WHITE, GREY))
         stem = self.failures / plot.parent.name / plot.stem
         stem.parent.mkdir(parents=True, exist_ok=True)
-        for kind, picture in (("expected", expected), ("difference", difference), ("actual", actual)):
-            write_png(stem.with_name(f"{stem.name}.{kind}.png"), picture)
-        print(f"{plot}: {reason}, {len(places)} pixels; see {stem.resolve()}.*.png")
+        for kind, shown in (("expected", expected), ("difference", difference), ("actual", actual)):
+            picture.write(stem.with_name(f"{stem.name}.{kind}.png"), shown)
+        print(f"{plot}: {reason}, {wrong.sum()} pixels; see {stem.resolve()}.*.png")
         return False
 
     def plot(self, plot):
@@ -88,18 +87,18 @@ class Check:
         actual = self.shown(plot, size)
         drawn = drawing.drawn(lines, *size)
         wrong = comparison.differences(actual, drawn, drawing.has_wide_lines(lines))
-        if wrong:
+        if wrong.any():
             return self.fail(plot, "not what the calls draw", drawn, actual, wrong)
         if self.update:
-            write_png(file, actual)
+            picture.write(file, actual)
             print(f"{file}: written anew")
             return False
         if not file.exists():
             print(f"{file}: missing; --update writes it")
             return False
-        expected = read_png(file)
-        changed = list(comparison.unequal_places(expected, actual))
-        return not changed or self.fail(plot, "not the picture beside it", expected, actual, changed)
+        expected = picture.read(file)
+        changed = expected != actual
+        return not changed.any() or self.fail(plot, "not the picture beside it", expected, actual, changed)
 
 
 def main():

@@ -10,6 +10,8 @@ import subprocess
 import threading
 import time
 
+import numpy
+
 from suite import HELPERS, KELHPGL, beside, expect_picture, run_all, wait_for  # first: it says where others are
 from host import (ACCEPTED, BEGIN, END, FURTHER, NAME, REFUSED, Host, channel_path, connect, frame, listening, on_socket,
                   picture, runtime_folder)
@@ -507,7 +509,7 @@ def a_file_is_read_again_when_it_is_whole(desktop, plot):
         writer = threading.Thread(target=write)
         writer.start()
         while writer.is_alive():
-            unchanged = viewer.picture().rows == before.rows
+            unchanged = numpy.array_equal(viewer.picture(), before)
             paused = max(later - one for one, later in itertools.pairwise([*writes, time.monotonic()])) > 0.2
             assert unchanged or paused or not writer.is_alive(), "read before it was whole"
         expect_picture(viewer, plot)

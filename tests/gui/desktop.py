@@ -1,18 +1,20 @@
 """A desktop of its own for a test: Xvfb with a window manager, and the viewer on it as a person sees it."""
 import contextlib
+import io
 import os
 import pathlib
 import re
 import subprocess
 import time
 
-from picture import Picture
+import numpy
+import picture
 
 PATIENCE = 30.0  # seconds until a state that does not come is a failure; a loaded machine is slow
 SCREEN = 1920, 1200  # pixels; room for the viewer at twice its size
 TITLE = "KEL HPGL Display"
 KEYBOARD = "pc+us+macintosh_vndr/apple(alukbd)"  # one with F15
-WHITE = b"\xff\xff\xff"
+WHITE = 0xFFFFFF
 
 
 def wait_for(what, condition, patience=PATIENCE):
@@ -117,7 +119,7 @@ class Window:
         """Its inside; None while there is nothing of it to be had."""
         done = subprocess.run(["import", "-silent", "-window", str(self.number), "-depth", "8", "ppm:-"],
                               env=self.desktop.environment, capture_output=True, check=False, timeout=PATIENCE)
-        return read_ppm(done.stdout)
+        return picture.read(io.BytesIO(done.stdout)) if done.stdout.startswith(b"P6") else None
 
     def click(self, x, y):
         """With the left button; from its upper left corner."""
@@ -200,8 +202,8 @@ class Viewer:
         def look():
             self.expect_alive()
             shown = self.window().picture()
-            bars = self.bars or (shown and bars_around(shown))
-            if not bars or not is_right(between(shown, bars)):
+            bars = self.bars or bars_around(shown)
+            if shown is None or not bars or not is_right(between(shown, bars)):
                 return False
             self.bars = bars
             return True
@@ -254,22 +256,14 @@ class Viewer:
 
 def bars_around(shown):
     """Heights of what is above and below the drawing: at the window's left edge the paper is white, a bar is not."""
-    white = [y for y in range(shown.height) if shown.pixel(0, y) == WHITE]
-    return (white[0], shown.height - 1 - white[-1]) if white else None
+    white = () if shown is None else numpy.flatnonzero(shown[:, 0] == WHITE)
+    return (white[0], len(shown) - 1 - white[-1]) if len(white) else None
 
 
-def is_blank(picture):
-    return picture is None or len({row for row in picture.rows}) == 1
+def is_blank(shown):
+    return shown is None or (shown == shown[0]).all()
 
 
 def between(shown, bars):
     above, below = bars
-    return Picture(shown.width, shown.height - above - below, shown.rows[above:shown.height - below])
-
-
-def read_ppm(data):
-    if not data.startswith(b"P6"):
-        return None
-    _, size, _, rest = data.split(b"\n", 3)
-    width, height = (int(number) for number in size.split())
-    return Picture.from_bytes(width, height, rest)
+    return shown[above:len(shown) - below]

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Menus, keys, the help line, help and product information; see suite.py."""
 import dataclasses
-import itertools
 import os
+
+import numpy
 
 from suite import KELHPGL, TURNABLE, beside, expect_picture, run_all, wait_for, zoom
 
@@ -45,15 +46,13 @@ def press(viewer, *keys):
 
 def bar(viewer):
     """The rows of the menu bar, without the line below it."""
-    return viewer.window().picture().rows[:viewer.bars[0] - 1]
+    return viewer.window().picture()[:viewer.bars[0] - 1]
 
 
 def words(rows):
     """The middles of what stands beside each other on the background."""
-    background = bytes(rows[0][:3])
-    inked = [x for x in range(len(rows[0]) // 3) if any(row[3 * x:3 * x + 3] != background for row in rows)]
-    ends = [0, *(i + 1 for i, (a, b) in enumerate(itertools.pairwise(inked)) if b - a > GAP), len(inked)]
-    return [(inked[first] + inked[behind - 1]) // 2 for first, behind in itertools.pairwise(ends)]
+    inked = numpy.flatnonzero((rows != rows[0, 0]).any(axis=0))
+    return [(word[0] + word[-1]) // 2 for word in numpy.split(inked, numpy.flatnonzero(numpy.diff(inked) > GAP) + 1)]
 
 
 def pull_down(viewer, number):
@@ -301,7 +300,7 @@ def product_information_is_one_panel(desktop, plot):
     def by_button(panel):
         row = 24  # from the bottom
         picture = panel.picture()
-        panel.click(words(picture.rows[-row:1 - row])[-1], picture.height - row)
+        panel.click(words(picture[-row:1 - row])[-1], len(picture) - row)
 
     def by_return(_):
         desktop.xdotool("key", "Return")
@@ -338,7 +337,7 @@ def a_german_session_has_german_menus(desktop, plot):
     for environment in session, {"KEL_CONFIG_DIR": str(plot.parent)}:
         with desktop.viewer(KELHPGL, plot, environment=environment) as viewer:
             expect_picture(viewer, plot)
-            assert bar(viewer) != english
+            assert not numpy.array_equal(bar(viewer), english)
             press(viewer, "F1")
             wait_for("the help's focus", viewer.window(HELP).is_active)
             desktop.xdotool("key", "Escape")
@@ -355,14 +354,14 @@ def a_language_may_have_a_single_text(desktop, plot):
     def settings(viewer):
         expect_picture(viewer, plot)
         wait_for("the focus", viewer.window().is_active)
-        rows = pull_down(viewer, COMPLETE.pulldown).picture().rows
+        rows = pull_down(viewer, COMPLETE.pulldown).picture()
         return bar(viewer), rows[:len(rows) // 3], rows[len(rows) // 3:]
 
     with desktop.viewer(KELHPGL, plot) as viewer:
         english = settings(viewer)
     with desktop.viewer(KELHPGL, plot, environment={"KEL_CONFIG_DIR": str(plot.parent)}) as viewer:
         own = settings(viewer)
-        assert [one == other for one, other in zip(own, english)] == [True, False, True]
+        assert [numpy.array_equal(one, other) for one, other in zip(own, english)] == [True, False, True]
         press(viewer, "Escape")
         viewer.drag(*DRAGS[0])
         expect_picture(viewer, plot, *zoom(*DRAGS[0]))

@@ -5,7 +5,7 @@ import pathlib
 import re
 import subprocess
 
-from suite import KELHPGL, beside, expect_picture, read_png, run_all, wait_for, wrong_places
+from suite import KELHPGL, beside, expect_picture, picture, run_all, wait_for
 
 
 def opens_a_file(desktop, plot):
@@ -146,21 +146,20 @@ def logs_that_cannot_be_written_are_done_without(desktop, plot):
 
 
 def picture_sizes_have_limits(desktop, plot):
-    picture = plot.with_name("size.png")
+    file = plot.with_name("size.png")
 
     def draw(size):
-        return subprocess.run([KELHPGL, "--picture", picture, "--size", size, plot], stdin=subprocess.DEVNULL,
+        return subprocess.run([KELHPGL, "--picture", file, "--size", size, plot], stdin=subprocess.DEVNULL,
                               capture_output=True, check=False, timeout=30)
     for size in "1x1", "16384x1", "1x16384":
         done = draw(size)
         assert done.returncode == 0, done
-        image = read_png(picture)
-        assert f"{image.width}x{image.height}" == size, size
-        picture.unlink()
+        assert "{1}x{0}".format(*picture.read(file).shape) == size, size
+        file.unlink()
     for size in "0x1", "1x0", "16385x1", "1x16385", "100000x1", "-1x1", "500", "500x500x":
         done = draw(size)
         assert done.returncode == 2 and b"no size: " + size.encode() in done.stderr, done
-        assert not picture.exists(), size
+        assert not file.exists(), size
 
 
 run_all(opens_a_file, resizing_refits, the_window_has_a_least_size, reads_a_pipe, shows_an_empty_window,

@@ -9,7 +9,7 @@ from suite import KELHPGL, PLOT, beside, expect_picture, run_all, wait_for, zoom
 
 PANEL = "Print"  # the title of all its windows
 LABEL = "Gear wheel"
-BLUE = b"\x00\x00\xff"  # a pixel of pen 2
+BLUE = 0x0000FF  # pen 2
 DRAG = 100, 100, 380, 330
 NO_PRINTER = {"CUPS_SERVER": "/nowhere"}  # so that a file is offered first, whatever machine this is
 
@@ -150,9 +150,9 @@ def a_pen_wider_than_the_view_is_printed(desktop, plot):
     """Though its middle lies outside of what is printed."""
     plot.write_text("IN;SP1;PU0,0;PD4000,0,4000,4000,0,4000,0,0;SP2;PW30;PU500,2000;PD3500,2000;")
     with desktop.viewer(KELHPGL, "--as-is", plot, environment=NO_PRINTER) as viewer:
-        viewer.wait_for_picture(lambda picture: picture.pixel(250, 250) == BLUE)
+        viewer.wait_for_picture(lambda picture: picture[250, 250] == BLUE)
         viewer.drag(250, 240, 300, 260)
-        viewer.wait_for_picture(lambda picture: picture.pixel(5, 5) == picture.pixel(490, 400) == BLUE)
+        viewer.wait_for_picture(lambda picture: picture[5, 5] == picture[400, 490] == BLUE)
         print_to(viewer, plot.with_name("part.pdf"))
         page = drawn(written(plot.with_name("part.pdf")))
         viewer.end()

@@ -6,7 +6,7 @@ import subprocess
 import tempfile
 import time
 
-from suite import HELPERS, KELHPGL, TITLE, beside, expect_picture, read_png, run_all, wait_for, wrong_places
+from suite import HELPERS, KELHPGL, TITLE, beside, expect_picture, is_picture, picture, run_all, wait_for
 
 FATAL = "KEL Graphics Fatal Error"
 MESSAGE = "KEL_MESSAGE 1537"
@@ -191,12 +191,12 @@ def without_a_display(_, plot):
     done = run_unseen(plot)
     assert done.returncode == 1, done
     assert "no display" in done.stderr and "Gbtmp: unable to initialize W" in done.stderr, done.stderr
-    picture = plot.with_suffix(".png")
-    done = run_unseen("--picture", picture, "--size", "640x480", plot)
+    file = plot.with_suffix(".png")
+    done = run_unseen("--picture", file, "--size", "640x480", plot)
     assert done.returncode == 0, done
-    image = read_png(picture)
-    assert (image.width, image.height) == (640, 480), (image.width, image.height)
-    assert not wrong_places(image, plot)
+    shown = picture.read(file)
+    assert shown.shape == (480, 640), shown.shape
+    assert is_picture(shown, plot)
 
 
 run_all(close_button_ends_it, signals_end_it, a_signal_ends_it_before_the_first_picture, leaves_no_file_behind,

@@ -14,10 +14,10 @@ import time
 import traceback
 
 sys.path.insert(1, str(pathlib.Path(__file__).resolve().parents[1] / "pictures"))  # for what follows
-import comparison
 import drawing
+import numpy
+import picture
 from desktop import SCREEN, TITLE, WHITE, Desktop, wait_for
-from picture import read_png
 
 KELHPGL, HPGLDUMP, HELPERS = (pathlib.Path(word).resolve() for word in sys.argv[1:4])
 
@@ -42,16 +42,16 @@ def band_calls(x1, y1, x2, y2):
             f"OUTboxr0 {min(x1, x2)} {min(y1, y2)} {abs(x2 - x1)} {abs(y2 - y1)}"]
 
 
-def wrong_places(picture, plot, *options, band=None):
-    """Where a picture does not show the plot, without wide lines, in its size, with that rectangle being dragged."""
-    lines = dump(plot, plot.stat().st_mtime_ns, picture.width, picture.height, *options)
-    shown = drawing.drawn(lines + band_calls(*band) if band else lines, picture.width, picture.height)
-    return list(comparison.unequal_places(picture, shown))
+def is_picture(shown, plot, *options, band=None):
+    """Whether a picture shows the plot, without wide lines, in its size, with that rectangle being dragged."""
+    height, width = shown.shape
+    lines = dump(plot, plot.stat().st_mtime_ns, width, height, *options)
+    return numpy.array_equal(shown, drawing.drawn(lines + band_calls(*band) if band else lines, width, height))
 
 
 def expect_picture(viewer, plot, *options, band=None):
     """Waits until the window shows the plot in its present size."""
-    viewer.wait_for_picture(lambda picture: not wrong_places(picture, plot, *options, band=band))
+    viewer.wait_for_picture(lambda shown: is_picture(shown, plot, *options, band=band))
 
 
 def zoom(*points):

@@ -1,5 +1,7 @@
 #!/usr/bin/env python3
 """The trace in a window; see suite.py."""
+import numpy
+
 from suite import KELHPGL, SCREEN, WHITE, expect_picture, run_all, wait_for
 
 NAME = "dev_hp00.log"
@@ -18,7 +20,7 @@ def expect_place(window, x, y, width, height):
 
 
 def inked_rows(picture):
-    return [y for y, row in enumerate(picture.rows) if row != WHITE * picture.width]
+    return numpy.flatnonzero((picture != WHITE).any(axis=1))
 
 
 def has_place_and_size_of_the_settings(desktop, plot):
@@ -75,16 +77,17 @@ def the_newest_line_is_at_the_bottom(desktop, plot):
     with traced(desktop, plot, KELGTRACE="1", KELGTRACE_WINHT="200", KELGTRACE_WINWD="600") as viewer:
         expect_picture(viewer, plot)
         window = viewer.window(NAME)
-        before = wait_for("the first line", lambda: inked_rows(window.picture()) and window.picture())
+        wait_for("the first line", lambda: len(inked_rows(window.picture())))
+        before = window.picture()
         first = inked_rows(before)
         assert 200 - 20 < first[0] and first[-1] < 200, first
-        line = before.rows[first[0]:first[-1] + 1]
-        assert b"\0\0\0" in b"".join(line), "no black text"
+        line = before[first[0]:first[-1] + 1]
+        assert (line == 0).any(), "no black text"
         viewer.mouse(200, 200, "click", 1)
         wait_for("the second line", lambda: inked_rows(window.picture())[0] < 200 - 20)
         after = window.picture()
         top = inked_rows(after)[0]
-        assert after.rows[top:top + len(line)] == line, "the first line has not gone up"
+        assert numpy.array_equal(after[top:top + len(line)], line), "the first line has not gone up"
         assert first[0] - top <= 20 and inked_rows(after)[-1] > top + len(line), "no second line below"
 
 

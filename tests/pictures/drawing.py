@@ -12,9 +12,9 @@ import itertools
 import math
 import subprocess
 
-from picture import Picture
+import numpy
 
-WHITE = b"\xff\xff\xff"
+WHITE = 0xFFFFFF
 TEXT_CALL = "OUTchars_len"
 THIN = 1  # the greatest width that is drawn as a thin line
 
@@ -37,42 +37,37 @@ def pairs(numbers):
     return list(zip(numbers[::2], numbers[1::2]))
 
 
-def risen(rise, step, steps):
-    """How far a line has come after some of its steps: rise * step / steps, rounded, halves away from 0."""
-    way = (2 * abs(rise) * step + steps) // max(2 * steps, 1)
+def risen(rise, steps, all_steps):
+    """How far a line has come after some of its steps: rise * step / all_steps, rounded, halves away from 0."""
+    # Counted from the first step that is asked for, so that no product is too large for an array's numbers.
+    step, whole = 2 * abs(rise), max(2 * all_steps, 1)
+    before, rest = divmod(step * int(steps[0]) + all_steps, whole)
+    way = before + (rest + step * (steps - steps[0])) // whole
     return way if rise > 0 else -way
 
 
-def cut(slope, offset, least, most):
-    """The x from `least` to `most` at which slope * x + offset is from 0 to 1, as a range; None when there is none."""
-    if slope == 0:
-        return (least, most) if 0 <= offset <= 1 else None
-    ends = sorted((-offset / slope, (1 - offset) / slope))
-    least, most = max(least, ends[0]), min(most, ends[1])
-    return (least, most) if least <= most else None
+def between(lowest, highest, end):
+    """The rows or columns of a picture from one coordinate to another."""
+    return slice(max(math.ceil(lowest), 0), max(min(math.floor(highest) + 1, end), 0))
 
 
 class Drawing:
-    """The picture of a plot's output calls. Each method named like a call draws it."""
+    """The picture of a plot's output calls, its rows from the bottom. Each method named like a call draws it."""
 
     def __init__(self, lines, width, height):
         words = [line.split() for line in lines]
-        self.palette = {int(index): bytes(map(int, rgb)) for kind, index, *rgb in words if kind == "palette"}
-        self.picture = Picture.blank(width, height, self.palette.get(0, WHITE))
+        self.palette = {int(index): int(red) << 16 | int(green) << 8 | int(blue)
+                        for index, red, green, blue in (rest for kind, *rest in words if kind == "palette")}
+        self.picture = numpy.full((height, width), self.palette.get(0, WHITE), numpy.int32)
         self.line_colour = self.fill_colour = WHITE
         for kind, *numbers in words:
             if kind.startswith("OUT"):
                 getattr(self, kind)(*map(int, numbers))
 
-    def fill(self, left, right, y, colour):
-        """The pixels of a row from `left` to `right`, as far as they are in the picture."""
-        left, right = max(left, 0), min(right, self.picture.width - 1)
-        if left <= right and 0 <= y < self.picture.height:
-            row = self.picture.rows[self.picture.height - 1 - y]
-            row[3 * left:3 * (right + 1)] = colour * (right - left + 1)
-
-    def rows(self, lowest, highest):
-        return range(max(math.ceil(lowest), 0), min(math.floor(highest), self.picture.height - 1) + 1)
+    def part(self, left, low, right, high):
+        """The part of the picture that holds these pixels."""
+        height, width = self.picture.shape
+        return between(low, high, height), between(left, right, width)
 
     def OUTlinecolour(self, index):
         self.line_colour = self.palette[index]
@@ -82,14 +77,19 @@ class Drawing:
 
     def OUTline(self, x1, y1, x2, y2):
         if abs(x2 - x1) < abs(y2 - y1):
-            (y1, x1), (y2, x2) = sorted(((y1, x1), (y2, x2)))
-            for y in self.rows(y1, y2):
-                x = x1 + risen(x2 - x1, y - y1, y2 - y1)
-                self.fill(x, x, y, self.line_colour)
+            self.thin_line(self.picture.T, y1, x1, y2, x2)
         else:
-            (x1, y1), (x2, y2) = sorted(((x1, y1), (x2, y2)))
-            for x in range(max(x1, 0), min(x2, self.picture.width - 1) + 1):
-                self.fill(x, x, y1 + risen(y2 - y1, x - x1, x2 - x1), self.line_colour)
+            self.thin_line(self.picture, x1, y1, x2, y2)
+
+    def thin_line(self, picture, *ends):
+        """In the picture or, where the line is steep, the picture turned."""
+        (x1, y1), (x2, y2) = sorted(pairs(ends))
+        height, width = picture.shape
+        x = numpy.arange(width)[between(x1, x2, width)]
+        if x.size:
+            y = y1 + risen(y2 - y1, x - x1, x2 - x1)
+            inside = (0 <= y) & (y < height)
+            picture[y[inside], x[inside]] = self.line_colour
 
     def OUTgeomline(self, width, count, *numbers):
         points = pairs(numbers[:2 * count])
@@ -100,31 +100,14 @@ class Drawing:
                 self.OUTline(x1, y1, x2, y2)
 
     def wide_line(self, radius, x1, y1, x2, y2):
-        for y in self.rows(min(y1, y2) - radius, max(y1, y2) + radius):
-            ends = self.disc(radius, x1, y - y1), self.disc(radius, x2, y - y2)
-            for span in (*ends, self.band(radius, x1, y1, x2, y2, y)):
-                if span:
-                    self.fill(math.ceil(span[0]), math.floor(span[1]), y, self.line_colour)
-
-    @staticmethod
-    def disc(radius, x, up):
-        """Where a row, `up` above the middle of a disc, runs through it."""
-        if abs(up) > radius:
-            return None
-        half = math.sqrt(radius * radius - up * up)
-        return x - half, x + half
-
-    def band(self, radius, x1, y1, x2, y2, y):
-        """Where a row runs between the two ends of a line and is not farther than the radius from it."""
+        part = self.part(min(x1, x2) - radius, min(y1, y2) - radius, max(x1, x2) + radius, max(y1, y2) + radius)
+        up, along = numpy.ogrid[part]
+        up, along = up - float(y1), along - float(x1)
         wide, high = x2 - x1, y2 - y1
-        square = wide * wide + high * high
-        if square == 0:
-            return None
-        along = cut(wide / square, ((y - y1) * high - x1 * wide) / square, 0, self.picture.width - 1)
-        if along is None:
-            return None
-        across = 2 * radius * math.sqrt(square)
-        return cut(high / across, (-(y - y1) * wide - x1 * high) / across + 0.5, *along)
+        # Where on the line, from 0 to 1, is nearest to a pixel.
+        share = numpy.clip((along * wide + up * high) / max(wide * wide + high * high, 1), 0, 1)
+        near = (along - share * wide) ** 2 + (up - share * high) ** 2 <= radius ** 2
+        self.picture[part][near] = self.line_colour
 
     def OUTboxr0(self, x, y, width, height):
         corners = [(x, y), (x + width, y), (x + width, y + height), (x, y + height), (x, y)]
@@ -132,22 +115,23 @@ class Drawing:
             self.OUTline(*start, *end)
 
     def OUTboxr1(self, x, y, width, height):
-        left, right = sorted((x, x + width))
-        low, high = sorted((y, y + height))
-        for row in self.rows(low, high - 1):
-            self.fill(left, right - 1, row, self.fill_colour)
+        (left, right), (low, high) = sorted((x, x + width)), sorted((y, y + height))
+        self.picture[self.part(left, low, right - 1, high - 1)] = self.fill_colour
 
     def OUTwinsolidpolygons(self, count, *numbers):
         points = iter(pairs(numbers[count:]))
         sides = [side for size in numbers[:count] for side in itertools.pairwise(itertools.islice(points, size))]
-        heights = [y for side in sides for _, y in side]
-        for y in self.rows(min(heights, default=0), max(heights, default=-1)):
-            crossings = sorted(x1 + (y - y1) * (x2 - x1) / (y2 - y1)
-                               for (x1, y1), (x2, y2) in sides if min(y1, y2) <= y < max(y1, y2))
-            for left, right in pairs(crossings):
-                self.fill(math.ceil(left), math.ceil(right) - 1, y, self.fill_colour)
+        height, width = self.picture.shape
+        crossings = numpy.zeros((height, width + 1), int)  # by the first pixel that is on the right of them
+        for side in sides:
+            (low, x1), (high, x2) = sorted((y, x) for x, y in side)
+            y = numpy.arange(height)[between(low, high - 1, height)]
+            x = x1 + (y - float(low)) * (x2 - x1) / max(high - low, 1)
+            crossings[y, numpy.clip(numpy.ceil(x), 0, width).astype(int)] += 1
+        inside = numpy.cumsum(crossings, axis=1)[:, :width] % 2 == 1
+        self.picture[inside] = self.fill_colour
 
 
 def drawn(lines, width, height):
     """The picture of what hpgldump printed; there must be no text in it."""
-    return Drawing(lines, width, height).picture
+    return Drawing(lines, width, height).picture[::-1]

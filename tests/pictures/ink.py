@@ -5,78 +5,55 @@ own colours is held against the other picture, which must have one there, or nea
 to any other or to the paper.
 """
 
-PAPER = b"\xff\xff\xff"
+import numpy
+
+from picture import channels
+
+PAPER = 0xFFFFFF
 EXACT = 8  # steps of a channel by which a pixel of a colour may be off
 
 
-def distance(colour, other):
-    return sum((a - b) ** 2 for a, b in zip(colour, other))
-
-
 class Ink:
-    """Where a picture has ink: for each colour of a drawing a row of bits a row of pixels, the leftmost bit lowest.
+    """Where a picture has ink: for each colour of a drawing an array that is true where there is some.
 
     `pure` are the pixels of just that colour, `like` those that are nearer to it than to any other.
     """
 
     def __init__(self, picture, colours):
-        self.width, self.height = picture.width, picture.height
-        self.pure = {colour: [0] * picture.height for colour in colours}
-        self.like = {colour: [0] * picture.height for colour in colours}
-        self.nearest = {}
-        blank = PAPER * picture.width
-        for y in range(picture.height):
-            if picture.rows[y] != blank:
-                self.add_row(y, picture.colours(y))
-
-    def add_row(self, y, row):
-        places = {}
-        for x, colour in enumerate(row):
-            if colour != PAPER:
-                places[colour] = places.get(colour, 0) | 1 << x
-        for colour, bits in places.items():
-            nearest = self.nearest_to(colour)
-            if nearest != PAPER:
-                self.like[nearest][y] |= bits
-                if all(abs(a - b) <= EXACT for a, b in zip(colour, nearest)):
-                    self.pure[nearest][y] |= bits
-
-    def nearest_to(self, colour):
-        if colour not in self.nearest:
-            self.nearest[colour] = min((PAPER, *self.like), key=lambda other: distance(colour, other))
-        return self.nearest[colour]
+        inked = picture != PAPER
+        shown, which = numpy.unique(picture[inked], return_inverse=True)
+        steps = channels(shown)[:, None] - channels(numpy.array([PAPER, *colours]))
+        nearest = (steps ** 2).sum(axis=2).argmin(axis=1)
+        exact = abs(steps).max(axis=2) <= EXACT
+        self.pure, self.like = {}, {}
+        for number, colour in enumerate(colours, 1):
+            self.pure[colour], self.like[colour] = numpy.zeros_like(inked), numpy.zeros_like(inked)
+            self.pure[colour][inked] = ((nearest == number) & exact[:, number])[which]
+            self.like[colour][inked] = (nearest == number)[which]
 
     def area(self):
         """The number of pixels of the drawing's own colours."""
-        return sum(row.bit_count() for rows in self.pure.values() for row in rows)
+        return sum(int(pixels.sum()) for pixels in self.pure.values())
 
     def bounds(self):
         """Left, top, right and bottom of all ink, in pixels; the right and bottom ones are inked."""
-        rows = [sum_of_bits(bits) for bits in zip(*self.like.values())]
-        inked = [y for y, row in enumerate(rows) if row]
-        everything = sum_of_bits(rows)
-        return (everything & -everything).bit_length() - 1, inked[0], everything.bit_length() - 1, inked[-1]
+        rows, columns = numpy.nonzero(numpy.any(list(self.like.values()), axis=0))
+        return int(columns.min()), int(rows.min()), int(columns.max()), int(rows.max())
 
 
-def sum_of_bits(rows):
-    total = 0
-    for row in rows:
-        total |= row
-    return total
-
-
-def widened(rows, reach):
-    """The same bits, and those at most that many pixels away on both axes."""
-    wide = [sum_of_bits([row << step for step in range(reach + 1)] + [row >> step for step in range(1, reach + 1)])
-            for row in rows]
-    return [sum_of_bits(wide[max(y - reach, 0):y + reach + 1]) for y in range(len(rows))]
+def near(ink, reach):
+    """The places that are at most that many pixels away from ink, on both axes."""
+    wide = numpy.pad(ink, reach)
+    height, width = ink.shape
+    wide = numpy.any([wide[step:step + height] for step in range(2 * reach + 1)], axis=0)
+    return numpy.any([wide[:, step:step + width] for step in range(2 * reach + 1)], axis=0)
 
 
 def unmatched(one, other, reach):
     """How many pixels of one picture have none of their colour near them in the other."""
     count = 0
-    for colour, rows in one.pure.items():
-        near = widened(other.like[colour], reach)
-        near += [0] * (len(rows) - len(near))
-        count += sum((row & ~there).bit_count() for row, there in zip(rows, near))
+    for colour, pixels in one.pure.items():
+        missing = [(0, max(size - other_size, 0)) for size, other_size in zip(pixels.shape, other.like[colour].shape)]
+        there = near(numpy.pad(other.like[colour], missing), reach)
+        count += int((pixels & ~there[:pixels.shape[0], :pixels.shape[1]]).sum())
     return count

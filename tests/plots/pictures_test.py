@@ -11,9 +11,12 @@ import subprocess
 import sys
 import tempfile
 
+import numpy
+
 HERE = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE.parent / "pictures"))
-from picture import read_png  # pylint: disable=wrong-import-position
+import ink  # pylint: disable=wrong-import-position
+import picture  # pylint: disable=wrong-import-position
 
 PROGRAM = str(pathlib.Path(sys.argv[1]).resolve())
 SIDE = 700  # pixels of the pictures, and of the square that both are stretched to
@@ -60,18 +63,19 @@ ROWS = [
 
 def inked(file):
     """Where a picture has ink, in a square of SIDE that its bounds are stretched to."""
-    picture = read_png(file)
-    places = [(x, y) for y in range(picture.height) for x, colour in enumerate(picture.colours(y)) if min(colour) < PALE]
-    left, right = min(x for x, _ in places), max(x for x, _ in places)
-    top, bottom = min(y for _, y in places), max(y for _, y in places)
-    return {(round((x - left) * SIDE / (right - left)), round((y - top) * SIDE / (bottom - top))) for x, y in places}
+    rows, columns = numpy.nonzero(picture.channels(picture.read(file)).min(axis=2) < PALE)
+    square = numpy.zeros((SIDE + 1, SIDE + 1), bool)
+    square[stretched(rows), stretched(columns)] = True
+    return square
+
+
+def stretched(places):
+    return numpy.rint((places - places.min()) * SIDE / (places.max() - places.min())).astype(int)
 
 
 def unmatched(one, other):
     """The share of the ink of one picture that has none near it in the other."""
-    far = sum(not any((x + dx, y + dy) in other for dx in range(-NEAR, NEAR + 1) for dy in range(-NEAR, NEAR + 1))
-              for x, y in one)
-    return far / len(one)
+    return (one & ~ink.near(other, NEAR)).sum() / one.sum()
 
 
 def run(command, text="", environment=None):
