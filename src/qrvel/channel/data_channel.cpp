@@ -3,19 +3,21 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <csignal>
 #include <utility>
 
 #include "qrvel/base/application.h"
 #include "qrvel/base/own_texts.h"
-#include "qrvel/channel/host_connection.h"
 
 namespace qrvel {
 
 namespace {
 
-constexpr auto SILENCE = std::chrono::seconds(5);  // until a viewer that hosts may find shows itself
+using std::chrono::milliseconds;
+
+constexpr milliseconds SILENCE{5000};
+constexpr milliseconds BETWEEN_LOOKS_AT_SOCKET{1000};
+constexpr milliseconds BETWEEN_LOOKS_AT_FILES{250};
 
 WHandle openChannel = 0;
 
@@ -41,16 +43,19 @@ DataChannel* findDataChannel() {
     return handles().find<DataChannel>(openChannel);
 }
 
-DataChannel::DataChannel(const Receiver& receiver) : receiver_(receiver) {
+DataChannel::DataChannel(const Receiver& receiver, milliseconds silence) : receiver_(receiver) {
     std::signal(SIGPIPE, SIG_IGN);  // a host that has gone is no reason to end
     std::signal(SIGXFSZ, SIG_IGN);  // nor is a file that may not grow
     silence_.setSingleShot(true);
-    silence_.setInterval(SILENCE);
+    silence_.setInterval(silence);
     QObject::connect(&silence_, &QTimer::timeout, [this] { showEmptyWindow(); });
 }
 
 bool DataChannel::start(const Options& options) {
-    if (options.watch) watch_ = std::make_unique<FileWatch>([this](const QByteArray& changed) { openAgain(changed); });
+    if (options.watch) {
+        watch_ = std::make_unique<FileWatch>(BETWEEN_LOOKS_AT_FILES,
+                                             [this](const QByteArray& changed) { openAgain(changed); });
+    }
     manner_ = {.asIs = options.asIs, .page = options.page};
     for (const QByteArray& source : options.sources) {
         open(source);
@@ -59,7 +64,8 @@ bool DataChannel::start(const Options& options) {
     if (options.frames) addHost(STDIN_FILENO, STDOUT_FILENO);
     if (options.channelDescriptor >= 0) addHost(options.channelDescriptor, options.channelDescriptor);
     if (!options.channelName.isEmpty()) {
-        server_ = std::make_unique<HostServer>([this](int descriptor) { addHost(descriptor, descriptor); });
+        server_ = std::make_unique<HostServer>(BETWEEN_LOOKS_AT_SOCKET,
+                                               [this](int descriptor) { addHost(descriptor, descriptor); });
         if (!server_->listen(options.channelName)) return false;
     }
     waitForSpeakers();
@@ -79,8 +85,8 @@ void DataChannel::openAgain(const QByteArray& fileName) {
     add(std::make_unique<FileSource>(*this, fileName, manner));
 }
 
-void DataChannel::addHost(int input, int output) {
-    auto host = std::make_unique<HostConnection>(*this, input, output);
+void DataChannel::addHost(int input, int output, const HostPatience& patience) {
+    auto host = std::make_unique<HostConnection>(*this, input, output, patience);
     if (HostConnection::number() > MOST_HOSTS) {
         host->turnAway("too many hosts");
         return;
@@ -282,7 +288,7 @@ using namespace qrvel;
 WHandle WDstdopen(WHandle app, char* buffer, uint32_t /*kind*/, WDCallback callback, uint32_t /*flag*/) {
     const auto* found = handles().find<Application>(app, __func__);
     if (found == nullptr || buffer == nullptr || callback == nullptr || findDataChannel() != nullptr) return 0;
-    auto* channel = handles().make<DataChannel>(Receiver{.buffer = buffer, .callback = callback});
+    auto* channel = handles().make<DataChannel>(Receiver{.buffer = buffer, .callback = callback}, SILENCE);
     if (channel == nullptr) return 0;
     openChannel = channel->handle;
     if (channel->start(found->options)) return openChannel;

@@ -7,6 +7,7 @@
 
 #include <QByteArray>
 #include <QTimer>
+#include <chrono>
 #include <deque>
 #include <memory>
 #include <vector>
@@ -16,6 +17,7 @@
 #include "qrvel/channel/delivery.h"
 #include "qrvel/channel/file_source.h"
 #include "qrvel/channel/file_watch.h"
+#include "qrvel/channel/host_connection.h"
 #include "qrvel/channel/host_server.h"
 #include "qrvel/channel/named_files.h"
 #include "qrvel/channel/speaker.h"
@@ -26,7 +28,8 @@ class DataChannel : public Object {
   public:
     static constexpr Kind KIND = Kind::DataChannel;
 
-    explicit DataChannel(const Receiver& receiver);
+    // `silence`: of all who might speak, until a viewer that hosts may find shows itself.
+    DataChannel(const Receiver& receiver, std::chrono::milliseconds silence);
 
     // Opens the sources that the options name. False, with a notice, when one cannot be listened to.
     bool start(const Options& options);
@@ -47,7 +50,7 @@ class DataChannel : public Object {
     // Whether somebody waits for the one whose turn it is.
     bool othersWait() const { return !line_.empty(); }
     // A host on two descriptors, which may be the same.
-    void addHost(int input, int output);
+    void addHost(int input, int output, const HostPatience& patience = {});
 
     // ---- for the main loop ----
     // Whether the viewer has got a part of a transmission and not yet the end.
@@ -109,10 +112,10 @@ class DataChannel : public Object {
     std::unique_ptr<Delivery> delivery_;  // of the one whose turn it is
     std::unique_ptr<HostServer> server_;
     std::unique_ptr<FileWatch> watch_;  // with --watch
-    QTimer silence_;                    // of all who might speak
-    qint64 pictureBytes_ = 0;           // that were transmitted since the last begin
-    bool givenUp_ = false;              // by the user; the main loop has not seen to it
-    QString cut_;                       // why what the viewer has got is not all; empty: it is
+    QTimer silence_;
+    qint64 pictureBytes_ = 0;  // that were transmitted since the last begin
+    bool givenUp_ = false;     // by the user; the main loop has not seen to it
+    QString cut_;              // why what the viewer has got is not all; empty: it is
     NamedFiles named_;
     bool isHandingOver_ = false;     // the viewer is in its callback
     std::vector<Speaker*> leaving_;  // meanwhile

@@ -2,21 +2,14 @@
 
 #include <sys/stat.h>
 
-#include <chrono>
 #include <utility>
 
 namespace qrvel {
 
-namespace {
-
-// A file that has stayed the same from one look to the next is taken for whole.
-constexpr auto BETWEEN_LOOKS = std::chrono::milliseconds(250);
-
-}  // namespace
-
-FileWatch::FileWatch(std::function<void(const QByteArray&)> changed) : changed_(std::move(changed)) {
+FileWatch::FileWatch(std::chrono::milliseconds betweenLooks, std::function<void(const QByteArray&)> changed)
+    : changed_(std::move(changed)) {
     QObject::connect(&looks_, &QTimer::timeout, [this] { look(); });
-    looks_.setInterval(BETWEEN_LOOKS);
+    looks_.setInterval(betweenLooks);
 }
 
 FileWatch::State FileWatch::stateOf(const QByteArray& fileName) {

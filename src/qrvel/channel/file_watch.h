@@ -6,6 +6,7 @@
 
 #include <QByteArray>
 #include <QTimer>
+#include <chrono>
 #include <functional>
 #include <map>
 
@@ -13,7 +14,8 @@ namespace qrvel {
 
 class FileWatch {
   public:
-    explicit FileWatch(std::function<void(const QByteArray& fileName)> changed);
+    // A file that has stayed the same from one look to the next is taken for whole.
+    FileWatch(std::chrono::milliseconds betweenLooks, std::function<void(const QByteArray& fileName)> changed);
 
     void add(const QByteArray& fileName);
 

@@ -23,11 +23,6 @@ constexpr std::size_t READ_SIZE = 65536;
 constexpr std::size_t PAGE_PIECE = 65536;  // of a page, in a frame
 constexpr std::size_t ATOMIC_WRITE = 512;  // what a pipe that is writable takes without making us wait
 
-constexpr auto LOOKS = std::chrono::seconds(1);
-// While others wait, a host may be silent inside a transmission for so long, and take so long in all.
-constexpr qint64 MOST_SILENCE = 5000;    // milliseconds
-constexpr qint64 MOST_DURATION = 60000;  // milliseconds
-
 bool isReady(int descriptor, short event) {
     pollfd waiting = {.fd = descriptor, .events = event, .revents = 0};
     return poll(&waiting, 1, 0) > 0;
@@ -57,20 +52,21 @@ void sayOfHost(const QString& text) {
 
 // Descriptors are asked before each read and write instead of being made non-blocking: those of a standard stream are
 // shared with others.
-HostConnection::HostConnection(DataChannel& channel, int input, int output)
+HostConnection::HostConnection(DataChannel& channel, int input, int output, const HostPatience& patience)
     : channel_(channel),
       input_(input),
       output_(output),
       readNotifier_(input, QSocketNotifier::Read),
       writeNotifier_(output, QSocketNotifier::Write),
-      received_(READ_SIZE) {
+      received_(READ_SIZE),
+      patience_(patience) {
     ++number_;
     readNotifier_.setEnabled(false);
     writeNotifier_.setEnabled(false);
     QObject::connect(&readNotifier_, &QSocketNotifier::activated, [this] { readable(); });
     QObject::connect(&writeNotifier_, &QSocketNotifier::activated, [this] { write(); });
     QObject::connect(&clock_, &QTimer::timeout, [this] { lookAtClock(); });
-    clock_.setInterval(LOOKS);
+    clock_.setInterval(patience_.betweenLooks);
 }
 
 HostConnection::~HostConnection() {
@@ -159,9 +155,9 @@ void HostConnection::giveUp() {
 
 void HostConnection::lookAtClock() {
     if (state_ != State::Collecting || !channel_.othersWait()) return;
-    if (sinceBytes_.hasExpired(MOST_SILENCE)) {
+    if (sinceBytes_.hasExpired(patience_.silence.count())) {
         drop("the host has stalled while another waits");
-    } else if (sinceTurn_.hasExpired(MOST_DURATION)) {
+    } else if (sinceTurn_.hasExpired(patience_.duration.count())) {
         drop("the host has taken too long while another waits");
     }
 }

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QSocketNotifier>
 #include <QTimer>
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,10 +20,17 @@ class DataChannel;
 
 inline constexpr int MOST_HOSTS = 64;  // connected at a time
 
+// How long, while others wait, a host may be silent inside a transmission, and how long it may take in all.
+struct HostPatience {
+    std::chrono::milliseconds silence{5000};
+    std::chrono::milliseconds duration{60000};
+    std::chrono::milliseconds betweenLooks{1000};  // at the clock
+};
+
 class HostConnection final : public Speaker {
   public:
     // Takes the descriptors over, but for the standard streams.
-    HostConnection(DataChannel& channel, int input, int output);
+    HostConnection(DataChannel& channel, int input, int output, const HostPatience& patience);
     ~HostConnection() override;
 
     // How many there are.
@@ -82,6 +90,7 @@ class HostConnection final : public Speaker {
     std::string answers_;      // that the host has not taken yet,
     bool withPage_ = false;    // there is a page among them
     std::size_t written_ = 0;  // but for so many bytes
+    HostPatience patience_;
     QTimer clock_;
     QElapsedTimer sinceBytes_;  // came; they may have come before its turn
     QElapsedTimer sinceTurn_;   // began

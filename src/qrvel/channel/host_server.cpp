@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <cstring>
 #include <utility>
 
@@ -25,7 +24,6 @@ namespace qrvel {
 
 namespace {
 
-constexpr auto BETWEEN_LOOKS = std::chrono::seconds(1);
 constexpr std::size_t MOST_PATH = sizeof(sockaddr_un::sun_path) - 1;
 constexpr int MOST_AT_THE_DOOR = 50;
 // What hosts do not get: files, printing and windows need descriptors too, and Qt ends the process without them.
@@ -124,8 +122,8 @@ bool NameLock::take(const QByteArray& path) {
     }
 }
 
-HostServer::HostServer(Arrived arrived) : arrived_(std::move(arrived)) {
-    looks_.setInterval(BETWEEN_LOOKS);
+HostServer::HostServer(std::chrono::milliseconds betweenLooks, Arrived arrived) : arrived_(std::move(arrived)) {
+    looks_.setInterval(betweenLooks);
     QObject::connect(&looks_, &QTimer::timeout, [this] { look(); });
 }
 

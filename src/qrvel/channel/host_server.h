@@ -5,6 +5,7 @@
 #include <QSocketNotifier>
 #include <QString>
 #include <QTimer>
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -39,7 +40,8 @@ class HostServer {
     // Told of each host, with the descriptor of its connection, which is handed over.
     using Arrived = std::function<void(int descriptor)>;
 
-    explicit HostServer(Arrived arrived);
+    // Between its looks whether it can still be found it takes its time.
+    HostServer(std::chrono::milliseconds betweenLooks, Arrived arrived);
     ~HostServer() { close(); }
     HostServer(const HostServer&) = delete;
     HostServer& operator=(const HostServer&) = delete;

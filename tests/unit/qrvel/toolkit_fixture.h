@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <functional>
 #include <memory>
 #include <string>
@@ -70,6 +71,15 @@ class ToolkitFixture : public testing::Test {
             QCoreApplication::processEvents();
             channel()->run();
         }
+    }
+
+    // Whether it comes true in a while, as the event loop runs.
+    static bool comes(const std::function<bool()>& isThere) {
+        QElapsedTimer timer;
+        for (timer.start(); !isThere() && !timer.hasExpired(10000);) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 10);
+        }
+        return isThere();
     }
 
     inline static std::function<void()> inCallback;

@@ -1,6 +1,9 @@
 // Whose turn it is, and what the viewer gets of it.
 #include "qrvel/channel/data_channel.h"
 
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <chrono>
 #include <thread>
 
@@ -115,6 +118,20 @@ TEST_F(Turns, GivingUpADeliveryEndsItWithAnEndChunk) {
     channel()->pictureIsOut();
     EXPECT_TRUE(log.ends_with("a is refused: given up by the user\n"));
     EXPECT_LT(log.size(), a.text.size());
+}
+
+// One that hosts may find, and to which none has said anything.
+TEST_F(ToolkitFixture, AChannelOnWhichAllAreSilentHasAnEmptyPicture) {
+    start();
+    int ends[2] = {};
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
+    char buffer[WD_RECEIVE_BUFFER] = {};
+    DataChannel silent({.buffer = buffer, .callback = nullptr}, std::chrono::milliseconds(5));
+    silent.addHost(ends[0], ends[0]);
+    EXPECT_TRUE(silent.start({}));
+    EXPECT_FALSE(silent.hasWork());
+    EXPECT_TRUE(comes([&] { return silent.hasWork(); }));
+    close(ends[1]);
 }
 
 TEST_F(Turns, WhoeverLeavesBeforeThePaintHearsNothing) {

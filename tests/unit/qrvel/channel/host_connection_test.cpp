@@ -13,6 +13,7 @@ namespace qrvel {
 namespace {
 
 using kelhost::FrameKind;
+using namespace std::chrono_literals;
 
 std::string frame(int kind, const std::string& bytes = {}) {
     const auto header =
@@ -33,11 +34,11 @@ class Hosts : public ToolkitFixture {
         if (host >= 0) close(host);
     }
 
-    void connect() {
+    void connect(const HostPatience& patience = {}) {
         int ends[2] = {};
         ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
         host = ends[0];
-        channel()->addHost(ends[1], ends[1]);
+        channel()->addHost(ends[1], ends[1], patience);
     }
     void say(const std::string& bytes) const {
         ASSERT_EQ(write(host, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
@@ -104,6 +105,69 @@ TEST_F(Hosts, ThatLeaveInsideATransmissionLeaveThePicture) {
     runChannel();
     EXPECT_EQ(log, "");
     EXPECT_EQ(HostConnection::number(), 0);
+}
+
+// The first is slow; the other has a picture, and waits for its turn.
+class SlowHosts : public Hosts {
+  protected:
+    ~SlowHosts() override { close(slow); }
+
+    void connectBoth(const HostPatience& patience) {
+        connect(patience);
+        slow = host;
+        connect();
+        sendAs(slow, frame(1, "DF;"));
+        runChannel();
+        sendAs(host, frame(2, "IN;"));
+    }
+    static void sendAs(int speaker, const std::string& bytes) {
+        ASSERT_EQ(write(speaker, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    }
+    // Whether the one who waits has its picture.
+    bool otherIsServed() {
+        channel()->run();
+        return log == "chunk 2 IN;\ndelivered\n";
+    }
+    std::string answersToSlow() {
+        std::swap(slow, host);
+        std::string said = answers();
+        std::swap(slow, host);
+        return said;
+    }
+
+    int slow = -1;
+};
+
+TEST_F(SlowHosts, AreDroppedWhenTheyStallWhileAnotherWaits) {
+    connectBoth({.silence = 20ms, .betweenLooks = 1ms});
+    EXPECT_TRUE(comes([this] { return otherIsServed(); }));
+    EXPECT_EQ(answersToSlow(), "17 the host has stalled while another waits;");
+}
+
+TEST_F(SlowHosts, AreDroppedWhenTheyTakeTooLongWhileAnotherWaits) {
+    connectBoth({.duration = 20ms, .betweenLooks = 1ms});
+    EXPECT_TRUE(comes([this] {
+        sendAs(slow, frame(0, "PU;"));
+        return otherIsServed();
+    }));
+    EXPECT_EQ(answersToSlow(), "17 the host has taken too long while another waits;");
+}
+
+// Hosts that are connected and say nothing do not count, nor one that comes and goes.
+TEST_F(SlowHosts, MayPauseWhenNobodyWaits) {
+    connect();
+    slow = host;
+    connect();
+    close(host);
+    connect({.silence = 1ms, .duration = 1ms, .betweenLooks = 1ms});
+    say(frame(1, "IN;"));
+    QElapsedTimer pause;
+    for (pause.start(); !pause.hasExpired(20);) {
+        runChannel();
+    }
+    EXPECT_EQ(answers(), "");
+    say(frame(2));
+    EXPECT_EQ(answers(), "16;18;");
 }
 
 TEST_F(Hosts, BeyondTheLimitAreTurnedAway) {

@@ -28,7 +28,8 @@ class Server : public ToolkitFixture {
     }
 
     std::unique_ptr<HostServer> make() {
-        return std::make_unique<HostServer>([this](int descriptor) { arrived.push_back(descriptor); });
+        return std::make_unique<HostServer>(std::chrono::milliseconds(1),
+                                            [this](int descriptor) { arrived.push_back(descriptor); });
     }
     bool connects() const {
         const int host = socket(AF_UNIX, SOCK_STREAM, 0);
@@ -68,6 +69,16 @@ TEST_F(Server, LeavesTheSocketOfAnother) {
     ScratchFolder::write(path, "another's");
     server.reset();
     EXPECT_EQ(ScratchFolder::read(path), "another's");
+}
+
+TEST_F(Server, ComesBackWhenItsSocketIsTakenAway) {
+    const auto server = make();
+    ASSERT_TRUE(server->listen("tried"));
+    std::filesystem::remove(path);
+    EXPECT_FALSE(connects());
+    EXPECT_TRUE(comes([this] { return std::filesystem::exists(path); }));
+    EXPECT_TRUE(connects());
+    EXPECT_EQ(arrived.size(), 1U);
 }
 
 TEST_F(Server, TakesAFolderThatOthersMayWriteToForUnsafe) {
