@@ -102,7 +102,7 @@ def unreadable_configuration_is_passed_over(desktop, plot):
     plot.with_name("HPGL.ini").mkdir()
     with desktop.viewer(KELHPGL, plot, environment={"KEL_CONFIG_DIR": str(plot.parent)}) as viewer:
         expect_picture(viewer, plot)
-        viewer.end()
+        assert "HPGL.ini: no ordinary file" in viewer.end()
     plot.with_name("HPGL.ini").rmdir()
     beside(plot, "HPGL.ini", "LANG=xx\n")
     plot.with_name("texts").mkdir()
@@ -110,7 +110,8 @@ def unreadable_configuration_is_passed_over(desktop, plot):
         plot.with_name("texts").joinpath("HPGL_xx.txt").write_bytes(texts)
         with desktop.viewer(KELHPGL, plot, environment={"KEL_CONFIG_DIR": str(plot.parent)}) as viewer:
             expect_picture(viewer, plot)
-            viewer.end()
+            said = viewer.end()
+            assert "kelhpgl:" not in said, said  # texts that are missing are those of the program
 
 
 def a_pipe_is_no_configuration(desktop, plot):
@@ -142,7 +143,8 @@ def logs_that_cannot_be_written_are_done_without(desktop, plot):
     command = f'cd "{gone}" && rmdir "{gone}" && exec "$@"'
     with desktop.viewer("sh", "-c", command, "sh", KELHPGL, plot, environment=settings) as viewer:
         expect_picture(viewer, plot)
-        viewer.end()
+        said = viewer.end()
+        assert "no trace file can be written" in said and "the echo file cannot be written" in said, said
 
 
 def picture_sizes_have_limits(desktop, plot):

@@ -136,8 +136,13 @@ TEST_F(Files, TwoMayShare) {
     const HFILE second = open("a.log", OF_WRITE);
     EXPECT_GT(first, 0);
     EXPECT_GT(second, 0);
-    posix::closeFile(first);
-    posix::closeFile(second);
+    EXPECT_NE(first, second);
+    for (const HFILE file : {first, second}) {
+        EXPECT_EQ(posix::writeFile(file, "y", 1), 1U);
+        EXPECT_EQ(contentOf(path("a.log")), "y");
+        EXPECT_EQ(posix::closeFile(file), 0);
+        write("a.log", "x");
+    }
 }
 
 TEST_F(Files, ExclusiveNeedsToBeTheOnlyOne) {

@@ -12,7 +12,7 @@ using recorder::script;
 // Handles as the recorder gives them out at set-up: application 1, object 3, container 4, shell 5, help line 9, help's
 // name 10, help 11, drawing child 12, print set-up 14; 15 and 16 are the next ones.
 #define BACKGROUND "OUTquerysize\nOUTreset\nOUTfillcolour 0\nOUTboxr2 0 0 500 500\nWupdate 12 1\n"
-#define REFIT "Wquerywinsize 3\nWsetwinpos 12 0 0 500 500\nOUTquerysize\n"
+#define REFIT_OF(object) "Wquerywinsize " #object "\nWsetwinpos 12 0 0 500 500\nOUTquerysize\n"
 #define NEW_COLOURS "WCLRcreate 1 3 255 255 255 0 0 0 0 255 0\nOUTreset\nOUTsetbackground 0\nWupdate 12 1\n"
 
 class Actions : public PictureRun {
@@ -36,32 +36,33 @@ class Actions : public PictureRun {
 struct MenuRow : NamedRow {
     uint32_t item;
     const char* calls;
+    const char* callsWithoutHandles;
 };
 
 // clang-format off
 constexpr MenuRow MENU_ROWS[] = {
-    {"Graphic",             0, ""},
-    {"Edit",                1, ""},
-    {"Goto",                2, ""},
-    {"Settings",            3, ""},
-    {"Help",                4, ""},
-    {"Print",               5, "PSSETUPshow 14\n"},
-    {"Save",                6, ""},
-    {"Exit",                7, "Wquit 1\n"},
-    {"Cancel",              8, "Wquit 1\n"},
-    {"CompletePicture",     9, BACKGROUND},
-    {"LastZoom",           10, BACKGROUND},
-    {"Rotate",             11, NEW_COLOURS REFIT BACKGROUND},
-    {"Back",               12, "Wquit 1\n"},
-    {"HelpTopic",          13, ""},
-    {"ProductInformation", 14, "INFOcreate 4 5 1 0 5 0\n"},
-    {"Item15",             15, ""},
-    {"Item16",             16, ""},
-    {"Item17",             17, ""},
-    {"Item18",             18, ""},
-    {"Item19",             19, ""},
-    {"Item20",             20, ""},
-    {"Largest",    0xffffffff, ""},
+    {"Graphic",             0, "", ""},
+    {"Edit",                1, "", ""},
+    {"Goto",                2, "", ""},
+    {"Settings",            3, "", ""},
+    {"Help",                4, "", ""},
+    {"Print",               5, "PSSETUPshow 14\n", "PSSETUPshow 0\n"},
+    {"Save",                6, "", ""},
+    {"Exit",                7, "Wquit 1\n", "Wquit 0\n"},
+    {"Cancel",              8, "Wquit 1\n", "Wquit 0\n"},
+    {"CompletePicture",     9, BACKGROUND, BACKGROUND},
+    {"LastZoom",           10, BACKGROUND, BACKGROUND},
+    {"Rotate",             11, NEW_COLOURS REFIT_OF(3) BACKGROUND, NEW_COLOURS REFIT_OF(0) BACKGROUND},
+    {"Back",               12, "Wquit 1\n", "Wquit 0\n"},
+    {"HelpTopic",          13, "", ""},
+    {"ProductInformation", 14, "INFOcreate 4 5 1 0 5 0\n", "INFOcreate 0 0 1 0 5 0\n"},
+    {"Item15",             15, "", ""},
+    {"Item16",             16, "", ""},
+    {"Item17",             17, "", ""},
+    {"Item18",             18, "", ""},
+    {"Item19",             19, "", ""},
+    {"Item20",             20, "", ""},
+    {"Largest",    0xffffffff, "", ""},
 };
 // clang-format on
 
@@ -88,7 +89,7 @@ TEST_P(Menu, IsNothingInOtherKinds) {
 TEST_P(Menu, NeedsNoHandles) {
     withPicture([] {
         forgetHandles();
-        action(4, GetParam().item);
+        EXPECT_EQ(callsOf([] { action(4, GetParam().item); }), GetParam().callsWithoutHandles);
     });
 }
 

@@ -328,6 +328,7 @@ TEST_F(Life, WithoutSettingsWritesNoFile) {
 struct MissingRow : NamedRow {
     std::set<std::string> failing;
     const char* destroyed;
+    bool draws;  // the picture that comes all the same
 };
 
 #define FROM_HELP "HLPdestroy\nCONTdestroy\nHELPLdestroy\nACTBARdestroy\nSHLdestroy\nWdestroyobject\n"
@@ -335,23 +336,23 @@ struct MissingRow : NamedRow {
 
 // clang-format off
 const MissingRow MISSING_ROWS[] = {
-    {"Nothing",        {},                    "WDstdclose\n" FROM_SETUP},
-    {"Class",          {"Wregisterclass"},    "WDstdclose\n" FROM_SETUP},
-    {"Container",      {"CONTstdcreate"},     "WDstdclose\n" FROM_SETUP},
-    {"BarPlaces",      {"SHLquerywid"},       "WDstdclose\n" FROM_SETUP},
-    {"HelpName",       {"WHLPregistername"},  "WDstdclose\n" FROM_SETUP},
-    {"Configuration",  {"WIstdinit_cfg"},     "WDstdclose\n" FROM_SETUP},
-    {"Texts",          {"Wloadtxt"},          "WDstdclose\n" FROM_SETUP},
-    {"Variables",      {"WIgetvar"},          "WDstdclose\n" FROM_SETUP},
-    {"Channel",        {"WDstdopen"},         FROM_SETUP},
-    {"PrintSetup",     {"PSSETUPcreate"},     "WDstdclose\nOUTdestroy\nWdestroychild\n" FROM_HELP},
-    {"DrawingChild",   {"Wcreatechild"},      "WDstdclose\nPSSETUPdestroy\n" FROM_HELP},
-    {"Help",           {"HLPcreate"},         "WDstdclose\nPSSETUPdestroy\nOUTdestroy\nWdestroychild\nCONTdestroy\nHELPLdestroy\nACTBARdestroy\nSHLdestroy\nWdestroyobject\n"},
-    {"HelpLine",       {"HELPLcreate"},       "WDstdclose\nPSSETUPdestroy\nOUTdestroy\nWdestroychild\nHLPdestroy\nCONTdestroy\nACTBARdestroy\nSHLdestroy\nWdestroyobject\n"},
-    {"ActionBar",      {"ACTBARcreate"},      "WDstdclose\nPSSETUPdestroy\nOUTdestroy\nWdestroychild\nHLPdestroy\nCONTdestroy\nHELPLdestroy\nSHLdestroy\nWdestroyobject\n"},
-    {"Shell",          {"SHLcreate"},         "WDstdclose\nPSSETUPdestroy\nOUTdestroy\nWdestroychild\nHLPdestroy\nHELPLdestroy\nACTBARdestroy\nWdestroyobject\n"},
-    {"MainObject",     {"Wcreateobject"},     "WDstdclose\nPSSETUPdestroy\nOUTdestroy\nWdestroychild\nHLPdestroy\nCONTdestroy\nHELPLdestroy\nACTBARdestroy\nSHLdestroy\n"},
-    {"Everything",     {"Wregisterclass", "Wcreateobject", "SHLcreate", "SHLquerywid", "ACTBARcreate", "HELPLcreate", "WHLPregistername", "HLPcreate", "Wcreatechild", "WDstdopen", "PSSETUPcreate"}, ""},
+    {"Nothing",        {},                    "WDstdclose\n" FROM_SETUP, true},
+    {"Class",          {"Wregisterclass"},    "WDstdclose\n" FROM_SETUP, false},
+    {"Container",      {"CONTstdcreate"},     "WDstdclose\n" FROM_SETUP, true},
+    {"BarPlaces",      {"SHLquerywid"},       "WDstdclose\n" FROM_SETUP, true},
+    {"HelpName",       {"WHLPregistername"},  "WDstdclose\n" FROM_SETUP, true},
+    {"Configuration",  {"WIstdinit_cfg"},     "WDstdclose\n" FROM_SETUP, true},
+    {"Texts",          {"Wloadtxt"},          "WDstdclose\n" FROM_SETUP, true},
+    {"Variables",      {"WIgetvar"},          "WDstdclose\n" FROM_SETUP, false},
+    {"Channel",        {"WDstdopen"},         FROM_SETUP, false},
+    {"PrintSetup",     {"PSSETUPcreate"},     "WDstdclose\nOUTdestroy\nWdestroychild\n" FROM_HELP, true},
+    {"DrawingChild",   {"Wcreatechild"},      "WDstdclose\nPSSETUPdestroy\n" FROM_HELP, true},
+    {"Help",           {"HLPcreate"},         "WDstdclose\nPSSETUPdestroy\nOUTdestroy\nWdestroychild\nCONTdestroy\nHELPLdestroy\nACTBARdestroy\nSHLdestroy\nWdestroyobject\n", true},
+    {"HelpLine",       {"HELPLcreate"},       "WDstdclose\nPSSETUPdestroy\nOUTdestroy\nWdestroychild\nHLPdestroy\nCONTdestroy\nACTBARdestroy\nSHLdestroy\nWdestroyobject\n", true},
+    {"ActionBar",      {"ACTBARcreate"},      "WDstdclose\nPSSETUPdestroy\nOUTdestroy\nWdestroychild\nHLPdestroy\nCONTdestroy\nHELPLdestroy\nSHLdestroy\nWdestroyobject\n", true},
+    {"Shell",          {"SHLcreate"},         "WDstdclose\nPSSETUPdestroy\nOUTdestroy\nWdestroychild\nHLPdestroy\nHELPLdestroy\nACTBARdestroy\nWdestroyobject\n", true},
+    {"MainObject",     {"Wcreateobject"},     "WDstdclose\nPSSETUPdestroy\nOUTdestroy\nWdestroychild\nHLPdestroy\nCONTdestroy\nHELPLdestroy\nACTBARdestroy\nSHLdestroy\n", true},
+    {"Everything",     {"Wregisterclass", "Wcreateobject", "SHLcreate", "SHLquerywid", "ACTBARcreate", "HELPLcreate", "WHLPregistername", "HLPcreate", "Wcreatechild", "WDstdopen", "PSSETUPcreate"}, "", false},
 };
 // clang-format on
 
@@ -361,6 +362,14 @@ class Missing : public Life, public testing::WithParamInterface<MissingRow> {
     Missing() {
         script.failing = GetParam().failing;
         script.failing.insert("Wfatalerror");
+    }
+    static void useEverything() {
+        for (const uint32_t kind : {0U, 1U, 4U, 5U}) {
+            for (uint32_t item = 0; item < 16; ++item) {
+                action(kind, item);
+            }
+        }
+        zoom();
     }
 };
 
@@ -372,15 +381,19 @@ TEST_P(Missing, IsNotDestroyed) {
 }
 
 TEST_P(Missing, HarmsNothing) {
-    const auto useEverything = [] {
-        for (const uint32_t kind : {0U, 1U, 4U, 5U}) {
-            for (uint32_t item = 0; item < 16; ++item) {
-                action(kind, item);
-            }
-        }
-        zoom();
+    std::string shown;
+    const auto draw = [&] {
+        send("PD;PA0,0,4960,4960;");
+        shown = callsOf([] { recorder::deliver(TheShell.display.Window, W_MSG_PAINT); });
     };
-    EXPECT_EQ(run({useEverything, [] { send("PD;PA0,0,4960,4960;"); }, useEverything}), 0);
+    EXPECT_EQ(run({draw, useEverything}), 0);
+    EXPECT_EQ(shown.find("OUTline ") != std::string::npos, GetParam().draws) << shown;
+    EXPECT_TRUE(recorder::calls.ends_with("\nWterminate 1\n"));
+}
+
+TEST_P(Missing, HarmsNothingBeforeTheFirstPicture) {
+    EXPECT_EQ(run({useEverything}), 0);
+    EXPECT_EQ(recorder::calls.find("OUTline "), std::string::npos);
     EXPECT_TRUE(recorder::calls.ends_with("\nWterminate 1\n"));
 }
 

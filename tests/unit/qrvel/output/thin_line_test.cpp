@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace qrvel {
@@ -160,9 +161,14 @@ TEST(ThinLine, OnePointIsOnePixel) {
 }
 
 TEST(ThinLine, AnEmptyAreaTakesNothing) {
-    const PixelArea none;
-    drawThinLine(none, -5, -7, 9, 30, INK);
-    drawThinLine(none, 0, 0, 0, 0, INK);
+    std::vector<uint32_t> pixels(9);
+    for (const auto& [width, height] : {std::pair{0, 3}, {3, 0}, {0, 0}}) {
+        const PixelArea none{.origin = pixels.data() + 3, .stride = 1, .width = width, .height = height};
+        drawThinLine(none, -5, -7, 9, 30, INK);
+        drawThinLine(none, 0, 0, 0, 0, INK);
+        drawThinLine(none, 0, 0, 2, 0, INK);
+    }
+    EXPECT_EQ(pixels, std::vector<uint32_t>(9));
 }
 
 TEST(ThinLine, RowsMayRunDownward) {
@@ -181,6 +187,7 @@ TEST(ThinLine, TimeIsBoundedByTheSheet) {
     }
     // 200,000 lines of four thousand million pixels: uncut, years; cut, far below a second.
     EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10));
+    EXPECT_EQ(sheet.text().find('.'), std::string::npos);  // there was one along every row
 }
 
 }  // namespace
