@@ -112,6 +112,14 @@ std::string TraceCapture::text() const {
     return text;
 }
 
+std::string times(int n, std::string_view text) {
+    std::string result;
+    for (int i = 0; i < n; ++i) {
+        result += text;
+    }
+    return result;
+}
+
 int parseChunks(const std::vector<std::string_view>& chunks) {
     forgetPicture();
     TheShell.parser = HPGLinitParser();

@@ -33,6 +33,9 @@ class TraceCapture {
     std::size_t headerSize_ = 0;
 };
 
+// The text so many times.
+std::string times(int n, std::string_view text);
+
 // Parses into TheShell.parser (a new one) in the given chunks; answers the result of the last call.
 int parseChunks(const std::vector<std::string_view>& chunks);
 int parseText(std::string_view text);
