@@ -73,9 +73,7 @@ double CaptionFont::advance() const {
 
 CaptionCharacter nextCharacter(std::string_view text, int symbolSet) {
     char32_t character = 0;
-    if (const std::size_t length = readUtf8(text, character); length > 0) {
-        return {character, length};
-    }
+    if (const std::size_t length = readUtf8(text, character); length > 0) return {character, length};
     return {decode({false, symbolSet}, static_cast<uint8_t>(text.front())), 1};
 }
 

@@ -66,12 +66,8 @@ std::size_t readValue(std::string_view bytes, std::size_t at, EscapeField& field
 // Whether the field's value counts bytes that follow it. W does, but of the text modes of ink-jet printers and of the
 // names of symbol sets, which have no group.
 bool carriesData(char family, char group, char letter) {
-    if (group == 0) {
-        return false;
-    }
-    if (letter == 'W') {
-        return !(family == '&' && group == 'k');
-    }
+    if (group == 0) return false;
+    if (letter == 'W') return !(family == '&' && group == 'k');
     return (family == '*' && group == 'b' && letter == 'V') || (family == '&' && group == 'p' && letter == 'X');
 }
 
@@ -82,9 +78,7 @@ EscapeReader::EscapeReader(std::string_view bytes, std::size_t offset) : bytes_(
 }
 
 void EscapeReader::readHead() {
-    if (at_ >= bytes_.size()) {
-        return;
-    }
+    if (at_ >= bytes_.size()) return;
     const char second = bytes_[at_];
     if (second == '.') {
         kind_ = Kind::DeviceControl;
@@ -99,17 +93,13 @@ void EscapeReader::readHead() {
         kind_ = Kind::Fields;
         family_ = second;
         ++at_;
-        if (at_ < bytes_.size() && isSmall(bytes_[at_])) {
-            group_ = bytes_[at_++];
-        }
+        if (at_ < bytes_.size() && isSmall(bytes_[at_])) group_ = bytes_[at_++];
         goesOn_ = true;
     }
 }
 
 bool EscapeReader::next(EscapeField& field) {
-    if (!goesOn_) {
-        return false;
-    }
+    if (!goesOn_) return false;
     EscapeField read;
     at_ = readValue(bytes_, at_, read);
     if (at_ >= bytes_.size() || !(isSmall(bytes_[at_]) || isLast(bytes_[at_]))) {
@@ -150,9 +140,7 @@ std::size_t skipDeviceControl(std::string_view bytes, std::size_t offset) {
         return offset;
     }
     std::size_t at = offset + 2;
-    if (DEVICE_LETTERS_WITH_NUMBERS.find(bytes[offset + 1]) == std::string_view::npos) {
-        return at;
-    }
+    if (DEVICE_LETTERS_WITH_NUMBERS.find(bytes[offset + 1]) == std::string_view::npos) return at;
     constexpr std::string_view OF_NUMBERS = "0123456789;+-. \r\n";
     at = std::min(bytes.find_first_not_of(OF_NUMBERS, at), bytes.size());
     return at < bytes.size() && bytes[at] == ':' ? at + 1 : at;

@@ -30,9 +30,7 @@ class Unpacker {
     Unpacker(const Unpacker&) = delete;
     Unpacker& operator=(const Unpacker&) = delete;
     ~Unpacker() {
-        if (ready_) {
-            inflateEnd(&stream_);
-        }
+        if (ready_) inflateEnd(&stream_);
     }
 
     // Appends what can be unpacked. False when that is not all of it.
@@ -46,13 +44,9 @@ class Unpacker {
             const std::size_t got = piece.size() - stream_.avail_out;
             const std::size_t room = most - out.size();
             out.append(reinterpret_cast<const char*>(piece.data()), std::min(got, room));
-            if (got > room) {
-                return false;
-            }
+            if (got > room) return false;
             if (answer == Z_STREAM_END) {
-                if (!beginsAgain(packed)) {
-                    return true;
-                }
+                if (!beginsAgain(packed)) return true;
             } else if (answer != Z_OK) {
                 return false;
             }
@@ -62,9 +56,7 @@ class Unpacker {
 
   private:
     void feed(std::string_view& packed) {
-        if (stream_.avail_in > 0 || packed.empty()) {
-            return;
-        }
+        if (stream_.avail_in > 0 || packed.empty()) return;
         constexpr std::size_t MOST_AT_ONCE = std::size_t{1} << 30;
         const std::size_t count = std::min(packed.size(), MOST_AT_ONCE);
         stream_.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(packed.data()));
@@ -127,9 +119,7 @@ bool hasParity(std::string_view bytes) {
     std::size_t marked = 0;
     std::size_t unlikely = 0;
     for (const char c : bytes) {
-        if (c == 0) {
-            continue;
-        }
+        if (c == 0) continue;
         ++ofParity[static_cast<std::size_t>(std::popcount(toByte(c)) & 1)];
         marked += toByte(c) >> 7;
         const int text = toByte(c) & 0x7f;
@@ -157,9 +147,7 @@ std::size_t sequenceLength(std::string_view bytes, std::size_t at) {
                                : first >= 0xe0 && first < 0xf0 ? 3
                                : first >= 0xf0 && first < 0xf5 ? 4
                                                                : 0;
-    if (length == 0 || at + length > bytes.size()) {
-        return 0;
-    }
+    if (length == 0 || at + length > bytes.size()) return 0;
     const auto rest = bytes.substr(at + 1, length - 1);
     return std::ranges::all_of(rest, [](char c) { return (toByte(c) & 0xc0) == 0x80; }) ? length : 0;
 }
@@ -167,9 +155,7 @@ std::size_t sequenceLength(std::string_view bytes, std::size_t at) {
 bool isUtf8(std::string_view bytes) {
     for (std::size_t at = 0; at < bytes.size();) {
         const std::size_t length = sequenceLength(bytes, at);
-        if (length == 0) {
-            return false;
-        }
+        if (length == 0) return false;
         at += length;
     }
     return true;
@@ -233,12 +219,8 @@ void forPieces(std::string_view bytes, Piece piece) {
 }
 
 bool hasSplitLines(std::string_view bytes) {
-    if (bytes.find('\xc3') == std::string_view::npos && bytes.find('\xc2') == std::string_view::npos) {
-        return false;
-    }
-    if (!isUtf8(bytes)) {
-        return false;
-    }
+    if (bytes.find('\xc3') == std::string_view::npos && bytes.find('\xc2') == std::string_view::npos) return false;
+    if (!isUtf8(bytes)) return false;
     bool found = false;
     forPieces(bytes, [&](std::size_t first, std::size_t end, bool isEncoded) {
         for (std::size_t at = first; isEncoded && !found && at < end; ++at) {
@@ -272,9 +254,7 @@ void own(PreparedBytes& prepared, std::string bytes) {
 
 void skipMarks(std::string_view& bytes) {
     constexpr std::string_view BYTE_ORDER_MARK = "\xef\xbb\xbf";
-    if (bytes.starts_with(BYTE_ORDER_MARK)) {
-        bytes.remove_prefix(BYTE_ORDER_MARK.size());
-    }
+    if (bytes.starts_with(BYTE_ORDER_MARK)) bytes.remove_prefix(BYTE_ORDER_MARK.size());
     bytes.remove_prefix(std::min(bytes.find_first_not_of('\0'), bytes.size()));
 }
 
@@ -282,12 +262,8 @@ void skipMarks(std::string_view& bytes) {
 
 PreparedBytes prepareBytes(std::string_view file) {
     PreparedBytes prepared{file, nullptr, {}};
-    if (isPacked(prepared.bytes)) {
-        own(prepared, unpack(file, prepared.remark));
-    }
-    if (isWide(prepared.bytes)) {
-        own(prepared, narrow(prepared.bytes));
-    }
+    if (isPacked(prepared.bytes)) own(prepared, unpack(file, prepared.remark));
+    if (isWide(prepared.bytes)) own(prepared, narrow(prepared.bytes));
     skipMarks(prepared.bytes);
     // The start alone answers for nearly all files.
     if (hasParity(prepared.bytes.substr(0, PARITY_SAMPLE)) && hasParity(prepared.bytes)) {

@@ -59,9 +59,7 @@ constexpr std::string_view WHITE_SPACE = " \t\r\n\f";
 
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view BYTE_ORDER_MARK = "\xef\xbb\xbf";
-    if (text.starts_with(BYTE_ORDER_MARK)) {
-        text.remove_prefix(BYTE_ORDER_MARK.size());
-    }
+    if (text.starts_with(BYTE_ORDER_MARK)) text.remove_prefix(BYTE_ORDER_MARK.size());
     text.remove_prefix(std::min(text.find_first_not_of(WHITE_SPACE), text.size()));
     return text;
 }
@@ -98,13 +96,9 @@ bool isGerber(std::string_view text) {
 std::string_view enteredLanguage(std::string_view head) {
     std::string capitals(head);
     std::ranges::transform(capitals, capitals.begin(), toCapital);
-    if (capitals.find("@PJL") == std::string::npos) {
-        return {};
-    }
+    if (capitals.find("@PJL") == std::string::npos) return {};
     const std::size_t at = capitals.find("ENTER LANGUAGE");
-    if (at == std::string::npos) {
-        return {};
-    }
+    if (at == std::string::npos) return {};
     const std::size_t named = capitals.find_first_not_of(" =", at + std::string_view("ENTER LANGUAGE").size());
     for (const Magic& language : LANGUAGES) {
         if (named != std::string::npos && capitals.compare(named, language.start.size(), language.start) == 0) {
@@ -124,15 +118,9 @@ std::string_view foreignKind(std::string_view file) {
             return magic.kind == "XML" && head.find("<svg") != std::string_view::npos ? "SVG" : magic.kind;
         }
     }
-    if (isBitmap(file)) {
-        return "BMP image";
-    }
-    if (isDxf(text)) {
-        return "DXF";
-    }
-    if (isGerber(text)) {
-        return "Gerber";
-    }
+    if (isBitmap(file)) return "BMP image";
+    if (isDxf(text)) return "DXF";
+    if (isGerber(text)) return "Gerber";
     return enteredLanguage(head);
 }
 

@@ -35,9 +35,7 @@ bool hasEntry(std::string_view bytes) {
     constexpr std::string_view START = "\x1b%";
     for (std::size_t at = bytes.find(START); at != std::string_view::npos; at = bytes.find(START, at + 1)) {
         const std::size_t letter = bytes.find_first_not_of("+-0123456789", at + START.size());
-        if (charAt(bytes, letter) == 'B') {
-            return true;
-        }
+        if (charAt(bytes, letter) == 'B') return true;
     }
     return false;
 }
@@ -174,9 +172,7 @@ std::size_t Printer::enterJob(std::string_view bytes, std::size_t offset) {
 
 void Printer::enterPlotter(double how) {
     constexpr double LARGEST = 3;
-    if (language_ == Language::Plotter || how > LARGEST) {
-        return;
-    }
+    if (language_ == Language::Plotter || how > LARGEST) return;
     closeRaster();
     sawEnvelope_ = true;
     language_ = Language::Plotter;
@@ -194,9 +190,7 @@ void Printer::enterPlotter(double how) {
 void Printer::leavePlotter(double how) {
     language_ = Language::Printer;
     sawEnvelope_ = true;
-    if (!isPrinterPage_) {
-        takeSheet();
-    }
+    if (!isPrinterPage_) takeSheet();
     if (std::fmod(std::trunc(std::abs(how)), 2) == 1) {
         const Point pen = machine_.state.coordinates.toPaper()(machine_.state.position);
         settings_.cursor = settings_.page.fromPaper(pen);
@@ -221,9 +215,7 @@ void Printer::resetAll() {
 // ---- the stream ----
 
 std::size_t Printer::step(std::string_view bytes, std::size_t offset) {
-    if (isRecording_) {
-        return recordMacro(bytes, offset);
-    }
+    if (isRecording_) return recordMacro(bytes, offset);
     if (charAt(bytes, offset) == ESCAPE) {
         const std::size_t end =
             language_ == Language::Plotter ? stepInPlotter(bytes, offset) : stepEscape(bytes, offset);
@@ -237,9 +229,7 @@ std::size_t Printer::step(std::string_view bytes, std::size_t offset) {
 
 void Printer::finish() {
     closeRaster();
-    if (isRecording_) {
-        machine_.report().endIn(Ending::InBinary);
-    }
+    if (isRecording_) machine_.report().endIn(Ending::InBinary);
 }
 
 // In the middle of a plot only the ways out of it count; anything else a plotter drops, and what it carries with it.
@@ -256,20 +246,12 @@ void Printer::switchDevice(char letter) {
 
 std::size_t Printer::stepInPlotter(std::string_view bytes, std::size_t offset) {
     EscapeReader reader(bytes, offset);
-    if (reader.kind() == EscapeReader::Kind::TwoCharacters && reader.family() == 'E') {
-        return stepEscape(bytes, offset);
-    }
-    if (reader.is('%', 0)) {
-        return stepEscape(bytes, offset);
-    }
-    if (reader.kind() == EscapeReader::Kind::DeviceControl) {
-        switchDevice(reader.family());
-    }
+    if (reader.kind() == EscapeReader::Kind::TwoCharacters && reader.family() == 'E') return stepEscape(bytes, offset);
+    if (reader.is('%', 0)) return stepEscape(bytes, offset);
+    if (reader.kind() == EscapeReader::Kind::DeviceControl) switchDevice(reader.family());
     EscapeField field;
     while (reader.next(field)) {
-        if (reader.is('*', 'b') && !field.data.empty()) {
-            machine_.report().passOver("ESC*b#W inside of a plot", offset);
-        }
+        if (reader.is('*', 'b') && !field.data.empty()) machine_.report().passOver("ESC*b#W inside of a plot", offset);
     }
     return std::max(reader.end(), offset + 1);
 }
@@ -283,9 +265,7 @@ std::size_t Printer::stepEscape(std::string_view bytes, std::size_t offset) {
     }
     EscapeField field;
     while (reader.next(field)) {
-        if (field.isCut) {
-            machine_.report().endIn(Ending::InBinary);
-        }
+        if (field.isCut) machine_.report().endIn(Ending::InBinary);
         if (reader.is('%', 0) && field.letter == 'X') {
             home_ = Language::Printer;
             resetAll();
@@ -342,23 +322,15 @@ void Printer::carryOut(const EscapeReader& reader, const EscapeField& field) {
     isEngraver_ = isEngraver_ || reader.is('&', 'y') || reader.is('&', 'z');
     const Row* const row = std::ranges::find_if(
         ROWS, [&](const Row& known) { return known.letter == field.letter && reader.is(known.family, known.group); });
-    if (row == std::end(ROWS)) {
-        return;
-    }
-    if (!row->keepsRaster) {
-        closeRaster();
-    }
+    if (row == std::end(ROWS)) return;
+    if (!row->keepsRaster) closeRaster();
     row->action(*this, field);
 }
 
 std::size_t Printer::stepText(std::string_view bytes, std::size_t offset) {
     const bool beginsLine = offset == 0 || BLANKS.find(bytes[offset - 1]) != std::string_view::npos;
-    if (beginsLine && bytes[offset] == '@' && startsJobLine(bytes, offset)) {
-        return enterJob(bytes, offset);
-    }
-    if (!isPrinterPage_) {
-        return stepBetweenPlots(bytes, offset);
-    }
+    if (beginsLine && bytes[offset] == '@' && startsJobLine(bytes, offset)) return enterJob(bytes, offset);
+    if (!isPrinterPage_) return stepBetweenPlots(bytes, offset);
     constexpr char LAST_CONTROL = 0x1f;
     std::size_t end = offset;
     while (end < bytes.size() && static_cast<unsigned char>(bytes[end]) > LAST_CONTROL) {
@@ -376,9 +348,7 @@ std::size_t Printer::stepText(std::string_view bytes, std::size_t offset) {
 // A plotter has no fonts: around its raster stand line ends, or nothing.
 std::size_t Printer::stepBetweenPlots(std::string_view bytes, std::size_t offset) {
     constexpr char FORM_FEED = 0x0c;
-    if (bytes[offset] == FORM_FEED) {
-        endPage();
-    }
+    if (bytes[offset] == FORM_FEED) endPage();
     return offset + 1;
 }
 
@@ -387,9 +357,7 @@ std::size_t Printer::stepBetweenPlots(std::string_view bytes, std::size_t offset
 // Everything up to the escape that ends it, wherever that stands but in the data of another one.
 std::size_t Printer::recordMacro(std::string_view bytes, std::size_t offset) {
     const std::size_t at = std::min(bytes.find(ESCAPE, offset), bytes.size());
-    if (at == bytes.size()) {
-        return at;
-    }
+    if (at == bytes.size()) return at;
     EscapeReader reader(bytes, at);
     EscapeField field;
     while (reader.next(field)) {
@@ -434,9 +402,7 @@ void Printer::macroControl(double what) {
 
 void Printer::runMacro(int id, bool givesBack) {
     const auto at = macros_.find(id);
-    if (at == macros_.end()) {
-        return;
-    }
+    if (at == macros_.end()) return;
     const std::string_view macro = at->second;
     if (depth_ >= MOST_MACRO_DEPTH || macro.size() > macroBytesLeft_) {
         machine_.report().meetBound(depth_ >= MOST_MACRO_DEPTH ? "macros in macros" : "bytes of macros",
@@ -449,27 +415,19 @@ void Printer::runMacro(int id, bool givesBack) {
     runBytes(macro);
     --depth_;
     closeRaster();
-    if (givesBack) {
-        settings_ = kept;
-    }
+    if (givesBack) settings_ = kept;
 }
 
 void Printer::runBytes(std::string_view macro) {
-    if (runner_) {
-        runner_(macro);
-    }
+    if (runner_) runner_(macro);
     for (std::size_t at = 0; !runner_ && at < macro.size();) {
         if (language_ == Language::Plotter) {
             machine_.report().passOver("plot in a macro", machine_.offset());
             at = std::min(macro.find("\x1b%", at), macro.size());
         }
-        if (at < macro.size()) {
-            at = step(macro, at);
-        }
+        if (at < macro.size()) at = step(macro, at);
     }
-    if (language_ == Language::Plotter) {
-        leavePlotter(0);
-    }
+    if (language_ == Language::Plotter) leavePlotter(0);
 }
 
 }  // namespace plotter

@@ -54,9 +54,7 @@ void Printer::chooseFont(CaptionFont& font, char group, const EscapeField& field
     } else if (group == 0 && field.letter == '@') {
         font = {};
     }
-    if (group != 's') {
-        return;
-    }
+    if (group != 's') return;
     switch (field.letter) {
         case 'P':
             font.proportional = field.value == 1;
@@ -104,15 +102,11 @@ void Printer::control(char c) {
     switch (c) {
         case CARRIAGE_RETURN:
             returnCarriage();
-            if (returnFeeds) {
-                feedLine(1);
-            }
+            if (returnFeeds) feedLine(1);
             break;
         case LINE_FEED_BYTE:
             feedLine(1);
-            if (feedReturns) {
-                returnCarriage();
-            }
+            if (feedReturns) returnCarriage();
             break;
         case FORM_FEED:
             endPage();
@@ -148,9 +142,7 @@ void Printer::drawText(std::string_view text) {
 
 void Printer::drawCharacter(char32_t character) {
     constexpr char32_t DELETE = 0x7f;
-    if (character < U' ' || character == DELETE) {
-        return;
-    }
+    if (character < U' ' || character == DELETE) return;
     if (captionCharacters_ >= MOST_CAPTION_CHARACTERS) {
         machine_.report().meetBound("text of a page", machine_.offset());
         return;
@@ -202,9 +194,7 @@ void Printer::fillRule(double how) {
     constexpr double HATCHED = 0.5;  // as dark as the patterns are, about
     const Point size = {std::max(settings_.rule.x, 0.0), std::max(settings_.rule.y, 0.0)};
     const double shade = how == SOLID ? 1 : how == SHADED ? std::clamp(settings_.pattern / 100, 0.0, 1.0) : HATCHED;
-    if (size.x == 0 || size.y == 0 || how == UNSEEN || shade == 0) {
-        return;
-    }
+    if (size.x == 0 || size.y == 0 || how == UNSEEN || shade == 0) return;
     Ring ring = {{0, 0}, {size.x, 0}, {size.x, -size.y}, {0, -size.y}};
     for (Point& point : ring) {
         point = settings_.page.toPaper(settings_.cursor + turned(point, settings_.direction));

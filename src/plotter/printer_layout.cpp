@@ -24,9 +24,7 @@ void Printer::setPaper(double code) {
     constexpr double CUSTOM = 101;
     const PaperSize* const paper = findPaper(code);
     const Point custom = settings_.customPaper;
-    if (paper == nullptr && !(code == CUSTOM && custom.x > 0 && custom.y > 0)) {
-        return;
-    }
+    if (paper == nullptr && !(code == CUSTOM && custom.x > 0 && custom.y > 0)) return;
     endPage();
     const bool landscape = settings_.page.isLandscape();
     if (paper != nullptr) {
@@ -40,9 +38,7 @@ void Printer::setPaper(double code) {
 }
 
 void Printer::setLandscape(bool landscape) {
-    if (landscape != settings_.page.isLandscape()) {
-        endPage();
-    }
+    if (landscape != settings_.page.isLandscape()) endPage();
     settings_.page.setLandscape(landscape);
     changePage();
 }
@@ -116,9 +112,7 @@ void Printer::setDefaultMargins() {
 
 void Printer::endPage() {
     closeRaster();
-    if (overlay_ >= 0 && depth_ == 0 && machine_.pageIsMarked()) {
-        runMacro(overlay_, true);
-    }
+    if (overlay_ >= 0 && depth_ == 0 && machine_.pageIsMarked()) runMacro(overlay_, true);
     machine_.endPage();
     captionCharacters_ = 0;
 }
@@ -194,9 +188,7 @@ void Printer::moveY(const EscapeField& field, double units, double origin) {
 
 void Printer::setDirection(double degrees) {
     const double turns = degrees / 90;
-    if (turns == std::trunc(turns) && turns >= 0 && turns < SIDES) {
-        settings_.direction = static_cast<int>(turns);
-    }
+    if (turns == std::trunc(turns) && turns >= 0 && turns < SIDES) settings_.direction = static_cast<int>(turns);
 }
 
 void Printer::pushCursor(bool push) {

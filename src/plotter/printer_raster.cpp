@@ -87,9 +87,7 @@ Affine Printer::rasterMap(Point origin, bool scaled) const {
 }
 
 void Printer::openRaster(bool fromCursor, bool scaled) {
-    if (raster_.isOpen()) {
-        return;
-    }
+    if (raster_.isOpen()) return;
     settings_.fromCursor = fromCursor;
     Point origin = settings_.cursor;
     if (!fromCursor) {
@@ -102,9 +100,7 @@ void Printer::openRaster(bool fromCursor, bool scaled) {
 
     RasterPlace place;
     place.toPaper = {map.xx, map.xy, zero.x + map.dx, -map.yx, -map.yy, zero.y - map.dy};
-    if (settings_.source.x > 0) {
-        place.columns = toCount(settings_.source.x);
-    }
+    if (settings_.source.x > 0) place.columns = toCount(settings_.source.x);
     // What would lie beyond the edges of a page is not on it.
     const bool isUpright = map.xx > 0 && map.yy > 0;
     if (isPrinterPage_ && isUpright) {
@@ -116,9 +112,7 @@ void Printer::openRaster(bool fromCursor, bool scaled) {
 }
 
 void Printer::closeRaster() {
-    if (!raster_.isOpen()) {
-        return;
-    }
+    if (!raster_.isOpen()) return;
     raster_.end();
     settings_.cursor = rasterToLogical_({0, static_cast<double>(raster_.rows())});
 }
@@ -182,9 +176,7 @@ void Printer::simpleColour(double planes) {
 void Printer::configureImage(std::string_view data) {
     constexpr std::size_t SHORT_FORM = 6;
     constexpr int CMY = 1, LAB = 3, LUMINANCE = 4;
-    if (data.size() < SHORT_FORM) {
-        return;
-    }
+    if (data.size() < SHORT_FORM) return;
     closeRaster();
     const auto number = [&](std::size_t index) { return static_cast<int>(static_cast<uint8_t>(data[index])); };
     const int space = number(0);
@@ -213,14 +205,10 @@ void Printer::assignColour(double index) {
     std::array<uint8_t, 3> levels{};
     for (std::size_t i = 0; i < levels.size(); ++i) {
         levels[i] = toLevel(settings_.primaries[i], settings_.largest[i]);
-        if (settings_.pixels.subtractive) {
-            levels[i] = static_cast<uint8_t>(255 - levels[i]);
-        }
+        if (settings_.pixels.subtractive) levels[i] = static_cast<uint8_t>(255 - levels[i]);
     }
     settings_.primaries = {};
-    if (index < 0 || at >= settings_.palette.size()) {
-        return;
-    }
+    if (index < 0 || at >= settings_.palette.size()) return;
     closeRaster();
     const Colour colour = {levels[0], levels[1], levels[2]};
     settings_.palette[at] = colour;

@@ -60,9 +60,7 @@ class DeltaReader {
     // The number itself, and more where it is as large as its field.
     std::size_t number(std::size_t value, std::size_t largest) {
         constexpr uint8_t GOES_ON = 255;
-        if (value < largest) {
-            return value;
-        }
+        if (value < largest) return value;
         for (uint8_t more = GOES_ON; more == GOES_ON && !atEnd();) {
             more = byte();
             value += more;
@@ -107,9 +105,7 @@ bool RowDecoder::decode(int method, std::string_view data) {
 }
 
 bool RowDecoder::decodeRuns(std::string_view data) {
-    if (data.size() % 2 != 0) {
-        return false;
-    }
+    if (data.size() % 2 != 0) return false;
     row_.clear();
     for (std::size_t at = 0; at < data.size(); at += 2) {
         append(std::size_t{toByte(data[at])} + 1, toByte(data[at + 1]));
@@ -172,18 +168,14 @@ void RowDecoder::append(std::size_t count, uint8_t byte) {
 }
 
 void RowDecoder::overwrite(std::size_t at, std::string_view bytes) {
-    if (at >= most_) {
-        return;
-    }
+    if (at >= most_) return;
     const std::size_t count = std::min(bytes.size(), most_ - at);
     row_.resize(std::max(row_.size(), at + count));
     std::ranges::transform(bytes.substr(0, count), row_.begin() + static_cast<std::ptrdiff_t>(at), toByte);
 }
 
 void RowDecoder::overwrite(std::size_t at, std::size_t count, uint8_t byte) {
-    if (at >= most_) {
-        return;
-    }
+    if (at >= most_) return;
     count = std::min(count, most_ - at);
     row_.resize(std::max(row_.size(), at + count));
     std::ranges::fill_n(row_.begin() + static_cast<std::ptrdiff_t>(at), static_cast<std::ptrdiff_t>(count), byte);
@@ -226,9 +218,7 @@ void Raster::begin(const RasterPlace& place, const PixelFormat& format, std::vec
     place_ = place;
     format_ = format;
     palette_ = std::move(palette);
-    if (place_.columns) {
-        place_.columns = std::min(*place_.columns, MOST_COLUMNS);
-    }
+    if (place_.columns) place_.columns = std::min(*place_.columns, MOST_COLUMNS);
     const std::size_t columns = place_.columns.value_or(MOST_COLUMNS);
     planes_.resize(format_.planes());
     for (RowDecoder& plane : planes_) {
@@ -255,30 +245,20 @@ bool Raster::spend(double steps, std::size_t offset) {
 }
 
 Raster::Decoded Raster::decodeInto(std::size_t plane, int method, std::string_view data, std::size_t offset) {
-    if (plane >= planes_.size() || !spend(static_cast<double>(data.size()), offset)) {
-        return Decoded::Nothing;
-    }
-    if (planes_[plane].decode(method, data)) {
-        return Decoded::Row;
-    }
-    if (method == 1) {
-        return Decoded::Nothing;
-    }
+    if (plane >= planes_.size() || !spend(static_cast<double>(data.size()), offset)) return Decoded::Nothing;
+    if (planes_[plane].decode(method, data)) return Decoded::Row;
+    if (method == 1) return Decoded::Nothing;
     report_.passOver("raster compression " + std::to_string(method), offset);
     return Decoded::Unknown;
 }
 
 void Raster::addPlane(int method, std::string_view data, std::size_t offset) {
-    if (open_) {
-        decodeInto(plane_++, method, data, offset);
-    }
+    if (open_) decodeInto(plane_++, method, data, offset);
 }
 
 void Raster::addRow(int method, std::string_view data, std::size_t offset) {
     constexpr int ADAPTIVE = 5;
-    if (!open_) {
-        return;
-    }
+    if (!open_) return;
     if (method == ADAPTIVE) {
         addBlock(data, offset);
         return;
@@ -322,13 +302,9 @@ void Raster::addBlock(std::string_view data, std::size_t offset) {
         } else {
             const std::string_view row = data.substr(0, length);
             data.remove_prefix(row.size());
-            if (command > 3) {
-                continue;
-            }
+            if (command > 3) continue;
             decodeInto(plane_++, command, row, offset);
-            if (plane_ >= planes_.size()) {
-                finishRow(offset);
-            }
+            if (plane_ >= planes_.size()) finishRow(offset);
         }
     }
 }
@@ -347,9 +323,7 @@ void Raster::finishRow(std::size_t offset) {
 
 void Raster::repeatRow(std::size_t times, std::size_t offset) {
     const std::size_t most = std::min(place_.rows.value_or(MOST_ROWS), MOST_ROWS);
-    if (rows_ + times > most && !(place_.rows && *place_.rows <= MOST_ROWS)) {
-        report_.meetBound("raster: rows", offset);
-    }
+    if (rows_ + times > most && !(place_.rows && *place_.rows <= MOST_ROWS)) report_.meetBound("raster: rows", offset);
     times = std::min(times, most - std::min(rows_, most));
     const std::size_t cells = runs_.empty() ? 0 : runs_.back().end / reduction_;
     const std::size_t rowsOfCells = times / reduction_ + 1;
@@ -357,15 +331,11 @@ void Raster::repeatRow(std::size_t times, std::size_t offset) {
     constexpr double ROW = 16;
     constexpr double CELL = 0.25;
     const double steps = ROW + CELL * static_cast<double>(cells) + static_cast<double>(runs_.size());
-    if (times > 0 && spend(static_cast<double>(rowsOfCells) * steps, offset)) {
-        layRow(times);
-    }
+    if (times > 0 && spend(static_cast<double>(rowsOfCells) * steps, offset)) layRow(times);
 }
 
 void Raster::skipRows(double count, std::size_t offset) {
-    if (!open_ || !(count > 0)) {
-        return;
-    }
+    if (!open_ || !(count > 0)) return;
     plane_ = 0;
     for (RowDecoder& plane : planes_) {
         plane.clear();
@@ -424,9 +394,7 @@ void Raster::findRunsOfPlanes() {
         for (std::size_t plane = 0; plane < planes_.size(); ++plane) {
             index |= static_cast<std::size_t>(planes_[plane].at(byte) >> bit & 1) << plane;
         }
-        if (!direct) {
-            return colourOfIndex(index);
-        }
+        if (!direct) return colourOfIndex(index);
         const uint32_t light = (index & 1 ? 0xff0000u : 0) | (index & 2 ? 0xff00u : 0) | (index & 4 ? 0xffu : 0);
         return format_.subtractive ? WHITE_PIXEL - light : light;
     };
@@ -461,9 +429,7 @@ uint32_t Raster::colourOfBits(std::size_t column) const {
         const std::size_t bit = column * 3 + i;
         primaries[i] = width > 3 ? row.at(bit) : (row.at(bit / BITS_OF_BYTE) >> (7 - bit % BITS_OF_BYTE) & 1) * 255u;
     }
-    if (format_.grey) {
-        primaries[1] = primaries[2] = primaries[0];
-    }
+    if (format_.grey) primaries[1] = primaries[2] = primaries[0];
     const uint32_t light = primaries[0] << 16 | primaries[1] << 8 | primaries[2];
     return format_.subtractive ? WHITE_PIXEL - light : light;
 }
@@ -484,9 +450,7 @@ void Raster::layRow(std::size_t times) {
         mix(together);
         mixedRows_ += together;
         times -= together;
-        if (mixedRows_ == reduction_) {
-            store();
-        }
+        if (mixedRows_ == reduction_) store();
     }
 }
 
@@ -500,9 +464,7 @@ void Raster::mix(std::size_t times) {
     std::size_t cell = 0;
     std::size_t cellEnd = reduction_;
     for (const Run& run : runs_) {
-        if (run.colour == WHITE_PIXEL) {
-            continue;
-        }
+        if (run.colour == WHITE_PIXEL) continue;
         const uint64_t dark[] = {255 - (run.colour >> 16), 255 - (run.colour >> 8 & 0xff), 255 - (run.colour & 0xff)};
         for (std::size_t first = run.first; first < run.end;) {
             if (first >= cellEnd) {  // a division a cell at most, not one a run
@@ -537,9 +499,7 @@ void Raster::store() {
     cells_.push_back(std::move(row));
     mixed_.clear();
     mixedRows_ = 0;
-    if (cells_.size() >= MOST_CELLS) {
-        coarsen();
-    }
+    if (cells_.size() >= MOST_CELLS) coarsen();
 }
 
 uint16_t Raster::indexOf(uint32_t colour) {
@@ -547,9 +507,7 @@ uint16_t Raster::indexOf(uint32_t colour) {
         colour = roundedColour(colour);  // of these there are no more than 4096
     }
     const auto [at, isNew] = indices_.try_emplace(colour, static_cast<uint16_t>(colours_.size()));
-    if (isNew) {
-        colours_.push_back(colour);
-    }
+    if (isNew) colours_.push_back(colour);
     return at->second;
 }
 
@@ -577,9 +535,7 @@ void Raster::coarsen() {
         fold(row, finer);
         row = {};
         mixedRows_ += finer;
-        if (mixedRows_ == reduction_) {
-            store();
-        }
+        if (mixedRows_ == reduction_) store();
     }
     mixed_.resize(std::max(mixed_.size(), (mixed.size() + 1) / 2));
     for (std::size_t cell = 0; cell < mixed.size(); ++cell) {
@@ -593,20 +549,14 @@ void Raster::coarsen() {
 // ---- rectangles ----
 
 void Raster::end() {
-    if (!open_) {
-        return;
-    }
+    if (!open_) return;
     open_ = false;
-    if (mixedRows_ > 0) {
-        store();
-    }
+    if (mixedRows_ > 0) store();
     const std::size_t most = std::max<std::size_t>(rectanglesLeft_ / 2, 1);
     std::vector<Rectangle> found;
     while (!findRectangles(most, found)) {
         coarsen();
-        if (mixedRows_ > 0) {
-            store();
-        }
+        if (mixedRows_ > 0) store();
     }
     rectanglesLeft_ -= std::min(rectanglesLeft_, found.size());
     drawRectangles(found);
@@ -632,9 +582,7 @@ bool Raster::findRectangles(std::size_t most, std::vector<Rectangle>& found) con
             }
             Rectangle run = {cells[first], first, end, row, row + 1};
             first = end;
-            if (run.colour == 0) {
-                continue;
-            }
+            if (run.colour == 0) continue;
             for (; old != above.end() && old->left < run.left; ++old) {
                 close(*old);
             }
@@ -646,9 +594,7 @@ bool Raster::findRectangles(std::size_t most, std::vector<Rectangle>& found) con
         }
         std::for_each(old, above.end(), close);
         std::swap(above, here);
-        if (found.size() + above.size() > most && cells_.size() > 1) {
-            return false;
-        }
+        if (found.size() + above.size() > most && cells_.size() > 1) return false;
     }
     return true;
 }

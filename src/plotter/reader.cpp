@@ -132,9 +132,7 @@ Reader::Reader(std::string_view bytes, Report& report) : bytes_(bytes), report_(
 // The first such byte from there on; the file's end where there is none.
 std::size_t Reader::find(char wanted, std::size_t from) {
     Sought& sought = sought_[static_cast<uint8_t>(wanted)];
-    if (from < sought.from || from > sought.at) {
-        sought = {from, std::min(bytes_.find(wanted, from), bytes_.size())};
-    }
+    if (from < sought.from || from > sought.at) sought = {from, std::min(bytes_.find(wanted, from), bytes_.size())};
     return sought.at;
 }
 
