@@ -1,4 +1,4 @@
-#include "plotter/character_instructions.h"
+#include "plotter/instructions.h"
 
 #include "plotter/units.h"
 

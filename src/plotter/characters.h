@@ -82,12 +82,4 @@ struct Characters {
     Budget userPoints = Budget(USER_POINTS);
 };
 
-// For who reads the file: the byte that ends a label, and whether it is one of a pair (LM).
-inline char labelTerminator(const Characters& characters) {
-    return characters.terminator.byte;
-}
-inline bool labelsAreWide(const Characters& characters) {
-    return characters.wide;
-}
-
 }  // namespace plotter

@@ -5,27 +5,19 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <vector>
 
-#include "plotter/areas.h"
 #include "plotter/budget.h"
+#include "plotter/hatching.h"
 #include "plotter/ink.h"
-#include "plotter/instruction.h"
 #include "plotter/plane.h"
-#include "plotter/taker.h"
 
 namespace plotter {
 
 class Machine;
 
-// Hatch lines in one area, and pieces of hatch lines in one drawing; beyond, the area is solid: so dense, it looks it.
-inline constexpr std::size_t MOST_HATCH_LINES = 20'000;
-inline constexpr std::size_t MOST_HATCH_PIECES = 2'000'000;
 // Steps in one drawing that the winding rule may take; a step as in areas.h.
 inline constexpr std::size_t MOST_WINDING_STEPS_IN_ALL = 8'000'000;
-// Pens of one raster pattern that are told apart; what others draw counts for the last of them.
-inline constexpr std::size_t MOST_RASTER_PENS = 16;
 
 // Parallel lines.
 struct Hatch {
@@ -54,7 +46,8 @@ enum class FillType : int32_t {
     Downloaded = 22,
 };
 
-struct Fills {
+// FT.
+struct FillChoice {
     FillType type = FillType::Solid;
     Hatch parallel, crossed;      // each type has its own
     double userAngle = 0;         // degrees
@@ -62,6 +55,10 @@ struct Fills {
     int32_t raster = 1;           // 1 to 8
     bool rasterInOnePen = false;  // the one that is selected
     int32_t predefined = 1;       // 1 to 6
+};
+
+struct Fills {
+    FillChoice choice;
 
     Point anchor;                                          // AC, plotter units
     double penThickness = 0;                               // PT, plotter units; 0: never given
@@ -74,41 +71,14 @@ struct Fills {
     Budget windingSteps{MOST_WINDING_STEPS_IN_ALL};
 };
 
-// ---- drawing ----
-
-using InkedLineTaker = Taker<std::span<const Point>, const Ink&>;
-using InkedAreaTaker = Taker<const Area&, const Ink&>;
-
-// What of an area (plotter units) comes on the paper, with the machine's fill type and pen: even-odd areas, or lines
-// that are hatched and dashed.
-void fillArea(Machine& machine, const Area& area, FillRule rule, const InkedAreaTaker& areaTaker,
-              const InkedLineTaker& lineTaker);
+// Draws what comes of an area (plotter units) on the paper, with the machine's fill type and pen: even-odd areas, or
+// lines that are hatched and dashed.
+void fillArea(Machine& machine, const Area& area, FillRule rule);
 
 // The ink of lines and edges: SV makes it lighter. Fills are left alone.
 Ink lineInk(const Fills& fills, Ink ink);
 
-// Where hatch lines lie.
-struct HatchLines {
-    Point anchor;              // one of them goes through it, plotter units
-    double angle = 0;          // degrees
-    std::vector<double> gaps;  // from each to the next, over and over
-};
-
-// Takes a piece of a hatch line, and the line's number: 0 goes through the anchor.
-using HatchTaker = Taker<std::span<const Point>, int64_t>;
-
-// Hands over the parts of hatch lines inside of an area. A line along the lower or left border is inside, one along the
-// upper or right one is not. seen: lines that pass it by are left out. False, and none is handed over, when there are
-// too many or they are no lines at all.
-bool hatchArea(const Area& area, FillRule rule, const HatchLines& lines, const std::optional<Box>& seen, Budget& pieces,
-               const HatchTaker& taker);
-
-// ---- instructions ----
-void fillType(Machine& machine, const Instruction& instruction);         // FT
-void anchorCorner(Machine& machine, const Instruction& instruction);     // AC
-void rasterFill(Machine& machine, const Instruction& instruction);       // RF
-void userFill(Machine& machine, const Instruction& instruction);         // UF
-void penThickness(Machine& machine, const Instruction& instruction);     // PT
-void screenedVectors(Machine& machine, const Instruction& instruction);  // SV
+// How dark a pattern of that number looks from afar, from 0 to 1; of the types Raster, Predefined and Downloaded.
+double patternShade(const Fills& fills, FillType type, int32_t number);
 
 }  // namespace plotter

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 
 #include "plotter/ascii.h"
 
@@ -33,13 +32,6 @@ JobLanguage languageNamed(std::string_view name) {
     return isPlotter ? JobLanguage::Plotter : JobLanguage::Printer;
 }
 
-double toDots(std::string_view digits) {
-    constexpr int MOST_DOTS_PER_INCH = 9600;
-    int dots = 0;
-    std::from_chars(digits.data(), digits.data() + digits.size(), dots);
-    return std::clamp(dots, 0, MOST_DOTS_PER_INCH);
-}
-
 void readSetting(std::string_view line, Job& job) {
     const std::string_view name = takeWord(line);
     const std::string_view value = takeWord(line);
@@ -47,8 +39,6 @@ void readSetting(std::string_view line, Job& job) {
         job.paper = value;
     } else if (sameWord(name, "ORIENTATION")) {
         job.landscape = sameWord(value, "LANDSCAPE");
-    } else if (sameWord(name, "RESOLUTION")) {
-        job.resolution = toDots(value);
     }
 }
 

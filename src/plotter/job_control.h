@@ -13,7 +13,6 @@ struct Job {
     JobLanguage language = JobLanguage::Unsaid;  // of the data that follow the lines
     std::string_view paper;                      // its name, as the file writes it; empty: unsaid
     std::optional<bool> landscape;
-    double resolution = 0;  // dots per inch; 0: unsaid
 };
 
 // Whether a line of the job language begins there, white space in front of it aside.

@@ -1,6 +1,6 @@
 #include <string>
 
-#include "plotter/character_instructions.h"
+#include "plotter/instructions.h"
 #include "plotter/lettering.h"
 
 namespace plotter {
@@ -40,14 +40,14 @@ void label(Machine& machine, const Instruction& instruction) {
 }
 
 void bufferLabel(Machine& machine, const Instruction& instruction) {
-    if (instruction.text.size() > LONGEST_BUFFER) machine.report().meetBound("BL characters", machine.offset());
+    if (instruction.text.size() > LONGEST_BUFFER) machine.report().meetBound("BL characters");
     machine.state.characters.buffer = instruction.text.substr(0, LONGEST_BUFFER);
 }
 
 void printBuffer(Machine& machine, const Instruction& /*instruction*/) {
     Characters& characters = machine.state.characters;
     if (!characters.replayed.spend(static_cast<double>(characters.buffer.size()))) {
-        machine.report().meetBound("PB characters", machine.offset());
+        machine.report().meetBound("PB characters");
         return;
     }
     // SO and SI in it change the state that it is part of.
@@ -92,13 +92,6 @@ void labelMode(Machine& machine, const Instruction& instruction) {
 void symbolMode(Machine& machine, const Instruction& instruction) {
     const bool printed = !instruction.text.empty() && static_cast<uint8_t>(instruction.text[0]) > ' ';
     machine.state.characters.symbol = printed ? instruction.text[0] : '\0';
-}
-
-void drawSymbol(Machine& machine, Point units) {
-    const Characters& characters = machine.state.characters;
-    if (characters.symbol == 0 || machine.state.polygon.open) return;
-    MachineLabelOutput output(machine);
-    laySymbol(currentLettering(machine), characters.alternateSelected, characters.symbol, units, output);
 }
 
 }  // namespace plotter

@@ -138,13 +138,20 @@ void MachineLabelOutput::unknown(char32_t character, bool isCode) {
     std::array<char, 40> text{};
     std::snprintf(text.data(), text.size(), isCode ? "LB character 0x%02x" : "LB character U+%04X",
                   static_cast<unsigned>(character));
-    machine_.report().passOver(text.data(), machine_.offset());
+    machine_.report().passOver(text.data());
 }
 
 bool MachineLabelOutput::mayDraw(std::size_t points) {
     if (machine_.state.characters.userPoints.spend(static_cast<double>(points))) return true;
-    machine_.report().meetBound("points of downloaded characters", machine_.offset());
+    machine_.report().meetBound("points of downloaded characters");
     return false;
+}
+
+void drawSymbol(Machine& machine, Point units) {
+    const Characters& characters = machine.state.characters;
+    if (characters.symbol == 0 || machine.state.polygon.open) return;
+    MachineLabelOutput output(machine);
+    laySymbol(currentLettering(machine), characters.alternateSelected, characters.symbol, units, output);
 }
 
 Point reachable(Point place, Point old) {

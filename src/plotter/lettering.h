@@ -25,6 +25,9 @@ class MachineLabelOutput : public LabelOutput {
     Machine& machine_;
 };
 
+// The symbol of SM, about a point in plotter units; the pen is not moved. Nothing while there is none.
+void drawSymbol(Machine& machine, Point units);
+
 // The nearest place that a plotter has coordinates for; not a number is the old place.
 Point reachable(Point place, Point old);
 

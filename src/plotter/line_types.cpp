@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <numeric>
 
-#include "plotter/machine.h"
+#include "plotter/instructions.h"
 #include "plotter/units.h"
 
 namespace plotter {

@@ -12,7 +12,6 @@
 #include <span>
 
 #include "plotter/budget.h"
-#include "plotter/instruction.h"
 #include "plotter/plane.h"
 #include "plotter/taker.h"
 
@@ -79,10 +78,5 @@ bool dashLine(LineTypes& types, double patternLength, std::span<const Point> poi
 // The same for a line by itself that begins at a share of the pattern, from 0 to 1; the residue is left alone.
 bool dashLineFrom(LineTypes& types, double share, double patternLength, std::span<const Point> points,
                   const LineTaker& taker);
-
-// ---- instructions ----
-void lineAttributes(Machine& machine, const Instruction& instruction);  // LA
-void lineType(Machine& machine, const Instruction& instruction);        // LT
-void userLineType(Machine& machine, const Instruction& instruction);    // UL
 
 }  // namespace plotter

@@ -52,14 +52,14 @@ bool Machine::takePoints(std::size_t count) {
         return true;
     }
     pointsLeft_ = 0;
-    report_.meetBound("points on the paper", offset_);
+    report_.meetBound("points on the paper");
     return false;
 }
 
 bool Machine::takeVertices(std::size_t count) {
     state.polygon.vertices += count;
     if (state.polygon.vertices <= vertices_) return true;
-    report_.meetBound("points of a polygon", offset_);
+    report_.meetBound("points of a polygon");
     return false;
 }
 
@@ -156,12 +156,12 @@ void Machine::drawLine(std::span<const Point> points) {
     const Ink with = lineInk(state.fills, ink());
     LineTypes& types = state.lineTypes;
     if (types.choice.type == LineTypes::SOLID) {
-        emit(points, with);
+        drawInWindow(points, with);
         return;
     }
     const bool dashed =
-        dashLine(types, patternLength(*this), points, [&](std::span<const Point> dash) { emit(dash, with); });
-    if (!dashed) report_.meetBound("dashes", offset_);
+        dashLine(types, patternLength(*this), points, [&](std::span<const Point> dash) { drawInWindow(dash, with); });
+    if (!dashed) report_.meetBound("dashes");
 }
 
 void Machine::drawOutline(std::span<const Point> points) {
@@ -174,15 +174,13 @@ void Machine::drawOutline(std::span<const Point> points) {
 void Machine::drawSolid(std::span<const Point> points) {
     if (points.empty()) return;
     state.marked = true;
-    if (penDraws() && pointsLeft_ != 0) emit(points, lineInk(state.fills, ink()));
+    if (penDraws() && pointsLeft_ != 0) drawInWindow(points, lineInk(state.fills, ink()));
 }
 
 void Machine::drawArea(const Area& area, FillRule rule) {
     state.marked = true;
     if (!penDraws() || pointsLeft_ == 0) return;
-    fillArea(
-        *this, area, rule, [this](const Area& piece, const Ink& ink) { emit(piece, ink); },
-        [this](std::span<const Point> line, const Ink& ink) { emit(line, ink); });
+    fillArea(*this, area, rule);
 }
 
 void Machine::lowerPen() {
@@ -200,18 +198,18 @@ bool Machine::isSeen(const Ink& ink) const {
     return state.pens.whiteCovers || !(ink.colour == WHITE) || !traits_.hpgl2 || !(coloursChosen_ || ink.pen == 0);
 }
 
-void Machine::emit(std::span<const Point> points, const Ink& ink) {
+void Machine::drawInWindow(std::span<const Point> points, const Ink& ink) {
     if (!isSeen(ink) || !takePoints(points.size())) return;
     const std::optional<Box> clip = state.coordinates.clip();
     if (!clip) {
-        emitOnPaper(points, ink);
+        putMapped(points, ink);
         return;
     }
-    clipLine(points, *clip, [&](std::span<const Point> piece) { emitOnPaper(piece, ink); });
+    clipLine(points, *clip, [&](std::span<const Point> piece) { putMapped(piece, ink); });
 }
 
 // A point that is too far away for any paper interrupts the line.
-void Machine::emitOnPaper(std::span<const Point> points, const Ink& ink) {
+void Machine::putMapped(std::span<const Point> points, const Ink& ink) {
     const Affine map = state.coordinates.toPaper();
     onPaper_.clear();
     for (const Point point : points) {
@@ -226,7 +224,7 @@ void Machine::emitOnPaper(std::span<const Point> points, const Ink& ink) {
     if (!onPaper_.empty()) put(onPaper_, ink);
 }
 
-void Machine::emit(const Area& area, const Ink& ink) {
+void Machine::drawInWindow(const Area& area, const Ink& ink) {
     if (!isSeen(ink) || !takePoints(costOf(area))) return;
     const Affine map = state.coordinates.toPaper();
     const std::optional<Box> clip = state.coordinates.clip();

@@ -98,6 +98,9 @@ class Machine {
     void drawSolid(std::span<const Point> points);
     // With the current fill type.
     void drawArea(const Area& area, FillRule rule);
+    // The same in these inks, for who knows what is drawn with the current pen: solid, and clipped by the window.
+    void drawInWindow(std::span<const Point> points, const Ink& ink);
+    void drawInWindow(const Area& area, const Ink& ink);
     // The pen comes down, if it was up: lifting it without having drawn leaves a dot.
     void lowerPen();
     void liftPen();
@@ -124,8 +127,6 @@ class Machine {
 
     const Traits& traits() const { return traits_; }
     Report& report() { return report_; }
-    std::size_t offset() const { return offset_; }  // of the instruction under way
-    void setOffset(std::size_t offset) { offset_ = offset; }
 
     // What the survey asks afterwards.
     Traits found() const;
@@ -142,9 +143,7 @@ class Machine {
     // Whether the selected pen leaves ink.
     bool penDraws();
     bool isSeen(const Ink& ink) const;
-    void emit(std::span<const Point> points, const Ink& ink);
-    void emit(const Area& area, const Ink& ink);
-    void emitOnPaper(std::span<const Point> points, const Ink& ink);
+    void putMapped(std::span<const Point> points, const Ink& ink);
     void put(std::span<const Point> points, const Ink& ink);
     void put(const Area& area, const Ink& ink);
 
@@ -154,7 +153,6 @@ class Machine {
     bool sizeAsked_ = false;
     Sheet& sheet_;
     Report& report_;
-    std::size_t offset_ = 0;
     bool pageMarked_ = false;
     std::size_t pagesEnded_ = 0;
     std::size_t points_;  // that may come on the paper in all

@@ -3,10 +3,7 @@
 #include <array>
 
 #include "plotter/ascii.h"
-#include "plotter/character_instructions.h"
-#include "plotter/fills.h"
 #include "plotter/instructions.h"
-#include "plotter/line_types.h"
 
 namespace plotter {
 

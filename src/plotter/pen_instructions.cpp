@@ -1,7 +1,7 @@
+#include <bit>
+
 #include "plotter/instructions.h"
 #include "plotter/units.h"
-
-#include <bit>
 
 namespace plotter {
 

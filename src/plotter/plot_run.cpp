@@ -1,7 +1,5 @@
 #include "plotter/plot_run.h"
 
-#include "plotter/character_instructions.h"
-
 namespace plotter {
 
 namespace {
@@ -54,24 +52,24 @@ void PlotRun::step(Reader& reader, std::string_view bytes) {
         }
         if (reader.isOver()) return;
     }
-    machine_.setOffset(reader.at());
+    report_.setOffset(reader.at());
     reader.goTo(printer_.step(bytes, reader.at()));
 }
 
 LabelEnd PlotRun::labelEnd() const {
     const Characters& characters = machine_.state.characters;
-    return {labelTerminator(characters), labelsAreWide(characters)};
+    return {characters.terminator.byte, characters.wide};
 }
 
 void PlotRun::carryOut(const ManifestRow& row, const Instruction& instruction) {
-    machine_.setOffset(instruction.offset);
+    report_.setOffset(instruction.offset);
     if (row.hpgl2) machine_.noteHpgl2();
     if (machine_.state.polygon.open && !row.inPolygon) return;
     if (machine_.state.lost && !row.whileLost) return;
     if (row.procedure != nullptr) {
         row.procedure(machine_, instruction);
     } else if (row.draws) {
-        report_.passOver(row.name, instruction.offset);
+        report_.passOver(row.name);
     }
 }
 

@@ -251,7 +251,7 @@ std::size_t Printer::stepInPlotter(std::string_view bytes, std::size_t offset) {
     if (reader.kind() == EscapeReader::Kind::DeviceControl) switchDevice(reader.family());
     EscapeField field;
     while (reader.next(field)) {
-        if (reader.is('*', 'b') && !field.data.empty()) machine_.report().passOver("ESC*b#W inside of a plot", offset);
+        if (reader.is('*', 'b') && !field.data.empty()) machine_.report().passOver("ESC*b#W inside of a plot");
     }
     return std::max(reader.end(), offset + 1);
 }
@@ -405,8 +405,7 @@ void Printer::runMacro(int id, bool givesBack) {
     if (at == macros_.end()) return;
     const std::string_view macro = at->second;
     if (depth_ >= MOST_MACRO_DEPTH || macro.size() > macroBytesLeft_) {
-        machine_.report().meetBound(depth_ >= MOST_MACRO_DEPTH ? "macros in macros" : "bytes of macros",
-                                    machine_.offset());
+        machine_.report().meetBound(depth_ >= MOST_MACRO_DEPTH ? "macros in macros" : "bytes of macros");
         return;
     }
     macroBytesLeft_ -= macro.size();
@@ -422,7 +421,7 @@ void Printer::runBytes(std::string_view macro) {
     if (runner_) runner_(macro);
     for (std::size_t at = 0; !runner_ && at < macro.size();) {
         if (language_ == Language::Plotter) {
-            machine_.report().passOver("plot in a macro", machine_.offset());
+            machine_.report().passOver("plot in a macro");
             at = std::min(macro.find("\x1b%", at), macro.size());
         }
         if (at < macro.size()) at = step(macro, at);

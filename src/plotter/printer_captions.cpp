@@ -144,7 +144,7 @@ void Printer::drawCharacter(char32_t character) {
     constexpr char32_t DELETE = 0x7f;
     if (character < U' ' || character == DELETE) return;
     if (captionCharacters_ >= MOST_CAPTION_CHARACTERS) {
-        machine_.report().meetBound("text of a page", machine_.offset());
+        machine_.report().meetBound("text of a page");
         return;
     }
     const CaptionFont& font = settings_.fonts[settings_.font];
@@ -154,7 +154,7 @@ void Printer::drawCharacter(char32_t character) {
     if (!strokes.isKnown) {
         std::array<char, 32> name{};
         std::snprintf(name.data(), name.size(), "text character U+%04X", static_cast<unsigned>(character));
-        machine_.report().passOver(name.data(), machine_.offset());
+        machine_.report().passOver(name.data());
     }
     if (settings_.underlines) {
         const double below = -UNDERLINE * font.height * UNITS_PER_INCH / 72;

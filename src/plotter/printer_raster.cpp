@@ -125,20 +125,20 @@ void Printer::resetRaster() {
 
 void Printer::addRasterRow(const EscapeField& field) {
     if (isEngraver_) {
-        machine_.report().passOver("engraving (ESC*b#W)", machine_.offset());
+        machine_.report().passOver("engraving (ESC*b#W)");
         return;
     }
     openRaster(settings_.fromCursor, false);
     if (field.letter == 'V') {
-        raster_.addPlane(settings_.compression, field.data, machine_.offset());
+        raster_.addPlane(settings_.compression, field.data);
     } else {
-        raster_.addRow(settings_.compression, field.data, machine_.offset());
+        raster_.addRow(settings_.compression, field.data);
     }
 }
 
 void Printer::skipRasterRows(double count) {
     if (raster_.isOpen()) {
-        raster_.skipRows(count, machine_.offset());
+        raster_.skipRows(count);
         return;
     }
     const Affine map = rasterMap(settings_.cursor, false);

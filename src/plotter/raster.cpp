@@ -235,52 +235,52 @@ void Raster::begin(const RasterPlace& place, const PixelFormat& format, std::vec
     indices_.emplace(WHITE_PIXEL, uint16_t{0});
 }
 
-bool Raster::spend(double steps, std::size_t offset) {
+bool Raster::spend(double steps) {
     if (stepsLeft_ < steps) {
-        report_.meetBound("raster: steps of decoding", offset);
+        report_.meetBound("raster: steps of decoding");
         return false;
     }
     stepsLeft_ -= steps;
     return true;
 }
 
-Raster::Decoded Raster::decodeInto(std::size_t plane, int method, std::string_view data, std::size_t offset) {
-    if (plane >= planes_.size() || !spend(static_cast<double>(data.size()), offset)) return Decoded::Nothing;
+Raster::Decoded Raster::decodeInto(std::size_t plane, int method, std::string_view data) {
+    if (plane >= planes_.size() || !spend(static_cast<double>(data.size()))) return Decoded::Nothing;
     if (planes_[plane].decode(method, data)) return Decoded::Row;
     if (method == 1) return Decoded::Nothing;
-    report_.passOver("raster compression " + std::to_string(method), offset);
+    report_.passOver("raster compression " + std::to_string(method));
     return Decoded::Unknown;
 }
 
-void Raster::addPlane(int method, std::string_view data, std::size_t offset) {
-    if (open_) decodeInto(plane_++, method, data, offset);
+void Raster::addPlane(int method, std::string_view data) {
+    if (open_) decodeInto(plane_++, method, data);
 }
 
-void Raster::addRow(int method, std::string_view data, std::size_t offset) {
+void Raster::addRow(int method, std::string_view data) {
     constexpr int ADAPTIVE = 5;
     if (!open_) return;
     if (method == ADAPTIVE) {
-        addBlock(data, offset);
+        addBlock(data);
         return;
     }
     const bool isDelta = method == 3 || method == 9;
     if (isDelta && data.empty() && planes_.size() == 1) {
-        repeatRow(1, offset);
+        repeatRow(1);
         return;
     }
     if (plane_ >= planes_.size()) {
-        finishRow(offset);  // one plane more than there are colours for
+        finishRow();  // one plane more than there are colours for
         return;
     }
-    switch (decodeInto(plane_++, method, data, offset)) {
+    switch (decodeInto(plane_++, method, data)) {
         case Decoded::Row:
             for (; plane_ < planes_.size(); ++plane_) {
                 planes_[plane_].clear();
             }
-            finishRow(offset);
+            finishRow();
             break;
         case Decoded::Unknown:
-            skipRows(1, offset);  // the rows below stay where they belong
+            skipRows(1);  // the rows below stay where they belong
             break;
         case Decoded::Nothing:
             plane_ = 0;
@@ -289,41 +289,41 @@ void Raster::addRow(int method, std::string_view data, std::size_t offset) {
 }
 
 // Rows with a method each, or how many are empty or as the one before; in a file with planes each is one plane.
-void Raster::addBlock(std::string_view data, std::size_t offset) {
+void Raster::addBlock(std::string_view data) {
     constexpr std::size_t HEAD = 3;
     while (data.size() >= HEAD) {
         const int command = toByte(data[0]);
         const std::size_t length = static_cast<std::size_t>(toByte(data[1]) << 8 | toByte(data[2]));
         data.remove_prefix(HEAD);
         if (command == 4) {
-            skipRows(static_cast<double>(length), offset);
+            skipRows(static_cast<double>(length));
         } else if (command == 5) {
-            repeatRow(length, offset);
+            repeatRow(length);
         } else {
             const std::string_view row = data.substr(0, length);
             data.remove_prefix(row.size());
             if (command > 3) continue;
-            decodeInto(plane_++, command, row, offset);
-            if (plane_ >= planes_.size()) finishRow(offset);
+            decodeInto(plane_++, command, row);
+            if (plane_ >= planes_.size()) finishRow();
         }
     }
 }
 
-void Raster::finishRow(std::size_t offset) {
+void Raster::finishRow() {
     plane_ = 0;
     double bytes = 1;
     for (const RowDecoder& plane : planes_) {
         bytes += static_cast<double>(plane.row().size());
     }
-    if (spend(bytes, offset)) {
+    if (spend(bytes)) {
         findRuns();
-        repeatRow(1, offset);
+        repeatRow(1);
     }
 }
 
-void Raster::repeatRow(std::size_t times, std::size_t offset) {
+void Raster::repeatRow(std::size_t times) {
     const std::size_t most = std::min(place_.rows.value_or(MOST_ROWS), MOST_ROWS);
-    if (rows_ + times > most && !(place_.rows && *place_.rows <= MOST_ROWS)) report_.meetBound("raster: rows", offset);
+    if (rows_ + times > most && !(place_.rows && *place_.rows <= MOST_ROWS)) report_.meetBound("raster: rows");
     times = std::min(times, most - std::min(rows_, most));
     const std::size_t cells = runs_.empty() ? 0 : runs_.back().end / reduction_;
     const std::size_t rowsOfCells = times / reduction_ + 1;
@@ -331,17 +331,17 @@ void Raster::repeatRow(std::size_t times, std::size_t offset) {
     constexpr double ROW = 16;
     constexpr double CELL = 0.25;
     const double steps = ROW + CELL * static_cast<double>(cells) + static_cast<double>(runs_.size());
-    if (times > 0 && spend(static_cast<double>(rowsOfCells) * steps, offset)) layRow(times);
+    if (times > 0 && spend(static_cast<double>(rowsOfCells) * steps)) layRow(times);
 }
 
-void Raster::skipRows(double count, std::size_t offset) {
+void Raster::skipRows(double count) {
     if (!open_ || !(count > 0)) return;
     plane_ = 0;
     for (RowDecoder& plane : planes_) {
         plane.clear();
     }
     runs_.clear();
-    repeatRow(static_cast<std::size_t>(std::min(count, static_cast<double>(MOST_ROWS))), offset);
+    repeatRow(static_cast<std::size_t>(std::min(count, static_cast<double>(MOST_ROWS))));
 }
 
 void Raster::setLeft(double columns) {

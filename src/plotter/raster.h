@@ -94,11 +94,11 @@ class Raster {
     // Ends the one before. The palette is of 2 to the number of index bits; a missing entry is black.
     void begin(const RasterPlace& place, const PixelFormat& format, std::vector<Colour> palette);
     // A plane that is not the row's last.
-    void addPlane(int method, std::string_view data, std::size_t offset);
+    void addPlane(int method, std::string_view data);
     // The row's last plane, or the whole row; of method 5 a block of rows.
-    void addRow(int method, std::string_view data, std::size_t offset);
+    void addRow(int method, std::string_view data);
     // Rows that stay white; those after them begin from zeros.
-    void skipRows(double count, std::size_t offset);
+    void skipRows(double count);
     // Columns that the next rows begin further right.
     void setLeft(double columns);
     // Draws it; nothing when none is open.
@@ -114,12 +114,12 @@ class Raster {
         uint32_t left, right, top, bottom;  // cells; right and bottom are beyond
     };
 
-    bool spend(double steps, std::size_t offset);
+    bool spend(double steps);
     enum class Decoded { Row, Nothing, Unknown };
-    Decoded decodeInto(std::size_t plane, int method, std::string_view data, std::size_t offset);
-    void addBlock(std::string_view data, std::size_t offset);
-    void finishRow(std::size_t offset);
-    void repeatRow(std::size_t times, std::size_t offset);
+    Decoded decodeInto(std::size_t plane, int method, std::string_view data);
+    void addBlock(std::string_view data);
+    void finishRow();
+    void repeatRow(std::size_t times);
     void layRow(std::size_t times);
 
     void findRuns();

@@ -20,10 +20,14 @@ class Report {
         std::size_t offset;  // of the first, bytes from the file's start
     };
 
+    // Where what is met from now on is met: at the instruction under way; bytes from the file's start.
+    void setOffset(std::size_t offset) { offset_ = offset; }
     // Something that draws on paper and was passed over, for instance "FI", "ESC*b35W", "LB character 0x8f".
+    void passOver(std::string_view what) { passOver(what, offset_); }
+    // The same of what has not become an instruction, at a place of its own.
     void passOver(std::string_view what, std::size_t offset) { note(passedOver_, what, offset); }
     // A bound of docs/limits.md was met: what it bounds.
-    void meetBound(std::string_view what, std::size_t offset) { note(bounds_, what, offset); }
+    void meetBound(std::string_view what) { note(bounds_, what, offset_); }
     void endIn(Ending ending) { ending_ = ending; }
     // The file selects no pen, and pen 1 drew what would have been lost.
     void drawWithPenOne() { penOneDrew_ = true; }
@@ -42,6 +46,7 @@ class Report {
 
     Table passedOver_;
     Table bounds_;
+    std::size_t offset_ = 0;
     Ending ending_ = Ending::Whole;
     bool penOneDrew_ = false;
 };

@@ -65,8 +65,9 @@ Survey survey(std::string_view file, const Watch& watch) {
         RunResult ran = plot.result();
         findings->coloursChosen = ran.coloursChosen;
         result.report = report;
+        result.report.setOffset(0);
         if (traits.penZeroDraws) result.report.drawWithPenOne();
-        if (sheet.hadTooManyPages()) result.report.meetBound("pages", 0);
+        if (sheet.hadTooManyPages()) result.report.meetBound("pages");
         std::vector<SurveySheet::Page> pages = sheet.takePages();
         dropTrailingPage(pages);
         ran.found.large = ran.found.large || (ran.sizeAsked && isLarge(pages));
@@ -81,7 +82,7 @@ Survey survey(std::string_view file, const Watch& watch) {
         traits = ran.found;
     }
     result.whole = true;
-    if (!findings->prepared.remark.empty()) result.report.meetBound(findings->prepared.remark, 0);
+    if (!findings->prepared.remark.empty()) result.report.meetBound(findings->prepared.remark);
     result.findings = std::move(findings);
     return result;
 }

@@ -1,6 +1,7 @@
 #include "plotter/vectors.h"
-#include "plotter/character_instructions.h"
+
 #include "plotter/instructions.h"
+#include "plotter/lettering.h"
 #include "plotter/polyline_decoder.h"
 #include "plotter/units.h"
 

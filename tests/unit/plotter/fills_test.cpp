@@ -2,6 +2,7 @@
 #include "plotter/fills.h"
 
 #include "plotted.h"
+#include "plotter/instructions.h"
 #include "plotter/line_types.h"
 #include "rows.h"
 
@@ -363,7 +364,7 @@ TEST(HatchBound, IsNotLiftedByIn) {
     plot.machine.drawArea(rectangle({0, 0}, {10, 30}), FillRule::EvenOdd);
     plot.machine.initialise();
     EXPECT_EQ(plot.machine.state.fills.hatchPieces.left(), before - 30);
-    EXPECT_EQ(plot.machine.state.fills.type, FillType::Solid);
+    EXPECT_EQ(plot.machine.state.fills.choice.type, FillType::Solid);
 }
 
 }  // namespace

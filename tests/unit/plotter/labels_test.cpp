@@ -9,7 +9,7 @@
 
 #include "plane_text.h"
 #include "plotted.h"
-#include "plotter/character_instructions.h"
+#include "plotter/instructions.h"
 #include "plotter/lettering.h"
 #include "plotter/plot_run.h"
 

@@ -1,6 +1,8 @@
 // LT and UL, and lines cut into dashes.
 #include "plotter/line_types.h"
 
+#include "plotter/instructions.h"
+
 #include "plotted.h"
 #include "rows.h"
 
