@@ -2,9 +2,14 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 #include <string_view>
 
 namespace plotter {
+
+inline uint8_t toByte(char c) {
+    return static_cast<uint8_t>(c);
+}
 
 inline bool isDigit(char c) {
     return c >= '0' && c <= '9';

@@ -7,6 +7,7 @@
 #include <bit>
 #include <cstdint>
 
+#include "plotter/ascii.h"
 #include "plotter/escapes.h"
 
 namespace plotter {
@@ -14,10 +15,6 @@ namespace plotter {
 namespace {
 
 constexpr char LABEL_END = '\x03';
-
-uint8_t toByte(char c) {
-    return static_cast<uint8_t>(c);
-}
 
 // ---- compression ----
 
