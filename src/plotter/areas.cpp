@@ -1,7 +1,6 @@
 #include "plotter/areas.h"
 
 #include <cstdint>
-#include <numeric>
 #include <optional>
 #include <utility>
 
@@ -16,19 +15,6 @@ constexpr double SAME = 1e-9;
 
 bool isFinite(Point p) {
     return std::isfinite(p.x) && std::isfinite(p.y);
-}
-
-Box boxOf(const Area& area) {
-    Box box;
-    for (const Ring& ring : area) {
-        std::ranges::for_each(ring, [&box](Point p) { box.add(p); });
-    }
-    return box;
-}
-
-std::size_t pointsOf(const Area& area) {
-    return std::accumulate(area.begin(), area.end(), std::size_t{0},
-                           [](std::size_t sum, const Ring& ring) { return sum + ring.size(); });
 }
 
 // ---- the winding rule ----

@@ -23,7 +23,10 @@ struct Flattened {
 // for ring; otherwise rings that do not overlap.
 Flattened flattenWinding(const Area& area, std::size_t mostSteps = MOST_WINDING_STEPS);
 
-// What the viewer can fill.
+// What the viewer takes, less a little: 2000 points in a sub-polygon with the closing one, and 256 of them.
+inline constexpr std::size_t MOST_RING_POINTS = 1990;
+inline constexpr std::size_t MOST_RINGS = 250;
+
 struct AreaLimits {
     std::size_t points = 0;  // of one ring
     std::size_t rings = 0;   // of one area

@@ -6,18 +6,13 @@
 
 #include "plotter/character_sets.h"
 #include "plotter/glyphs.h"
+#include "plotter/labels.h"
 #include "plotter/typeface_widths.h"
 #include "plotter/units.h"
 
 namespace plotter {
 
 namespace {
-
-constexpr double CAPITAL_HEIGHT = 21;  // of the glyphs
-constexpr double CAPITAL_WIDTH = 14;
-constexpr double CAPITAL_TO_EM = 0.7;  // of a printer's typefaces
-constexpr double CELL_TO_WIDTH = 1.5;
-constexpr double SLANT = 0.2;
 
 // Those of a printer's own that are made for a pitch are as high as the pitch makes them.
 double pointsOf(const CaptionFont& font) {
@@ -28,41 +23,23 @@ double pointsOf(const CaptionFont& font) {
     return byPitch ? PITCH_TIMES_POINTS / font.pitch : font.height;
 }
 
-TextFace faceOf(const CaptionFont& font) {
-    constexpr int WITHOUT_MAKER = 0xfff;
-    constexpr int SERIFS[] = {5, 8, 15, 23, 44, 47, 101, 127, 517};
-    const bool hasSerifs = std::ranges::find(SERIFS, font.typeface & WITHOUT_MAKER) != std::end(SERIFS);
-    return hasSerifs ? TextFace::Serif : TextFace::Sans;
-}
-
-struct Extent {
-    double low = 0, high = 0;
-};
-
-Extent widthOf(const Glyph& glyph) {
-    Box box;
-    for (const Line& stroke : glyph.strokes) {
-        std::ranges::for_each(stroke, [&](Point p) { box.add(p); });
-    }
-    return box.empty() ? Extent{} : Extent{box.low.x, box.high.x};
-}
-
 // How a glyph is set: its scale across, where its x of 0 comes to lie, and the way to the next.
 struct Fit {
     double wide, left, advance;
 };
 
 Fit fitWidth(char32_t character, const Glyph& glyph, const CaptionFont& font) {
-    const double advance = textWidth(faceOf(font), character, glyph) / 1000 * font.height * UNITS_PER_POINT;
+    const double advance = textWidth(textFace(font.typeface), character, glyph) / 1000 * font.height * UNITS_PER_POINT;
     const double wide = advance / std::max(glyph.right - glyph.left, 1.0);
     return {wide, -glyph.left * wide, advance};
 }
 
 Fit fitCell(const Glyph& glyph, double cell) {
-    const Extent body = widthOf(glyph);
-    const double room = cell / CELL_TO_WIDTH;
-    const double wide = room / std::max(CAPITAL_WIDTH, body.high - body.low);
-    return {wide, (room - (body.low + body.high) * wide) / 2, cell};
+    Box body = boxOf(glyph.strokes);
+    if (body.empty()) body = {{0, 0}, {0, 0}};
+    const double room = cell / ADVANCE;
+    const double wide = room / std::max(GLYPH_BODY, body.high.x - body.low.x);
+    return {wide, (room - (body.low.x + body.high.x) * wide) / 2, cell};
 }
 
 }  // namespace
@@ -82,10 +59,10 @@ CaptionStrokes strokesOf(char32_t character, const CaptionFont& font, double cel
     const Glyph* known = findGlyph(character == U'\xa0' ? U' ' : character);
     strokes.isKnown = known != nullptr;
     const Glyph& glyph = known != nullptr ? *known : unknownGlyph();
-    const double tall = pointsOf(font) * UNITS_PER_POINT * CAPITAL_TO_EM / CAPITAL_HEIGHT;
+    const double tall = pointsOf(font) * UNITS_PER_POINT * TEXT_CAPITAL / GLYPH_CAPITAL;
     const auto [wide, left, advance] = font.proportional ? fitWidth(character, glyph, font) : fitCell(glyph, cell);
     strokes.advance = advance;
-    const double slant = font.italic ? SLANT : 0;
+    const double slant = font.italic ? ITALIC_SLANT : 0;
     for (const Line& stroke : glyph.strokes) {
         Line& line = strokes.lines.emplace_back();
         for (const Point p : stroke) {

@@ -49,16 +49,6 @@ void append(Glyph& glyph, const Glyph& other, double scale, Point shift) {
     }
 }
 
-Box inkOf(const Glyph& glyph) {
-    Box ink;
-    for (const Line& stroke : glyph.strokes) {
-        for (const Point p : stroke) {
-            ink.add(p);
-        }
-    }
-    return ink;
-}
-
 // All characters, made once.
 class Font {
   public:
@@ -73,7 +63,7 @@ class Font {
         takeSmallCyrillic();
         takeSmallSymbols();
         for (auto& [character, glyph] : glyphs_) {
-            if (glyph.ink.empty()) glyph.ink = inkOf(glyph);
+            if (glyph.ink.empty()) glyph.ink = boxOf(glyph.strokes);
             if (character < NEAR) near_[character] = &glyph;
         }
     }
@@ -190,7 +180,7 @@ class Font {
             const Glyph& mark = glyphs_.at(row.mark);
             for (std::size_t i = 0; i < row.letters.size(); ++i) {
                 Glyph glyph = carrier(row.letters[i], row.mark);
-                glyph.ink = inkOf(glyph);
+                glyph.ink = boxOf(glyph.strokes);
                 glyph.letter = row.letters[i];
                 append(glyph, mark, 1, {0, glyph.ink.high.y > GLYPH_TALL ? row.rise : 0});
                 glyphs_[row.accented[i]] = std::move(glyph);

@@ -18,7 +18,7 @@ constexpr double SMALLEST_PERIOD = 1e-3;
 constexpr double FARTHEST_CORNER = 1e15;
 
 bool isNear(Point p) {
-    return std::abs(p.x) <= FARTHEST_CORNER && std::abs(p.y) <= FARTHEST_CORNER;  // false for what is not a number
+    return isWithin(p, FARTHEST_CORNER);
 }
 
 // Directions are exact along the axes, or a line along a border would be inside or not by chance.

@@ -1,6 +1,8 @@
 // One instruction, as the reader hands it to the machine.
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -21,6 +23,9 @@ struct Instruction {
 };
 
 // A number as an integer of the language: rounded, and clamped to 32 bits; not a number is 0.
-int32_t toInteger(double number);
+inline int32_t toInteger(double number) {
+    if (!(std::abs(number) < 0x1p31)) return number > 0 ? INT32_MAX : number < 0 ? INT32_MIN : 0;
+    return static_cast<int32_t>(number < 0 ? std::max(number - 0.5, -0x1p31) : std::min(number + 0.5, 0x1p31 - 1));
+}
 
 }  // namespace plotter

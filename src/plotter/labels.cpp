@@ -9,9 +9,6 @@ namespace plotter {
 namespace {
 
 constexpr double LINE_SPACING = 2;  // of heights
-// A text typeface's em: capitals are 0.7 of it high, and an average one is two thirds as wide as high.
-constexpr double CAPITALS_TO_EM = 1 / 0.7;
-constexpr double AVERAGE_WIDTH = 0.695;
 // Letters of a heavy typeface are drawn twice, so far apart; of widths.
 constexpr double HEAVY = 0.05;
 // Downloaded characters are drawn on a grid. Pen plotters have 32 steps to a capital's width and to its height; later
@@ -73,7 +70,7 @@ bool isUser(char32_t character) {
 double unitWidth(const Face& face, char32_t character, const Glyph& glyph) {
     if (face.spacing == Face::Spacing::Stick) return ADVANCE * face.width / GLYPH_ADVANCE;
     const TextFace text = face.spacing == Face::Spacing::Sans ? TextFace::Sans : TextFace::Serif;
-    const double em = face.width / AVERAGE_WIDTH * CAPITALS_TO_EM;
+    const double em = face.width / TEXT_AVERAGE * (1 / TEXT_CAPITAL);
     const double own = glyph.right - glyph.left;
     return own > 0 ? textWidth(text, character, glyph) / 1000 * em / own : 0;
 }
@@ -260,11 +257,7 @@ void LabelWriter::character(Walk& walk, const Token& token, const Point* start) 
     // To the left, a letter lies before the place where the pen comes to stand, and so does one that goes over it.
     if (lettering_.path == 2) at = at + (cell.over ? walk.lastStep : step);
     if (start != nullptr && cell.strokes != nullptr) {
-        std::size_t points = 0;
-        for (const Line& line : *cell.strokes) {
-            points += line.size();
-        }
-        if (!cell.user || output_.mayDraw(points)) {
+        if (!cell.user || output_.mayDraw(pointsOf(*cell.strokes))) {
             layStrokes(lettering_, now, *cell.strokes, cell.scale, cell.shift, *start + lettering_.turned(at), output_);
         }
     }
@@ -433,9 +426,7 @@ void layStrokes(const Lettering& lettering, const Face& face, std::span<const Li
                 const double x = p.x * scale.x + shift.x + displaced + y * face.slant;
                 drawn.push_back(at + lettering.turned({x, y}));
             }
-            const bool near = std::ranges::all_of(
-                drawn, [](Point p) { return std::abs(p.x) <= FARTHEST && std::abs(p.y) <= FARTHEST; });
-            if (near) output.stroke(drawn);
+            if (std::ranges::all_of(drawn, [](Point p) { return isWithin(p, FARTHEST); })) output.stroke(drawn);
         }
     }
 }

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdio>
 
+#include "plotter/typeface_widths.h"
 #include "plotter/units.h"
 
 namespace plotter {
@@ -17,22 +18,16 @@ constexpr Point DEFAULT_HPGL2_SIZE = {0.188, 0.269};
 constexpr double DEFAULT_PITCH = 9;
 constexpr double DEFAULT_POINTS = 11.5;
 constexpr double STICK_CAPITAL = 2.0 / 3;  // of the font's height
-// Of text typefaces: capitals, and an average letter's width, of the em and of a capital's height; a typewriter's
-// characters are 0.6 em wide each.
-constexpr double TEXT_CAPITAL = 0.7;
-constexpr double TEXT_AVERAGE = 0.695;
+// Of the em.
 constexpr double TYPEWRITER_CAPITAL = 0.58;
 constexpr double TYPEWRITER_ADVANCE = 0.6;
 
-constexpr double ITALIC_SLANT = 0.2;
 constexpr int32_t HEAVY_WEIGHT = 3;
 constexpr int32_t WEIGHT_OF_PEN = 9999;
 
 // Typefaces by their number without the maker's.
-constexpr int32_t WITHOUT_MAKER = 0xFFF;
 constexpr std::array STICKS = {48, 49, 50};
 constexpr std::array TYPEWRITERS = {0, 1, 2, 3, 6};
-constexpr std::array SERIFS = {5, 8, 15, 23, 44, 47, 101, 127, 517};
 
 bool holds(std::span<const int32_t> numbers, int32_t typeface) {
     return std::ranges::find(numbers, typeface & WITHOUT_MAKER) != numbers.end();
@@ -44,7 +39,7 @@ Face::Spacing spacingOf(const Typeface& typeface) {
                            (!holds(TYPEWRITERS, typeface.number) && typeface.number != Typeface::STICK);
     if (!typeface.proportional.value_or(ownWidths)) return Face::Spacing::Fixed;
     if (stick) return Face::Spacing::Stick;
-    return holds(SERIFS, typeface.number) ? Face::Spacing::Serif : Face::Spacing::Sans;
+    return textFace(typeface.number) == TextFace::Serif ? Face::Spacing::Serif : Face::Spacing::Sans;
 }
 
 // Of a font's capitals by its pitch and height.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "plotter/areas.h"
 #include "plotter/clipping.h"
 
 namespace plotter {
@@ -12,7 +13,7 @@ namespace {
 constexpr double FARTHEST_ON_PAPER = 268'000'000;
 
 bool isOnPaper(Point p) {
-    return std::abs(p.x) <= FARTHEST_ON_PAPER && std::abs(p.y) <= FARTHEST_ON_PAPER;  // false for what is not a number
+    return isWithin(p, FARTHEST_ON_PAPER);
 }
 
 bool isAllOnPaper(std::span<const Point> points) {
@@ -21,15 +22,9 @@ bool isAllOnPaper(std::span<const Point> points) {
 
 // An area that must be cut for the viewer gets the more points by it.
 std::size_t costOf(const Area& area) {
-    constexpr std::size_t pointsInOne = 1990;
-    constexpr std::size_t forCutting = 4;
-    std::size_t points = 0;
-    bool isCut = false;
-    for (const Ring& ring : area) {
-        points += ring.size();
-        isCut = isCut || ring.size() > pointsInOne;
-    }
-    return isCut ? points * forCutting : points;
+    constexpr std::size_t FOR_CUTTING = 4;
+    const bool isCut = std::ranges::any_of(area, [](const Ring& ring) { return ring.size() > MOST_RING_POINTS; });
+    return isCut ? pointsOf(area) * FOR_CUTTING : pointsOf(area);
 }
 
 }  // namespace

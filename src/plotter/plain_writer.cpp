@@ -11,19 +11,11 @@ namespace plotter {
 
 namespace {
 
-// What the viewer takes: 255 parameters in a command, 2000 points in a sub-polygon with the closing one, 256 of them.
-constexpr int32_t PAIRS_IN_A_COMMAND = 127;
-constexpr std::size_t POINTS_IN_A_RING = 1990;
-constexpr std::size_t RINGS_IN_AN_AREA = 250;
-constexpr int32_t WIDEST = 32000;  // output units, of the viewer's 16 bits
+constexpr int32_t PAIRS_IN_A_COMMAND = 127;  // the viewer takes 255 parameters
+constexpr int32_t WIDEST = 32000;            // output units, of the viewer's 16 bits
 constexpr std::size_t PIECE = 65536;
 constexpr std::size_t ROOM = 256;           // longer than all that is written between two looks at what is left
 constexpr std::size_t LONGEST_NUMBER = 12;  // of 32 bits, with the sign
-
-bool isWithinLimits(const Area& area) {
-    return area.size() <= RINGS_IN_AN_AREA &&
-           std::ranges::all_of(area, [](const Ring& ring) { return ring.size() <= POINTS_IN_A_RING; });
-}
 
 // Half away from zero.
 int32_t rounded(double value) {
@@ -188,12 +180,7 @@ void PlainWriter::area(const Area& rings, const Ink& ink) {
     if (!isWritten()) return;
     takePen(ink);
     closeChain();
-    if (isWithinLimits(rings)) {
-        fill(rings);
-    } else {
-        cutArea(rings, {POINTS_IN_A_RING, RINGS_IN_AN_AREA, 1 / page_.factor},
-                [this](const Area& piece) { fill(piece); });
-    }
+    cutArea(rings, {MOST_RING_POINTS, MOST_RINGS, 1 / page_.factor}, [this](const Area& piece) { fill(piece); });
 }
 
 // An area that rounding leaves nothing of is still seen, as a line.

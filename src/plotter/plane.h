@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <vector>
 
@@ -44,6 +45,11 @@ struct Box {
     friend bool operator==(const Box&, const Box&) = default;
 };
 
+// Whether neither coordinate is larger, and both are numbers.
+inline bool isWithin(Point p, double limit) {
+    return std::abs(p.x) <= limit && std::abs(p.y) <= limit;
+}
+
 // (x, y) goes to (xx x + xy y + dx, yx x + yy y + dy).
 struct Affine {
     double xx = 1, xy = 0, dx = 0;
@@ -56,6 +62,24 @@ struct Affine {
 using Line = std::vector<Point>;  // points joined in turn; a single one is a dot
 using Ring = std::vector<Point>;  // closed: the last point is joined to the first, whether or not they are the same
 using Area = std::vector<Ring>;   // what its rings enclose, by the rule that goes with it
+
+// Around several of them, and how many points they have in all.
+inline Box boxOf(const std::vector<Line>& lines) {
+    Box box;
+    for (const Line& line : lines) {
+        for (const Point p : line) {
+            box.add(p);
+        }
+    }
+    return box;
+}
+inline std::size_t pointsOf(const std::vector<Line>& lines) {
+    std::size_t points = 0;
+    for (const Line& line : lines) {
+        points += line.size();
+    }
+    return points;
+}
 
 enum class FillRule { EvenOdd, Winding };
 

@@ -19,6 +19,10 @@ struct LabelEnd {
     bool isWide = false;
 };
 
+// How many numbers are handed over at once: whole pairs and whole groups of six, so that memory does not grow with an
+// instruction.
+inline constexpr std::size_t NUMBERS_AT_ONCE = 6000;
+
 class Reader {
   public:
     // The bytes must live as long as the reader.
@@ -42,30 +46,35 @@ class Reader {
         std::size_t at = 0;
     };
 
+    // ---- names: reader.cpp ----
     const ManifestRow* readName();
     const ManifestRow* nameAt(std::size_t at, std::size_t* behind) const;
     bool startsKnownName(std::size_t at) const;
     void passOverUnknown(char first, char second, std::size_t start);
+    bool read(const ManifestRow& row, LabelEnd labelEnd);
+    std::size_t find(char wanted, std::size_t from);
     void skipTo(char end);
     bool atLineStart() const;
 
-    bool read(const ManifestRow& row, LabelEnd labelEnd);
-    bool readNumbers();
-    void readPlainNumbers();
-    bool readPairs(const ManifestRow& row);
+    // ---- numbers: reader_numbers.cpp ----
     double readNumber();
+    void readPlainNumbers();
+    bool readNumbers();
+    bool readPairs(const ManifestRow& row);
+
+    // ---- strings: reader_strings.cpp ----
+    bool looksLikeInstruction(std::size_t at) const;
+    void takeText(std::size_t end, bool isTerminated, Ending ending);
     void readEncoded();
     std::size_t endOfEncoded(std::size_t end) const;
     void readLabel(LabelEnd labelEnd);
     void readWideLabel(char terminator);
+    std::size_t endOfBrokenLabel() const;
     void readTerminator();
+    void skipBlanks();
     void readCharacter();
     void readQuoted();
     void readComment();
-    std::size_t find(char wanted, std::size_t from);
-    std::size_t endOfLabel(char terminator);
-    std::size_t endOfBrokenLabel() const;
-    bool looksLikeInstruction(std::size_t at) const;
 
     uint8_t byte(std::size_t at) const { return static_cast<uint8_t>(bytes_[at]); }
 

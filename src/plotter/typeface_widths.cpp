@@ -1,7 +1,7 @@
 #include "plotter/typeface_widths.h"
 
+#include <algorithm>
 #include <array>
-#include <cstdint>
 
 namespace plotter {
 
@@ -33,6 +33,12 @@ constexpr Widths SERIF = {
 constexpr double UNIT = 30;
 
 }  // namespace
+
+TextFace textFace(int32_t typeface) {
+    constexpr std::array SERIFS = {5, 8, 15, 23, 44, 47, 101, 127, 517};
+    const bool hasSerifs = std::ranges::find(SERIFS, typeface & WITHOUT_MAKER) != SERIFS.end();
+    return hasSerifs ? TextFace::Serif : TextFace::Sans;
+}
 
 double textWidth(TextFace face, char32_t character, const Glyph& glyph) {
     const char32_t letter = glyph.letter != 0 ? glyph.letter : character;
