@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -9,6 +10,13 @@ namespace plotter {
 
 inline uint8_t toByte(char c) {
     return static_cast<uint8_t>(c);
+}
+
+// What may stand between the parts of a file, with the bytes that tapes and spoolers fill up with.
+inline constexpr std::string_view PADDING(" \t\r\n\f\0", 6);
+
+inline std::size_t skipPadding(std::string_view bytes, std::size_t offset) {
+    return std::min(bytes.find_first_not_of(PADDING, offset), bytes.size());
 }
 
 inline bool isDigit(char c) {

@@ -15,7 +15,7 @@ namespace plotter {
 namespace {
 
 // Those of a printer's own that are made for a pitch are as high as the pitch makes them.
-double pointsOf(const CaptionFont& font) {
+double heightOf(const CaptionFont& font) {
     constexpr int COURIER = 3;
     constexpr int COURIER_OUTLINE = 4099;
     constexpr double PITCH_TIMES_POINTS = 120;
@@ -59,7 +59,7 @@ CaptionStrokes strokesOf(char32_t character, const CaptionFont& font, double cel
     const Glyph* known = findGlyph(character == U'\xa0' ? U' ' : character);
     strokes.isKnown = known != nullptr;
     const Glyph& glyph = known != nullptr ? *known : unknownGlyph();
-    const double tall = pointsOf(font) * UNITS_PER_POINT * TEXT_CAPITAL / GLYPH_CAPITAL;
+    const double tall = heightOf(font) * UNITS_PER_POINT * TEXT_CAPITAL / GLYPH_CAPITAL;
     const auto [wide, left, advance] = font.proportional ? fitWidth(character, glyph, font) : fitCell(glyph, cell);
     strokes.advance = advance;
     const double slant = font.italic ? ITALIC_SLANT : 0;

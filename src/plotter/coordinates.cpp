@@ -2,12 +2,14 @@
 
 #include <array>
 
+#include "plotter/units.h"
+
 namespace plotter {
 
 namespace {
 
-// What a printer draws beyond its frame: a dot of 300 to the inch.
-constexpr double FRAME_MARGIN = 1016.0 / 300.0;
+// What a printer draws beyond its frame.
+constexpr double FRAME_MARGIN = UNITS_PER_DOT;
 
 // Corners on the paper of a pen plotter with automatic paper feed, and the clip of a later plotter; plotter units.
 constexpr std::array<Point, 2> PEN_PLOTTER_A3 = {Point{380, 430}, Point{15580, 10430}};

@@ -51,11 +51,6 @@ struct Coordinates {
 // A3 paper unless PS says otherwise; a later one, with hpgl2, holds A3 where the drawing is that large, else A4.
 void setDefaultCorners(Coordinates& coordinates, bool hpgl2, bool large);
 
-// The user units per plotter unit along x and y, for what has a length and no place.
-inline Point linear(const Affine& map, Point p) {
-    return {map.xx * p.x + map.xy * p.y, map.yx * p.x + map.yy * p.y};
-}
-
 // The way back of a map without shear or with a quarter turn; the identity where there is none.
 Affine inverse(const Affine& map);
 

@@ -43,11 +43,11 @@ double chordByDeviation(double radius, double deviation) {
 
 double smoothChord(const Machine& machine, double radiusUnits) {
     // Where curves have taken much of what may be drawn, the rest of them make do with less.
-    constexpr double scarce = 0.25;
-    constexpr double nearlyNone = 0.75;
+    constexpr double SCARCE = 0.25;
+    constexpr double NEARLY_NONE = 0.75;
     if (machine.share() >= 1) return 360;
-    if (machine.share() > nearlyNone) return COARSE_CHORD;
-    if (machine.share() > scarce) return DEFAULT_CHORD;
+    if (machine.share() > NEARLY_NONE) return COARSE_CHORD;
+    if (machine.share() > SCARCE) return DEFAULT_CHORD;
     if (machine.tolerance() <= 0) return MEASURING_CHORD;
     if (!(radiusUnits > machine.tolerance())) return LEAST_CHORD;
     return std::max(LEAST_CHORD, std::min(DEFAULT_CHORD, chordByDeviation(radiusUnits, machine.tolerance())));
@@ -217,13 +217,13 @@ int chordsOf(const Machine& machine, const Instruction& instruction, std::size_t
 
 // Most points are the one before, turned; now and then one is computed anew, so that no error gathers.
 void appendArc(const Affine& map, Point centre, double radius, double start, double sweep, int chords, Line& line) {
-    constexpr int betweenExact = 32;
+    constexpr int BETWEEN_EXACT = 32;
     const double step = sweep / chords * RADIAN;
     const double c = std::cos(step);
     const double s = std::sin(step);
     Point arm;
     for (int i = 1; i <= chords; ++i) {
-        if (i % betweenExact == 1 || i == chords) {
+        if (i % BETWEEN_EXACT == 1 || i == chords) {
             arm = onCircle({}, radius, start + sweep * i / chords);
         } else {
             arm = {arm.x * c - arm.y * s, arm.x * s + arm.y * c};

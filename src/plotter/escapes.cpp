@@ -108,22 +108,18 @@ bool EscapeReader::next(EscapeField& field) {
     }
     goesOn_ = isSmall(bytes_[at_]);
     read.letter = toLast(bytes_[at_++]);
-    if (carriesData(family_, group_, read.letter)) {
-        read.data = takeData(read);
-        const double count = family_ == '*' && group_ == 'b' ? std::abs(read.value) : read.value;
-        read.isCut = count > static_cast<double>(read.data.size());
-    }
+    if (carriesData(family_, group_, read.letter)) takeData(read);
     field = read;
     return true;
 }
 
-std::string_view EscapeReader::takeData(const EscapeField& field) {
-    const double count = family_ == '*' && group_ == 'b' ? std::abs(field.value) : std::max(field.value, 0.0);
+void EscapeReader::takeData(EscapeField& field) {
+    const double count = is('*', 'b') ? std::abs(field.value) : std::max(field.value, 0.0);
     const std::size_t left = bytes_.size() - at_;
     const std::size_t taken = count < static_cast<double>(left) ? static_cast<std::size_t>(count) : left;
-    const std::string_view data = bytes_.substr(at_, taken);
+    field.data = bytes_.substr(at_, taken);
+    field.isCut = count > static_cast<double>(taken);
     at_ += taken;
-    return data;
 }
 
 std::size_t skipEscape(std::string_view bytes, std::size_t offset) {

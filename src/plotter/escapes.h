@@ -50,7 +50,7 @@ class EscapeReader {
 
   private:
     void readHead();
-    std::string_view takeData(const EscapeField& field);
+    void takeData(EscapeField& field);
 
     std::string_view bytes_;
     std::size_t at_;

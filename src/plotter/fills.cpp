@@ -18,7 +18,7 @@ namespace {
 constexpr double UNKNOWN_SHADE = 0.5;
 
 // A printer's own patterns: tiles of 16 dots of 300 to the inch, lines at these angles.
-constexpr double TILE = 16 * 1016.0 / 300.0;  // plotter units on the paper
+constexpr double TILE = 16 * UNITS_PER_DOT;  // plotter units on the paper
 
 struct PredefinedPattern {
     std::array<double, 2> angles;

@@ -12,11 +12,6 @@ namespace {
 constexpr std::string_view MARK = "@PJL";
 constexpr std::string_view BLANKS = " \t\r\n\f\v=\"";
 
-std::size_t skipWhite(std::string_view bytes, std::size_t offset) {
-    constexpr std::string_view WHITE(" \t\r\n\f\0", 6);
-    return std::min(bytes.find_first_not_of(WHITE, offset), bytes.size());
-}
-
 // The next word of a line; '=' and quotes separate as blanks do.
 std::string_view takeWord(std::string_view& line) {
     line.remove_prefix(std::min(line.find_first_not_of(BLANKS), line.size()));
@@ -59,13 +54,13 @@ bool readLine(std::string_view line, Job& job) {
 }  // namespace
 
 bool startsJobLine(std::string_view bytes, std::size_t offset) {
-    return sameWord(bytes.substr(std::min(skipWhite(bytes, offset), bytes.size()), MARK.size()), MARK);
+    return sameWord(bytes.substr(skipPadding(bytes, offset), MARK.size()), MARK);
 }
 
 std::size_t readJobLines(std::string_view bytes, std::size_t offset, Job& job) {
     bool goesOn = true;
     while (goesOn && startsJobLine(bytes, offset)) {
-        const std::size_t first = skipWhite(bytes, offset) + MARK.size();
+        const std::size_t first = skipPadding(bytes, offset) + MARK.size();
         // A job that is cut short may run into an escape without a line end.
         const std::size_t end = std::min(bytes.find_first_of("\n\x1b", first), bytes.size());
         goesOn = readLine(bytes.substr(first, end - first), job);

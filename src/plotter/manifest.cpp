@@ -1,3 +1,6 @@
+// Every instruction that the plotter knows: one row each. It is a table of its own beside the viewer's
+// (hpgl/commands.inl): plotters understand another and larger language than the plain text to which the plotter brings
+// it and which the viewer draws, and neither table follows from the other.
 #include "plotter/manifest.h"
 
 #include <array>

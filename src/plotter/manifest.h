@@ -1,6 +1,4 @@
-// Every instruction that the plotter knows: one row each. It is a table of its own beside the viewer's
-// (hpgl/commands.inl): plotters understand another and larger language than the plain text to which the plotter brings
-// it and which the viewer draws, and neither table follows from the other.
+// The instructions that the plotter knows, by their names.
 #pragma once
 
 #include <cstdint>

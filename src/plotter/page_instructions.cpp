@@ -19,13 +19,17 @@ void keepOnPaper(Machine& machine, const Change& change) {
     state.carriage = state.position;
 }
 
+Box boxOf(Point a, Point b) {
+    Box box;
+    box.add(a);
+    box.add(b);
+    return box;
+}
+
 // A window from the origin on that is what P1 and P2 span says how large the sheet is. The edges of a sheet cut nothing
 // off: who has drawn beyond them wants to see it.
 bool isSheet(const Box& window, const Coordinates& coordinates) {
-    Box corners;
-    corners.add(coordinates.p1);
-    corners.add(coordinates.p2);
-    return window.low == Point{0, 0} && window == corners;
+    return window.low == Point{0, 0} && window == boxOf(coordinates.p1, coordinates.p2);
 }
 
 bool meet(const Box& a, const Box& b) {
@@ -34,10 +38,16 @@ bool meet(const Box& a, const Box& b) {
 
 // Plotter units where user units are meant: as those the window hides everything between P1 and P2, as the others not.
 bool isInWrongUnits(const Box& window, const Box& asWritten, const Coordinates& coordinates) {
-    Box corners;
-    corners.add(coordinates.p1);
-    corners.add(coordinates.p2);
+    const Box corners = boxOf(coordinates.p1, coordinates.p2);
     return !meet(window, corners) && meet(asWritten, corners);
+}
+
+// Without a second corner P2 follows P1. Corners at one place are none.
+void setCorners(Coordinates& coordinates, Point p1, std::optional<Point> p2) {
+    coordinates.p2 = p2.value_or(coordinates.p2 + (p1 - coordinates.p1));
+    coordinates.p1 = p1;
+    if (p1.x == coordinates.p2.x) coordinates.p2.x += 1;
+    if (p1.y == coordinates.p2.y) coordinates.p2.y += 1;
 }
 
 }  // namespace
@@ -59,11 +69,7 @@ void inputCorners(Machine& machine, const Instruction& instruction) {
         setDefaultCorners(coordinates, machine.traits().hpgl2, machine.traits().large);
         return;
     }
-    const Point old = coordinates.p1;
-    coordinates.p1 = {n[0], n[1]};
-    coordinates.p2 = n.size() < 4 ? coordinates.p2 + (coordinates.p1 - old) : Point{n[2], n[3]};
-    if (coordinates.p1.x == coordinates.p2.x) coordinates.p2.x += 1;
-    if (coordinates.p1.y == coordinates.p2.y) coordinates.p2.y += 1;
+    setCorners(coordinates, {n[0], n[1]}, n.size() < 4 ? std::nullopt : std::optional(Point{n[2], n[3]}));
 }
 
 void inputRelative(Machine& machine, const Instruction& instruction) {
@@ -72,17 +78,13 @@ void inputRelative(Machine& machine, const Instruction& instruction) {
     if (n.size() == 1 || n.size() == 3) return;
     const Point room = coordinates.room(machine.traits().large);
     const auto share = [&](double x, double y) { return Point{room.x * x / 100, room.y * y / 100}; };
-    const Point old = coordinates.p1;
     clearResidue(machine.state.lineTypes);
     if (n.empty()) {
         coordinates.p1 = {};
         coordinates.p2 = room;
         return;
     }
-    coordinates.p1 = share(n[0], n[1]);
-    coordinates.p2 = n.size() < 4 ? coordinates.p2 + (coordinates.p1 - old) : share(n[2], n[3]);
-    if (coordinates.p1.x == coordinates.p2.x) coordinates.p2.x += 1;
-    if (coordinates.p1.y == coordinates.p2.y) coordinates.p2.y += 1;
+    setCorners(coordinates, share(n[0], n[1]), n.size() < 4 ? std::nullopt : std::optional(share(n[2], n[3])));
 }
 
 void inputWindow(Machine& machine, const Instruction& instruction) {
@@ -92,13 +94,8 @@ void inputWindow(Machine& machine, const Instruction& instruction) {
     if (n.empty()) coordinates.window.reset();
     if (n.size() < 4) return;
     const Affine toUnits = coordinates.toUnits();
-    Box window;
-    window.add(toUnits({n[0], n[1]}));
-    window.add(toUnits({n[2], n[3]}));
-    Box asWritten;
-    asWritten.add({n[0], n[1]});
-    asWritten.add({n[2], n[3]});
-    if (isInWrongUnits(window, asWritten, coordinates)) return;
+    const Box window = boxOf(toUnits({n[0], n[1]}), toUnits({n[2], n[3]}));
+    if (isInWrongUnits(window, boxOf({n[0], n[1]}, {n[2], n[3]}), coordinates)) return;
     coordinates.window.reset();
     if (!isSheet(window, coordinates)) coordinates.window = window;
 }
@@ -121,11 +118,11 @@ void scale(Machine& machine, const Instruction& instruction) {
     const Coordinates& coordinates = machine.state.coordinates;
     const bool paperIsKnown = coordinates.frame.size || coordinates.sheet;
     if (!paperIsKnown && coordinates.p2 == coordinates.room(machine.traits().large)) machine.noteSizeAsked();
-    constexpr Scaling::Type types[] = {Scaling::Type::Anisotropic, Scaling::Type::Isotropic,
+    constexpr Scaling::Type TYPES[] = {Scaling::Type::Anisotropic, Scaling::Type::Isotropic,
                                        Scaling::Type::PointFactor};
     const double left = std::clamp(instruction.number(5, 50), 0.0, 100.0);
     const double bottom = std::clamp(instruction.number(6, 50), 0.0, 100.0);
-    scaling = {types[kind], n[0], n[1], n[2], n[3], left, bottom};
+    scaling = {TYPES[kind], n[0], n[1], n[2], n[3], left, bottom};
 }
 
 void rotate(Machine& machine, const Instruction& instruction) {

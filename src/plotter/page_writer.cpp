@@ -16,8 +16,8 @@ constexpr double TOLERANCE = 0.25;
 
 // What areas get by being cut can be more than their points say.
 std::size_t mostText(std::size_t bytes) {
-    constexpr std::size_t bytesAPoint = 13;
-    return bytesAPoint * (POINTS_OF_ANY_FILE + POINTS_A_BYTE * bytes);
+    constexpr std::size_t BYTES_A_POINT = 13;
+    return BYTES_A_POINT * (POINTS_OF_ANY_FILE + POINTS_A_BYTE * bytes);
 }
 
 }  // namespace
@@ -73,9 +73,9 @@ void PagesInTurn::give(std::size_t page, PlainWriter* writer) {
 }
 
 void PagesInTurn::keep(Drawn drawn) {
-    constexpr std::size_t pointsOfNothing = 8;  // what a short line takes beside its points
+    constexpr std::size_t POINTS_OF_NOTHING = 8;  // what a short line takes beside its points
     for (const Ring& ring : drawn.rings) {
-        keptPoints_ += pointsOfNothing + ring.size();
+        keptPoints_ += POINTS_OF_NOTHING + ring.size();
     }
     whole_ = whole_ && keptPoints_ <= MOST_KEPT_POINTS;
     if (whole_) kept_[current_].push_back(std::move(drawn));
@@ -109,8 +109,8 @@ class PageWriter::Run {
 
     // What has been drawn of it already must be fine enough: a few output units are far less than is seen.
     bool canWrite(std::size_t page, double factor) const {
-        constexpr double coarser = 16;
-        return pages_.isAhead(page) && (!pages_.hasBegun(page) || factor <= coarser * factor_);
+        constexpr double COARSER = 16;
+        return pages_.isAhead(page) && (!pages_.hasBegun(page) || factor <= COARSER * factor_);
     }
 
     bool goOn(std::size_t page, double factor, PlainWriter& writer, const Watch& watch) {

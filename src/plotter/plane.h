@@ -59,6 +59,11 @@ struct Affine {
     friend bool operator==(const Affine&, const Affine&) = default;
 };
 
+// Where the map brings a distance, which has no place.
+inline Point linear(const Affine& map, Point p) {
+    return {map.xx * p.x + map.xy * p.y, map.yx * p.x + map.yy * p.y};
+}
+
 using Line = std::vector<Point>;  // points joined in turn; a single one is a dot
 using Ring = std::vector<Point>;  // closed: the last point is joined to the first, whether or not they are the same
 using Area = std::vector<Ring>;   // what its rings enclose, by the rule that goes with it

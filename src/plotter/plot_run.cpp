@@ -12,9 +12,8 @@ PlotRun::PlotRun(std::string_view bytes, const Traits& traits, Sheet& sheet, Rep
     : bytes_(bytes),
       report_(report),
       machine_(traits, sheet, report, bytes.size()),
-      printer_(machine_),
+      printer_(machine_, [this](std::string_view macro) { runMacro(macro); }),
       reader_(bytes, report) {
-    printer_.setRunner([this](std::string_view macro) { runMacro(macro); });
     printer_.begin(bytes);
 }
 

@@ -1,8 +1,5 @@
-#include "plotter/polygons.h"
-
 #include "plotter/curves.h"
 #include "plotter/instructions.h"
-#include "plotter/vectors.h"
 
 namespace plotter {
 
@@ -38,31 +35,39 @@ void beginPolygon(Machine& machine) {
     state.polygon.penDown = state.penDown;
 }
 
-void nextRing(State& state) {
+// A ring of one point is none.
+void finishRing(State& state) {
     closeRing(state);
     auto& rings = state.polygon.rings;
     if (!rings.empty() && rings.back().size() < 2) rings.pop_back();
-    rings.emplace_back();
+}
+
+void nextRing(State& state) {
+    finishRing(state);
+    state.polygon.rings.emplace_back();
     state.polygon.fresh = true;
 }
 
 void endPolygon(State& state) {
-    closeRing(state);
-    auto& rings = state.polygon.rings;
-    if (!rings.empty() && rings.back().size() < 2) rings.pop_back();
+    finishRing(state);
     state.polygon.open = false;
     state.position = state.polygon.position;
     state.penDown = state.polygon.penDown;
 }
 
-// A figure of its own that the polygon buffer holds from now on, with all edges drawn.
+// Into the ring under way, with all edges drawn.
+void addOutline(Polygon& polygon, const Line& outline) {
+    for (const Point point : outline) {
+        polygon.rings.back().push_back({point, true});
+    }
+}
+
+// A figure of its own that the polygon buffer holds from now on.
 void keepFigure(State& state, const Line& outline) {
     state.polygon = {};
     state.polygon.made = state.coordinates.toPaper();
     state.polygon.rings.emplace_back();
-    for (const Point point : outline) {
-        state.polygon.rings.back().push_back({point, true});
-    }
+    addOutline(state.polygon, outline);
 }
 
 void edgeFigure(Machine& machine, const Line& outline) {
@@ -121,8 +126,7 @@ void drawEdges(Machine& machine, const std::vector<Polygon::Vertex>& ring) {
     flush();
 }
 
-}  // namespace
-
+// The rings that have an inside; plotter units.
 Area areaOf(const State& state) {
     const Affine map = toNow(state);
     Area area;
@@ -136,6 +140,8 @@ Area areaOf(const State& state) {
     }
     return area;
 }
+
+}  // namespace
 
 void polygonMode(Machine& machine, const Instruction& instruction) {
     State& state = machine.state;
@@ -212,9 +218,7 @@ void circle(Machine& machine, const Instruction& instruction) {
     }
     if (!machine.takeVertices(outline.size())) return;
     nextRing(state);
-    for (const Point point : outline) {
-        state.polygon.rings.back().push_back({point, true});
-    }
+    addOutline(state.polygon, outline);
     nextRing(state);
 }
 

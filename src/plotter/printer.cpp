@@ -3,15 +3,11 @@
 #include <algorithm>
 #include <cmath>
 
+#include "plotter/ascii.h"
+
 namespace plotter {
 
 namespace {
-
-constexpr std::string_view BLANKS(" \t\r\n\f\0", 6);
-
-std::size_t skipWhite(std::string_view bytes, std::size_t offset) {
-    return std::min(bytes.find_first_not_of(BLANKS, offset), bytes.size());
-}
 
 char charAt(std::string_view bytes, std::size_t at) {
     return at < bytes.size() ? bytes[at] : '\0';
@@ -25,9 +21,9 @@ bool startsPlot(std::string_view bytes, std::size_t at) {
 
 // A plot that somebody forgot to enter: two instructions in a row, or one with what belongs to it.
 bool looksLikePlot(std::string_view bytes, std::size_t at) {
-    at = skipWhite(bytes, at);
+    at = skipPadding(bytes, at);
     const char next = charAt(bytes, at + 2);
-    return startsPlot(bytes, at) && (next == ';' || (next >= '0' && next <= '9') || startsPlot(bytes, at + 2));
+    return startsPlot(bytes, at) && (next == ';' || isDigit(next) || startsPlot(bytes, at + 2));
 }
 
 // Whether ESC%0B or the like stands anywhere.
@@ -127,8 +123,9 @@ const Printer::Row Printer::ROWS[] = {
 };
 // clang-format on
 
-Printer::Printer(Machine& machine)
+Printer::Printer(Machine& machine, Runner runner)
     : machine_(machine),
+      runner_(std::move(runner)),
       raster_([this](const Area& area, const Ink& ink) { machine_.drawOnPaper(area, ink); }, machine.report()) {
     takePage();
 }
@@ -144,7 +141,7 @@ void Printer::begin(std::string_view bytes) {
 }
 
 void Printer::chooseLanguage(std::string_view bytes, std::size_t offset) {
-    const std::size_t first = skipWhite(bytes, offset);
+    const std::size_t first = skipPadding(bytes, offset);
     const bool isEscape = charAt(bytes, first) == ESCAPE && charAt(bytes, first + 1) != '.';
     const bool isOver = first == bytes.size() && sawEnvelope_;
     language_ = isEscape || isOver || startsJobLine(bytes, first) ? Language::Printer : Language::Plotter;
@@ -328,7 +325,7 @@ void Printer::carryOut(const EscapeReader& reader, const EscapeField& field) {
 }
 
 std::size_t Printer::stepText(std::string_view bytes, std::size_t offset) {
-    const bool beginsLine = offset == 0 || BLANKS.find(bytes[offset - 1]) != std::string_view::npos;
+    const bool beginsLine = offset == 0 || PADDING.find(bytes[offset - 1]) != std::string_view::npos;
     if (beginsLine && bytes[offset] == '@' && startsJobLine(bytes, offset)) return enterJob(bytes, offset);
     if (!isPrinterPage_) return stepBetweenPlots(bytes, offset);
     constexpr char LAST_CONTROL = 0x1f;
@@ -350,83 +347,6 @@ std::size_t Printer::stepBetweenPlots(std::string_view bytes, std::size_t offset
     constexpr char FORM_FEED = 0x0c;
     if (bytes[offset] == FORM_FEED) endPage();
     return offset + 1;
-}
-
-// ---- macros ----
-
-// Everything up to the escape that ends it, wherever that stands but in the data of another one.
-std::size_t Printer::recordMacro(std::string_view bytes, std::size_t offset) {
-    const std::size_t at = std::min(bytes.find(ESCAPE, offset), bytes.size());
-    if (at == bytes.size()) return at;
-    EscapeReader reader(bytes, at);
-    EscapeField field;
-    while (reader.next(field)) {
-        if (!isRecording_) {
-            carryOut(reader, field);
-        } else if (reader.is('&', 'f') && field.letter == 'X' && field.value == 1) {
-            isRecording_ = false;
-            macros_[macro_] = bytes.substr(recordedFrom_, at - recordedFrom_);
-        }
-    }
-    return std::max(reader.end(), at + 1);
-}
-
-void Printer::macroControl(double what) {
-    switch (static_cast<int>(std::clamp(what, -1.0, 100.0))) {
-        case 0:
-            isRecording_ = depth_ == 0;
-            break;
-        case 2:
-            runMacro(macro_, false);
-            break;
-        case 3:
-            runMacro(macro_, true);
-            break;
-        case 4:
-            overlay_ = macro_;
-            break;
-        case 5:
-            overlay_ = -1;
-            break;
-        case 6:
-        case 7:
-            macros_.clear();
-            break;
-        case 8:
-            macros_.erase(macro_);
-            break;
-        default:
-            break;
-    }
-}
-
-void Printer::runMacro(int id, bool givesBack) {
-    const auto at = macros_.find(id);
-    if (at == macros_.end()) return;
-    const std::string_view macro = at->second;
-    if (depth_ >= MOST_MACRO_DEPTH || macro.size() > macroBytesLeft_) {
-        machine_.report().meetBound(depth_ >= MOST_MACRO_DEPTH ? "macros in macros" : "bytes of macros");
-        return;
-    }
-    macroBytesLeft_ -= macro.size();
-    const Settings kept = settings_;
-    ++depth_;
-    runBytes(macro);
-    --depth_;
-    closeRaster();
-    if (givesBack) settings_ = kept;
-}
-
-void Printer::runBytes(std::string_view macro) {
-    if (runner_) runner_(macro);
-    for (std::size_t at = 0; !runner_ && at < macro.size();) {
-        if (language_ == Language::Plotter) {
-            machine_.report().passOver("plot in a macro");
-            at = std::min(macro.find("\x1b%", at), macro.size());
-        }
-        if (at < macro.size()) at = step(macro, at);
-    }
-    if (language_ == Language::Plotter) leavePlotter(0);
 }
 
 }  // namespace plotter

@@ -46,7 +46,7 @@ class Printer {
     using Runner = std::function<void(std::string_view macro)>;
 
     // The machine outlives it.
-    explicit Printer(Machine& machine);
+    Printer(Machine& machine, Runner runner);
     Printer(const Printer&) = delete;
     Printer& operator=(const Printer&) = delete;
 
@@ -54,8 +54,6 @@ class Printer {
     Language language() const { return language_; }
     // Looks at the start of the file and decides in which language it begins.
     void begin(std::string_view bytes);
-    // Without one, macros are carried out as far as they are in the printer's language.
-    void setRunner(Runner runner) { runner_ = std::move(runner); }
 
     // At an escape, or in the printer's language at any byte: carries out what stands there. Answers the offset behind
     // it, which is always larger. Views of `bytes` are kept: macros.
@@ -126,7 +124,6 @@ class Printer {
     void switchDevice(char letter);
     std::size_t stepText(std::string_view bytes, std::size_t offset);
     std::size_t stepBetweenPlots(std::string_view bytes, std::size_t offset);
-    std::size_t recordMacro(std::string_view bytes, std::size_t offset);
     void carryOut(const EscapeReader& reader, const EscapeField& field);
     void switchLanguage(const EscapeField& field);
     void twoCharacters(char second);
@@ -135,9 +132,11 @@ class Printer {
     void enterPlotter(double how);
     void leavePlotter(double how);
     void resetAll();
+
+    // ---- macros: printer_macros.cpp ----
+    std::size_t recordMacro(std::string_view bytes, std::size_t offset);
     void macroControl(double what);
     void runMacro(int id, bool givesBack);
-    void runBytes(std::string_view macro);
 
     // ---- pages, cursor, picture frame: printer_layout.cpp ----
     void setPaper(double code);

@@ -9,8 +9,6 @@ namespace plotter {
 
 namespace {
 
-constexpr double DOT = UNITS_PER_INCH / 300;
-
 // clang-format off
 constexpr std::array PAPERS = {
     PaperSize{  2, "LETTER",    2550,  3300, false},   // the first one is the default
@@ -61,16 +59,16 @@ PrinterPage::PrinterPage() {
 
 void PrinterPage::setPaper(const PaperSize& paper) {
     const SideMargins& margins = paper.isMetric ? METRIC_MARGINS : INCH_MARGINS;
-    setPaper(paper.width * DOT, paper.height * DOT);
-    uprightMargin_ = margins.upright * DOT;
-    landscapeMargin_ = margins.landscape * DOT;
+    setPaper(paper.width * UNITS_PER_DOT, paper.height * UNITS_PER_DOT);
+    uprightMargin_ = margins.upright * UNITS_PER_DOT;
+    landscapeMargin_ = margins.landscape * UNITS_PER_DOT;
 }
 
 void PrinterPage::setPaper(double width, double height) {
     width_ = width;
     height_ = height;
-    uprightMargin_ = INCH_MARGINS.upright * DOT;
-    landscapeMargin_ = INCH_MARGINS.landscape * DOT;
+    uprightMargin_ = INCH_MARGINS.upright * UNITS_PER_DOT;
+    landscapeMargin_ = INCH_MARGINS.landscape * UNITS_PER_DOT;
     length_ = 0;
 }
 
@@ -101,7 +99,7 @@ Point PrinterPage::fromPaper(Point onPaper) const {
 Frame PictureFrame::onPaper(const PrinterPage& page) const {
     const Point logical = page.logical();
     const double wide = width > 0 ? width : logical.x;
-    const double high = height > 0 ? height : std::max(logical.y - 2 * DEFAULT_MARGIN, DOT);
+    const double high = height > 0 ? height : std::max(logical.y - 2 * DEFAULT_MARGIN, UNITS_PER_DOT);
     const Point corner = anchor.value_or(Point{0, DEFAULT_MARGIN});
     Frame frame;
     frame.corner = page.toPaper({corner.x, corner.y + high});

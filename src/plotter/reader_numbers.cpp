@@ -73,10 +73,10 @@ std::size_t readExponent(std::string_view bytes, std::size_t at, Decimal& decima
     std::size_t next = at + (sign ? 2 : 1);
     if (next >= bytes.size() || !isDigitOrMarked(byte(next))) return at;
     const bool negative = sign && (bytes[next - 1] & 0x7F) == '-';
-    constexpr int most = 1000;
+    constexpr int MOST = 1000;
     int given = 0;
     for (; next < bytes.size() && isDigitOrMarked(byte(next)); ++next) {
-        given = std::min(given * 10 + digitOf(byte(next)), most);
+        given = std::min(given * 10 + digitOf(byte(next)), MOST);
     }
     decimal.exponent += negative ? -given : given;
     return next;

@@ -56,8 +56,8 @@ Survey survey(std::string_view file, const Watch& watch) {
     const std::string_view bytes = findings->prepared.bytes;
 
     Traits traits = guess(bytes);
-    constexpr int mostRuns = 4;  // each trait is found wrong once at most
-    for (int run = 0; run < mostRuns; ++run) {
+    constexpr int MOST_RUNS = 4;  // each trait is found wrong once at most
+    for (int run = 0; run < MOST_RUNS; ++run) {
         SurveySheet sheet;
         Report report;
         PlotRun plot(bytes, traits, sheet, report);

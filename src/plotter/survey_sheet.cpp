@@ -50,8 +50,8 @@ void SurveySheet::line(std::span<const Point> points, const Ink& ink) {
     }
     pages_.back().extents = extents;
     // A thin line is as wide as a pen.
-    constexpr double thin = 12;
-    use(ink, way * std::max(ink.width, thin));
+    constexpr double THIN = 12;
+    use(ink, way * std::max(ink.width, THIN));
 }
 
 void SurveySheet::area(const Area& rings, const Ink& ink) {

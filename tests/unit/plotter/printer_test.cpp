@@ -53,11 +53,10 @@ struct Rig {
     WrittenSheet sheet;
     Report report;
     Machine machine{Traits{}, sheet, report, 0};
-    Printer printer{machine};
+    Printer printer{machine, [this](std::string_view macro) { walk(macro); }};
 
     void run(std::string_view bytes) {
         printer.begin(bytes);
-        printer.setRunner([this](std::string_view macro) { walk(macro); });
         walk(bytes);
         printer.finish();
     }
