@@ -1,4 +1,4 @@
-// Letters and digits of ASCII, whatever the language of the session.
+// ASCII, whatever the language of the session.
 #pragma once
 
 #include <algorithm>
@@ -7,6 +7,16 @@
 #include <string_view>
 
 namespace plotter {
+
+inline constexpr char BACKSPACE = 0x08;
+inline constexpr char TAB = 0x09;
+inline constexpr char LINE_FEED = 0x0A;
+inline constexpr char VERTICAL_TAB = 0x0B;
+inline constexpr char FORM_FEED = 0x0C;
+inline constexpr char CARRIAGE_RETURN = 0x0D;
+inline constexpr char SHIFT_OUT = 0x0E;
+inline constexpr char SHIFT_IN = 0x0F;
+inline constexpr char DELETE = 0x7F;
 
 inline uint8_t toByte(char c) {
     return static_cast<uint8_t>(c);

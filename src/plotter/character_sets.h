@@ -15,6 +15,11 @@ struct SymbolSet {
     friend bool operator==(const SymbolSet&, const SymbolSet&) = default;
 };
 
+// Of ASCII, and where the upper half of a set begins and where its characters do: below are controls.
+inline constexpr uint8_t FIRST_PRINTED = 0x20;
+inline constexpr uint8_t UPPER_HALF = 0x80;
+inline constexpr uint8_t UPPER_PRINTED = 0xA0;
+
 // Characters that DL has made: their code behind this.
 inline constexpr char32_t USER_CHARACTERS = 0xF800;
 

@@ -1,7 +1,8 @@
 #include "plotter/labels.h"
 
-#include "plotter/glyph_tables.h"
-#include "plotter/typeface_widths.h"
+#include "plotter/ascii.h"
+#include "plotter/label_cells.h"
+#include "plotter/label_codes.h"
 #include "plotter/units.h"
 
 namespace plotter {
@@ -16,100 +17,24 @@ constexpr double HEAVY = 0.05;
 constexpr double USER_GRID = 32;
 constexpr double USER_GRID_EM = 1.5;
 constexpr double USER_PROPORTION = 0.269 / 0.188;
-constexpr char32_t FORMS = 0x2500;
-constexpr char32_t FORMS_END = 0x25A0;
-constexpr char32_t MARKS_END = 0x0370;
-constexpr char32_t HIGH_MARKS_END = HIGH_MARKS + (MARKS_END - COMBINING_MARKS);
 constexpr int TAB_SPACES = 5;  // of a printer
 // A symbol whose middle is not further from a capital's than this is put on its point exactly.
 constexpr double NEARLY_MIDDLE = 4;
-
-enum Control : uint8_t {
-    BACKSPACE = 8,
-    TAB = 9,
-    LINE_FEED_CODE = 10,
-    VERTICAL_TAB = 11,
-    RETURN = 13,
-    SHIFT_OUT = 14,
-    SHIFT_IN = 15,
-    FIRST_PRINTED = 32,
-    DELETE = 127,
-    UPPER_HALF = 128,
-    UPPER_PRINTED = 160,
-};
-
-// A glyph or a downloaded character as it lies in its cell: x and y times scale, plus shift; upright, before SL.
-struct Cell {
-    const std::vector<Line>* strokes = nullptr;
-    Point scale = {};
-    Point shift = {};
-    double advance = 0;  // without ES
-    double width = 0;    // that is seen
-    bool over = false;   // goes over the one before
-    bool user = false;
-};
-
-struct Token {
-    enum class Kind { Character, Control, Nothing };
-    Kind kind = Kind::Nothing;
-    char32_t character = 0;  // Control: the code. Character: 0 is a blank
-    char32_t code = 0;
-    bool isCode = true;  // code has been looked up in a set, and is not Unicode
-};
-
-bool isMark(char32_t character) {
-    return (character >= COMBINING_MARKS && character < MARKS_END) ||
-           (character >= HIGH_MARKS && character < HIGH_MARKS_END);
-}
 
 bool isUser(char32_t character) {
     return character >= USER_CHARACTERS && character < USER_CHARACTERS + 0x100;
 }
 
-// Units of a glyph to plotter units, across, where each has a width of its own.
-double unitWidth(const Face& face, char32_t character, const Glyph& glyph) {
-    if (face.spacing == Face::Spacing::Stick) return ADVANCE * face.width / GLYPH_ADVANCE;
-    const TextFace text = face.spacing == Face::Spacing::Sans ? TextFace::Sans : TextFace::Serif;
-    const double em = face.width / TEXT_AVERAGE * (1 / TEXT_CAPITAL);
-    const double own = glyph.right - glyph.left;
-    return own > 0 ? textWidth(text, character, glyph) / 1000 * em / own : 0;
-}
-
-double spaceAdvance(const Face& face) {
-    if (face.spacing == Face::Spacing::Fixed) return ADVANCE * face.width;
-    const Glyph* space = findGlyph(U' ');
-    return (space->right - space->left) * unitWidth(face, U' ', *space);
-}
-
-Cell fixedCell(const Face& face, char32_t character, const Glyph& glyph) {
-    Cell cell = {.strokes = &glyph.strokes, .advance = ADVANCE * face.width, .width = face.width};
-    const double body = glyph.ink.width();
-    const bool meetsOthers = character >= FORMS && character < FORMS_END;
-    const double scale =
-        meetsOthers || isMark(character) ? face.width / GLYPH_BODY : face.width / std::max(GLYPH_BODY, body);
-    cell.scale = {scale, face.height / GLYPH_CAPITAL};
-    const bool fromMiddle = meetsOthers || isMark(character) || glyph.ink.empty();
-    const double free = (face.width - body * scale) / 2;
-    cell.shift.x = fromMiddle ? face.width / 2 : free - glyph.ink.low.x * scale;
-    return cell;
-}
-
-Cell ownCell(const Face& face, char32_t character, const Glyph& glyph) {
-    const double unit = unitWidth(face, character, glyph);
-    Cell cell = {.strokes = &glyph.strokes, .scale = {unit, face.height / GLYPH_CAPITAL}};
-    cell.shift.x = -glyph.left * unit;
-    cell.advance = cell.width = (glyph.right - glyph.left) * unit;
-    return cell;
-}
-
-Cell cellOf(const Face& face, char32_t character, const Glyph& glyph) {
-    return face.spacing == Face::Spacing::Fixed ? fixedCell(face, character, glyph) : ownCell(face, character, glyph);
+// The way to the next character along a path, from how far it is to the right and how far down.
+Point onPath(int path, double along, double down) {
+    const Point ways[] = {{along, 0}, {0, -down}, {-along, 0}, {0, down}};
+    return ways[path & 3];
 }
 
 class LabelWriter {
   public:
     LabelWriter(const Lettering& lettering, std::string_view text, LabelPen& pen, LabelOutput& output)
-        : lettering_(lettering), text_(text), pen_(pen), output_(output), utf8_(!lettering.wide && isUtf8(text)) {}
+        : lettering_(lettering), text_(text), codes_(lettering, text), pen_(pen), output_(output) {}
 
     void writeAll();
     void writeSymbol(char byte, Point middle);
@@ -127,10 +52,6 @@ class LabelWriter {
     };
 
     const Face& face(bool alternate) const { return lettering_.faces[alternate ? 1 : 0]; }
-    Token next(Walk& walk) const;
-    Token wideToken(Walk& walk) const;
-    char32_t decodeByte(uint8_t code, bool alternate) const;
-    Token tokenOf(uint8_t code, bool alternate) const;
     bool readLine(Walk& walk, const Point* start);
     void control(Walk& walk, uint8_t code) const;
     void character(Walk& walk, const Token& token, const Point* start);
@@ -143,58 +64,10 @@ class LabelWriter {
 
     const Lettering& lettering_;
     std::string_view text_;
+    LabelCodes codes_;
     LabelPen& pen_;
     LabelOutput& output_;
-    bool utf8_;
 };
-
-char32_t LabelWriter::decodeByte(uint8_t code, bool alternate) const {
-    const SymbolSet set = face(alternate).symbols;
-    const bool eightBits = lettering_.mode == CharacterMode::Hp8 || lettering_.mode == CharacterMode::Iso8;
-    if (code < UPPER_HALF || !eightBits || !set.hpgl) return decode(set, code);
-    // The upper half is the alternate set then.
-    const SymbolSet upper = lettering_.faces[1].symbols;
-    if (upper.hpgl && upper.number != 0) {
-        return code < UPPER_PRINTED ? 0 : decode(upper, static_cast<uint8_t>(code - UPPER_HALF));
-    }
-    return lettering_.mode == CharacterMode::Iso8 && code >= UPPER_PRINTED ? code : decode(set, code);
-}
-
-Token LabelWriter::tokenOf(uint8_t code, bool alternate) const {
-    if (code < FIRST_PRINTED && !lettering_.transparent) return {Token::Kind::Control, code, code};
-    const char32_t found = decodeByte(code, alternate);
-    if (found != 0) return {Token::Kind::Character, found, code};
-    const bool blank = code < FIRST_PRINTED || lettering_.transparent;
-    if (blank) return {Token::Kind::Character, U' ', code};
-    if (code == DELETE) return {Token::Kind::Nothing, 0, code};
-    // Codes of the upper half's control area have no width either.
-    const bool ignored = code >= UPPER_HALF && code < UPPER_PRINTED;
-    return {ignored ? Token::Kind::Nothing : Token::Kind::Character, 0, code};
-}
-
-Token LabelWriter::wideToken(Walk& walk) const {
-    const auto high = static_cast<uint8_t>(text_[walk.at]);
-    const bool whole = walk.at + 1 < text_.size();
-    const auto low = whole ? static_cast<uint8_t>(text_[walk.at + 1]) : uint8_t{0};
-    walk.at += whole ? 2 : 1;
-    if (!whole) return {};
-    if (high == 0) return tokenOf(low, walk.alternate);
-    const char32_t code = static_cast<char32_t>(high) << 8 | low;
-    const bool known = isUnicode(face(walk.alternate).symbols);
-    return {Token::Kind::Character, known ? code : 0, code, !known};
-}
-
-Token LabelWriter::next(Walk& walk) const {
-    if (lettering_.wide) return wideToken(walk);
-    const auto code = static_cast<uint8_t>(text_[walk.at]);
-    if (utf8_ && code >= UPPER_HALF) {
-        char32_t character = 0;
-        walk.at += std::max<std::size_t>(1, readUtf8(text_.substr(walk.at), character));
-        return {Token::Kind::Character, character, character, false};
-    }
-    ++walk.at;
-    return tokenOf(code, walk.alternate);
-}
 
 Cell LabelWriter::userCell(const Face& now, const Token& token, bool report) {
     Cell cell = {.advance = spaceAdvance(now), .width = now.width, .user = true};
@@ -228,24 +101,14 @@ Cell LabelWriter::cellFor(const Walk& walk, const Token& token, bool report) {
     Cell cell = cellOf(now, wanted, glyph == nullptr ? unknownGlyph() : *glyph);
     if (!isMark(wanted)) return cell;
     cell.over = true;
-    const double middle = walk.lastCell.advance > 0 ? walk.lastCell.width / 2 : now.width / 2;
-    cell.shift.x = middle;
+    cell.shift.x = (walk.lastCell.advance > 0 ? walk.lastCell.width : now.width) / 2;
     return cell;
 }
 
 Point LabelWriter::stepOf(const Face& now, double advance) const {
     const double along = advance + spaceAdvance(now) * lettering_.extraSpace;
-    const double upwards = LINE_SPACING * now.height * (1 + lettering_.extraLine);
-    switch (lettering_.path) {
-        case 1:
-            return {0, -upwards};
-        case 2:
-            return {-along, 0};
-        case 3:
-            return {0, upwards};
-        default:
-            return {along, 0};
-    }
+    const double down = LINE_SPACING * now.height * (1 + lettering_.extraLine);
+    return onPath(lettering_.path, along, down);
 }
 
 void LabelWriter::character(Walk& walk, const Token& token, const Point* start) {
@@ -297,12 +160,12 @@ void LabelWriter::control(Walk& walk, uint8_t code) const {
 // the text. Without a start it is only measured.
 bool LabelWriter::readLine(Walk& walk, const Point* start) {
     while (walk.at < text_.size()) {
-        const Token token = next(walk);
+        const Token token = codes_.next(walk.at, walk.alternate);
         if (token.kind == Token::Kind::Character) {
             character(walk, token, start);
         } else if (token.kind == Token::Kind::Nothing) {
             if (start != nullptr && token.code >= UPPER_HALF) output_.unknown(token.code, true);
-        } else if (token.code == RETURN || token.code == LINE_FEED_CODE ||
+        } else if (token.code == CARRIAGE_RETURN || token.code == LINE_FEED ||
                    (token.code == VERTICAL_TAB && !lettering_.printer)) {
             return true;
         } else {
@@ -352,7 +215,7 @@ bool LabelWriter::linesFollow() const {
 }
 
 void LabelWriter::breakLine(uint8_t code) {
-    if (code == RETURN) {
+    if (code == CARRIAGE_RETURN) {
         pen_.position = pen_.carriage;
         return;
     }
@@ -378,7 +241,7 @@ void LabelWriter::writeAll() {
 void LabelWriter::writeSymbol(char byte, Point middle) {
     const Walk walk = {.alternate = pen_.alternate};
     const Face& now = face(walk.alternate);
-    const Token token = tokenOf(static_cast<uint8_t>(byte), walk.alternate);
+    const Token token = codes_.ofByte(static_cast<uint8_t>(byte), walk.alternate);
     if (token.kind != Token::Kind::Character) return;
     const Cell cell = cellFor(walk, token, true);
     if (cell.strokes == nullptr) return;
@@ -400,17 +263,13 @@ Point Lettering::turned(Point p) const {
 
 Point Lettering::step(const Face& face) const {
     const double along = spaceAdvance(face) * (1 + extraSpace);
-    const double upwards = LINE_SPACING * face.height * (1 + extraLine);
-    const Point steps[] = {{along, 0}, {0, -upwards}, {-along, 0}, {0, upwards}};
-    return turned(steps[path & 3]);
+    return turned(onPath(path, along, LINE_SPACING * face.height * (1 + extraLine)));
 }
 
 Point Lettering::feed(const Face& face) const {
     const double along = spaceAdvance(face) * (1 + extraSpace);
-    const double upwards = LINE_SPACING * face.height * (1 + extraLine);
     // A quarter turn to the right of the path.
-    const Point feeds[] = {{0, -upwards}, {-along, 0}, {0, upwards}, {along, 0}};
-    return turned(feeds[path & 3]) * (feedReversed ? -1 : 1);
+    return turned(onPath(path + 1, along, LINE_SPACING * face.height * (1 + extraLine))) * (feedReversed ? -1 : 1);
 }
 
 void layStrokes(const Lettering& lettering, const Face& face, std::span<const Line> strokes, Point scale, Point shift,

@@ -344,7 +344,6 @@ std::size_t Printer::stepText(std::string_view bytes, std::size_t offset) {
 
 // A plotter has no fonts: around its raster stand line ends, or nothing.
 std::size_t Printer::stepBetweenPlots(std::string_view bytes, std::size_t offset) {
-    constexpr char FORM_FEED = 0x0c;
     if (bytes[offset] == FORM_FEED) endPage();
     return offset + 1;
 }

@@ -4,19 +4,12 @@
 #include <cmath>
 #include <cstdio>
 
+#include "plotter/ascii.h"
 #include "plotter/printer.h"
 
 namespace plotter {
 
 namespace {
-
-constexpr char BACKSPACE = 0x08;
-constexpr char TAB = 0x09;
-constexpr char LINE_FEED_BYTE = 0x0a;
-constexpr char FORM_FEED = 0x0c;
-constexpr char CARRIAGE_RETURN = 0x0d;
-constexpr char SHIFT_OUT = 0x0e;
-constexpr char SHIFT_IN = 0x0f;
 
 constexpr double UNDERLINE = 0.1;  // below the baseline, in heights of the font
 
@@ -104,7 +97,7 @@ void Printer::control(char c) {
             returnCarriage();
             if (returnFeeds) feedLine(1);
             break;
-        case LINE_FEED_BYTE:
+        case LINE_FEED:
             feedLine(1);
             if (feedReturns) returnCarriage();
             break;
@@ -141,8 +134,7 @@ void Printer::drawText(std::string_view text) {
 }
 
 void Printer::drawCharacter(char32_t character) {
-    constexpr char32_t DELETE = 0x7f;
-    if (character < U' ' || character == DELETE) return;
+    if (character < U' ' || character == char32_t{DELETE}) return;
     if (captionCharacters_ >= MOST_CAPTION_CHARACTERS) {
         machine_.report().meetBound("text of a page");
         return;
