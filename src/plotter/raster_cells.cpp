@@ -19,6 +19,26 @@ uint32_t roundedColour(uint32_t colour) {
     return rounded(colour >> 16) << 16 | rounded(colour >> 8 & 0xff) << 8 | rounded(colour & 0xff);
 }
 
+inline Darkness darknessOf(uint32_t colour) {
+    return {255 - (colour >> 16), 255 - (colour >> 8 & 0xff), 255 - (colour & 0xff)};
+}
+
+inline void add(Darkness& sums, const Darkness& dark, uint64_t times) {
+    for (std::size_t i = 0; i < sums.size(); ++i) {
+        sums[i] += dark[i] * times;
+    }
+}
+
+inline uint32_t mixtureOf(const Darkness& sums, uint64_t pixels) {
+    uint32_t colour = 0;
+    bool isMixture = false;
+    for (const uint64_t sum : sums) {
+        colour = colour << 8 | static_cast<uint32_t>(255 - sum / pixels);
+        isMixture = isMixture || sum % pixels != 0;
+    }
+    return isMixture ? roundedColour(colour) : colour;
+}
+
 }  // namespace
 
 void RasterCells::begin(std::size_t columns) {
@@ -32,26 +52,6 @@ void RasterCells::begin(std::size_t columns) {
 }
 
 // ---- cells ----
-
-RasterCells::Sums RasterCells::darknessOf(uint32_t colour) {
-    return {255 - (colour >> 16), 255 - (colour >> 8 & 0xff), 255 - (colour & 0xff)};
-}
-
-void RasterCells::add(Sums& sums, const Sums& dark, uint64_t times) {
-    for (std::size_t i = 0; i < sums.size(); ++i) {
-        sums[i] += dark[i] * times;
-    }
-}
-
-uint32_t RasterCells::mixtureOf(const Sums& sums, uint64_t pixels) {
-    uint32_t colour = 0;
-    bool isMixture = false;
-    for (const uint64_t sum : sums) {
-        colour = colour << 8 | static_cast<uint32_t>(255 - sum / pixels);
-        isMixture = isMixture || sum % pixels != 0;
-    }
-    return isMixture ? roundedColour(colour) : colour;
-}
 
 void RasterCells::lay(std::span<const PixelRun> runs, std::size_t times) {
     rows_ += times;
@@ -75,7 +75,7 @@ void RasterCells::mix(std::span<const PixelRun> runs, std::size_t times) {
     std::size_t cellEnd = reduction_;
     for (const PixelRun& run : runs) {
         if (run.colour == WHITE_PIXEL) continue;
-        const Sums dark = darknessOf(run.colour);
+        const Darkness dark = darknessOf(run.colour);
         for (std::size_t first = run.first; first < run.end;) {
             if (first >= cellEnd) {  // a division a cell at most, not one a run
                 cell = first / reduction_;
@@ -131,7 +131,7 @@ void RasterCells::fold(const std::vector<uint16_t>& row, std::size_t finer) {
 // Four cells become one; the row under way, and one without a partner, go on in larger ones.
 void RasterCells::coarsen() {
     std::vector<std::vector<uint16_t>> rows = std::exchange(cells_, {});
-    const std::vector<Sums> mixed = std::exchange(mixed_, {});
+    const std::vector<Darkness> mixed = std::exchange(mixed_, {});
     const std::size_t mixedRows = std::exchange(mixedRows_, 0);
     const std::size_t finer = reduction_;
     reduction_ *= 2;

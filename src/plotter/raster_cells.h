@@ -28,6 +28,9 @@ struct PixelRectangle {
     uint32_t left, right, top, bottom;  // columns and rows; right and bottom are beyond
 };
 
+// Of red, green and blue: how much darker than white, over several pixels.
+using Darkness = std::array<uint64_t, 3>;
+
 class RasterCells {
   public:
     // Forgets what was laid. columns: how many there will be; 0: nobody knows.
@@ -46,12 +49,7 @@ class RasterCells {
     std::vector<PixelRectangle> takeRectangles(std::size_t most);
 
   private:
-    using Sums = std::array<uint64_t, 3>;  // of red, green, blue: how much darker than white
     using Rectangles = std::vector<PixelRectangle>;
-
-    static Sums darknessOf(uint32_t colour);
-    static void add(Sums& sums, const Sums& dark, uint64_t times);
-    static uint32_t mixtureOf(const Sums& sums, uint64_t pixels);
 
     void mix(std::span<const PixelRun> runs, std::size_t times);
     void store();
@@ -69,7 +67,7 @@ class RasterCells {
     std::size_t rows_ = 0;                      // of pixels
     std::size_t reduction_ = 1;                 // pixels a cell is wide and high
     std::vector<std::vector<uint16_t>> cells_;  // by row, each as wide as it has ink; indices of colours_
-    std::vector<Sums> mixed_;                   // of the row of cells under way
+    std::vector<Darkness> mixed_;               // of the row of cells under way
     std::size_t mixedRows_ = 0;                 // rows of pixels in it
     std::vector<uint32_t> colours_;             // 0xRRGGBB; the first one is white
     std::unordered_map<uint32_t, uint16_t> indices_;
