@@ -256,13 +256,6 @@ char32_t ofNumber(int32_t number, uint8_t code) {
     return ofPage(number, code);
 }
 
-// Bytes of a sequence that begins so; 0: none begins so. What would say in more bytes what fits into fewer is none.
-std::size_t sequenceLength(uint8_t first) {
-    if (first >= 0xC2 && first <= 0xDF) return 2;
-    if (first >= 0xE0 && first <= 0xEF) return 3;
-    return first >= 0xF0 && first <= 0xF4 ? 4 : 0;
-}
-
 }  // namespace
 
 char32_t decode(SymbolSet set, uint8_t code) {
@@ -277,10 +270,17 @@ bool isUnicode(SymbolSet set) {
     return !set.hpgl && set.number == UNICODE_NUMBER;
 }
 
+// What would say in more bytes what fits into fewer is none.
+std::size_t utf8Length(uint8_t first) {
+    if (first >= 0xC2 && first <= 0xDF) return 2;
+    if (first >= 0xE0 && first <= 0xEF) return 3;
+    return first >= 0xF0 && first <= 0xF4 ? 4 : 0;
+}
+
 std::size_t readUtf8(std::string_view text, char32_t& character) {
     if (text.empty()) return 0;
     const auto first = static_cast<uint8_t>(text[0]);
-    const std::size_t length = sequenceLength(first);
+    const std::size_t length = utf8Length(first);
     if (length == 0 || text.size() < length) return 0;
     char32_t read = first & (0x7FU >> length);
     for (const char byte : text.substr(1, length - 1)) {

@@ -31,6 +31,8 @@ bool isProportional(SymbolSet set);
 // Whether two-byte codes of the set are Unicode.
 bool isUnicode(SymbolSet set);
 
+// How many bytes a sequence of UTF-8 has that begins so, two at least; 0: none begins so.
+std::size_t utf8Length(uint8_t first);
 // The sequence of two or more bytes that the text begins with: how many, 0 when it is none.
 std::size_t readUtf8(std::string_view text, char32_t& character);
 // Whether there are bytes beyond ASCII, and all of them are in sequences of UTF-8.

@@ -8,6 +8,7 @@
 #include <cstdint>
 
 #include "plotter/ascii.h"
+#include "plotter/character_sets.h"
 #include "plotter/escapes.h"
 
 namespace plotter {
@@ -139,11 +140,7 @@ std::string withoutParity(std::string_view bytes) {
 // How many bytes the sequence at the place has; 0 when it is not UTF-8.
 std::size_t sequenceLength(std::string_view bytes, std::size_t at) {
     const uint8_t first = toByte(bytes[at]);
-    const std::size_t length = first < 0x80                    ? 1
-                               : first >= 0xc2 && first < 0xe0 ? 2
-                               : first >= 0xe0 && first < 0xf0 ? 3
-                               : first >= 0xf0 && first < 0xf5 ? 4
-                                                               : 0;
+    const std::size_t length = first < UPPER_HALF ? 1 : utf8Length(first);
     if (length == 0 || at + length > bytes.size()) return 0;
     const auto rest = bytes.substr(at + 1, length - 1);
     return std::ranges::all_of(rest, [](char c) { return (toByte(c) & 0xc0) == 0x80; }) ? length : 0;

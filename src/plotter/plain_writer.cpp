@@ -4,7 +4,6 @@
 #include <charconv>
 
 #include "plotter/areas.h"
-#include "plotter/survey_sheet.h"
 #include "plotter/units.h"
 
 namespace plotter {
