@@ -4,8 +4,8 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 packages_to_build="cmake ninja-build g++ pkg-config qt6-base-dev qt6-svg-dev qt6-translations-l10n libgl-dev libxcb1-dev
     libcups2-dev zlib1g-dev fonts-dejavu-core hershey-fonts-data"
-packages_to_test="libgtest-dev clang-format clang-tidy python3 python3-numpy python3-pil locales xvfb xauth xdotool wmctrl openbox
-    imagemagick x11-utils cups-daemon cups-client poppler-utils librsvg2-bin gnuplot-nox plotutils"
+packages_to_test="libgtest-dev clang-format clang-tidy python3 python3-numpy python3-pil locales xvfb xauth xdotool
+    wmctrl openbox imagemagick x11-utils cups-daemon cups-client poppler-utils librsvg2-bin gnuplot-nox plotutils"
 packages_to_fuzz="clang libclang-rt-14-dev libgtest-dev"
 packages_to_attack="python3 util-linux xvfb xauth openbox x11-utils x11-xkb-utils poppler-utils librsvg2-bin imagemagick"
 packages_to_bench="libbenchmark-dev python3"
