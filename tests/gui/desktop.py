@@ -174,8 +174,9 @@ class Viewer:
             raise AssertionError(f"the viewer ended: {self.process.returncode} {self.process.stderr.read()}")
 
     def windows(self, title):
-        """Those that show now."""
-        return self.search(f"^{re.escape(title)}$")
+        """Those that show now; the main window's title follows the name of what it shows."""
+        named = "(.* \u2013 )?" if title == TITLE else ""
+        return self.search(f"^{named}{re.escape(title)}$")
 
     def popups(self):
         """The menus that show now: windows that the window manager leaves alone. One in which nothing is drawn yet does

@@ -40,11 +40,6 @@ def reads_a_pipe(desktop, plot):
             expect_picture(viewer, plot)
 
 
-def shows_an_empty_window(desktop, plot):
-    with desktop.viewer(KELHPGL) as viewer:
-        expect_picture(viewer, beside(plot, "empty.plt"))
-
-
 def a_missing_file_is_said(desktop, plot):
     """On standard error and in a box in front of the window, which stays."""
     with desktop.viewer(KELHPGL, plot.with_name("missing.plt")) as viewer:
@@ -164,8 +159,7 @@ def picture_sizes_have_limits(desktop, plot):
         assert not file.exists(), size
 
 
-run_all(opens_a_file, resizing_refits, the_window_has_a_least_size, reads_a_pipe, shows_an_empty_window,
-        a_missing_file_is_said, a_file_without_a_drawing_is_said, file_names_are_bytes,
+run_all(opens_a_file, resizing_refits, the_window_has_a_least_size, reads_a_pipe, a_missing_file_is_said, a_file_without_a_drawing_is_said, file_names_are_bytes,
         options_of_others_are_passed_over, a_german_session_shows_the_same_picture,
         pixels_of_a_dense_screen_are_all_used, unreadable_configuration_is_passed_over,
         a_pipe_is_no_configuration, several_notices_share_a_box, logs_that_cannot_be_written_are_done_without,

@@ -24,7 +24,7 @@ def pages_in(plot, text=PLOTTED):
 
 def page_window(viewer, page, pages=3):
     """The main window as soon as it says that this page is shown."""
-    viewer.main = wait_for(f"page {page}", lambda: viewer.windows(f"{TITLE} \u2013 {page} of {pages}"))[0]
+    viewer.main = wait_for(f"page {page}", lambda: viewer.search(f"(^| \u2013 ){page} of {pages} \u2013 {TITLE}$"))[0]
     return viewer.main
 
 
@@ -140,7 +140,7 @@ def another_picture_takes_their_place(desktop, plot):
         expect_picture(viewer, plot)
         press(viewer, "Next", "Prior", "Prior")
         expect_picture(viewer, plot)
-        assert not viewer.windows(f"{TITLE} \u2013 1 of 3")
+        assert not viewer.search(f"1 of 3 \u2013 {TITLE}$")
 
 
 def a_watched_file_keeps_its_page(desktop, plot):

@@ -27,7 +27,6 @@ PLOT = ("IN;SP1;PU0,0;PD4000,0,4000,3000,0,3000,0,0;SP2;PU500,500;PD3500,2500;PU
         "SP6;" + "".join(f"PU2000,1500;PD{2000 + 600 * dx},{1500 + 450 * dy};"
                          for dx, dy in ((2, 0), (0, 2), (-2, 0), (0, -2), (1, 2), (-1, 2), (2, -1), (-2, -1))))
 TURNABLE = PLOT.replace("IN;", "IN;SC0,1,0,1;")  # when it is opened as it is
-RUBBER = 0, 255, 0  # the colour of the rectangle while it is dragged
 
 
 @functools.lru_cache(maxsize=None)
@@ -36,17 +35,23 @@ def dump(plot, written, width, height, *options):
     return drawing.dump(HPGLDUMP, plot, width, height, *options)
 
 
-def band_calls(x1, y1, x2, y2):
-    index = 999
-    return ["palette {} {} {} {}".format(index, *RUBBER), f"OUTlinecolour {index}",
-            f"OUTboxr0 {min(x1, x2)} {min(y1, y2)} {abs(x2 - x1)} {abs(y2 - y1)}"]
+def with_band(plain, x1, y1, x2, y2):
+    """The picture with that rectangle over it, striped in black and white."""
+    height, width = plain.shape
+    top, bottom = height - 1 - max(y1, y2), height - 1 - min(y1, y2)
+    left, right = min(x1, x2), max(x1, x2)
+    y, x = numpy.indices((height, width))
+    inside = (x >= left) & (x <= right) & (y >= top) & (y <= bottom)
+    edge = inside & ((x == left) | (x == right) | (y == top) | (y == bottom))
+    return numpy.where(edge, numpy.where((x + y) // 4 % 2, WHITE, 0), plain)
 
 
 def is_picture(shown, plot, *options, band=None):
     """Whether a picture shows the plot, without wide lines, in its size, with that rectangle being dragged."""
     height, width = shown.shape
     lines = dump(plot, plot.stat().st_mtime_ns, width, height, *options)
-    return numpy.array_equal(shown, drawing.drawn(lines + band_calls(*band) if band else lines, width, height))
+    drawn = drawing.drawn(lines, width, height)
+    return numpy.array_equal(shown, with_band(drawn, *band) if band else drawn)
 
 
 def expect_picture(viewer, plot, *options, band=None):
@@ -68,7 +73,8 @@ def beside(plot, name, content=""):
 def run(test, desktop):
     began = time.monotonic()
     desktop.test = test.__name__
-    with tempfile.TemporaryDirectory() as folder:
+    with tempfile.TemporaryDirectory() as folder, tempfile.TemporaryDirectory() as state:
+        desktop.environment["XDG_STATE_HOME"] = state
         plot = pathlib.Path(folder) / "thin.plt"
         plot.write_text(PLOT)
         try:

@@ -117,13 +117,17 @@ def the_loss_of_the_focus_breaks_a_drag_off(desktop, plot):
             expect_broken_off(viewer, plot, lose_the_focus)
 
 
-def the_mouse_may_leave_the_window(desktop, plot):
+def the_rectangle_ends_at_the_edge(desktop, plot):
     with desktop.viewer(KELHPGL, plot) as viewer:
         expect_picture(viewer, plot)
-        viewer.start_drag(250, 200, 640, -45)
-        expect_picture(viewer, plot, band=(250, 200, 640, -45))
-        viewer.release()
-        expect_picture(viewer, plot, *zoom(250, 200, 640, -45))
+        height, width = viewer.picture().shape
+        for outside, edge in ((640, -45), (width - 1, 0)), ((-20, height + 70), (0, height - 1)):
+            viewer.start_drag(250, 200, *outside)
+            expect_picture(viewer, plot, band=(250, 200, *edge))
+            viewer.release()
+            expect_picture(viewer, plot, *zoom(250, 200, *edge))
+            desktop.xdotool("key", "Home")
+            expect_picture(viewer, plot)
 
 
 def a_repaint_leaves_the_rectangle(desktop, plot):
@@ -227,6 +231,6 @@ def a_menu_breaks_a_drag_off(desktop, plot):
 run_all(dragging_zooms, dragging_zooms_on_a_dense_screen, the_rectangle_is_seen_while_it_is_dragged,
         rectangles_without_an_area_change_nothing, rectangles_that_hold_no_unit_change_nothing,
         a_double_click_leaves_no_rectangle, escape_breaks_a_drag_off, a_second_button_breaks_a_drag_off,
-        the_loss_of_the_focus_breaks_a_drag_off, the_mouse_may_leave_the_window, a_repaint_leaves_the_rectangle,
+        the_loss_of_the_focus_breaks_a_drag_off, the_rectangle_ends_at_the_edge, a_repaint_leaves_the_rectangle,
         resizing_keeps_the_view, the_next_picture_is_shown_whole, another_view_breaks_a_drag_off,
         another_picture_breaks_a_drag_off, a_menu_breaks_a_drag_off)

@@ -66,7 +66,7 @@ void ToolkitMessages::deliver(ChildMessages& children) {
         if (action.message == W_MSG_MOUSE) {
             children.mouse(action.object, action.first, action.position);
         } else {
-            send(action.object, action.message, action.first, action.second);
+            children.action(action.object, action.first, action.second);
         }
     }
     for (const WHandle child : std::exchange(paints_, {})) {

@@ -13,7 +13,8 @@
 
 namespace qrvel {
 
-// Whoever carries a message about a drawing child to it, with all that belongs to that.
+// Whoever carries messages about a drawing child to it, with all that belongs to that, and what the user chose to an
+// object.
 class ChildMessages {
   public:
     ChildMessages() = default;
@@ -23,6 +24,7 @@ class ChildMessages {
 
     // Each delivers the message, once.
     virtual void mouse(WHandle child, uint32_t first, QPoint position) = 0;
+    virtual void action(WHandle object, uint32_t kind, uint32_t id) = 0;
     virtual void paint(WHandle child) = 0;
 };
 

@@ -83,6 +83,17 @@ constexpr Row ROWS[] = {
     {OwnText::PrintPreview,   "W_PRINT_PREVIEW",   "Preview"},
     {OwnText::PrintPreparing, "W_PRINT_PREPARING", "The preview is on its way"},
     {OwnText::Replace,        "W_REPLACE",         "&Replace"},
+    {OwnText::OpenFile,       "W_OPEN_FILE",       "&Open..."},
+    {OwnText::RecentFiles,    "W_RECENT_FILES",    "Open r&ecent"},
+    {OwnText::ReadAgain,      "W_READ_AGAIN",      "Read a&gain"},
+    {OwnText::FileBefore,     "W_FILE_BEFORE",     "Previous f&ile"},
+    {OwnText::FileAfter,      "W_FILE_AFTER",      "Next &file"},
+    {OwnText::PageBefore,     "W_PAGE_BEFORE",     "Pre&vious page"},
+    {OwnText::PageAfter,      "W_PAGE_AFTER",      "&Next page"},
+    {OwnText::NextView,       "W_NEXT_VIEW",       "Ne&xt zoom"},
+    {OwnText::FullScreen,     "W_FULL_SCREEN",     "F&ull screen"},
+    {OwnText::CopyPicture,    "W_COPY_PICTURE",    "Cop&y as picture"},
+    {OwnText::DropHere,       "W_DROP_HERE",       "Drop a plot file here, or press %1"},
 };
 // clang-format on
 

@@ -38,6 +38,8 @@ enum class OwnText {
     PrintNoFolder, PrintIsFolder, PrintExists,  // %1 a path
     PrintPreview,     // what a screen reader calls it
     PrintPreparing, Replace,
+    OpenFile, RecentFiles, ReadAgain, FileBefore, FileAfter, PageBefore, PageAfter, NextView, FullScreen, CopyPicture,
+    DropHere,         // in an empty window; %1 the key for OpenFile
 };
 // clang-format on
 

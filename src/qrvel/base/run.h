@@ -26,6 +26,14 @@ struct PageNumber {
     bool operator==(const PageNumber&) const = default;
 };
 
+// The picture that is shown next.
+struct ShownPicture {
+    QByteArray file;  // that it comes from; empty when it comes from elsewhere
+    PageNumber page;
+    bool again = false;   // the one that is shown now, read again
+    bool isNone = false;  // nothing has been shown, and nothing is
+};
+
 struct Progress {
     qint64 done;  // bytes
     qint64 all;   // 0: not known
@@ -71,8 +79,8 @@ class Run {
     // A picture is waited for, which the user may give up; and it is there, or is not waited for any more.
     virtual void waiting(const std::function<Progress()>& /*progress*/, const std::function<void()>& /*givenUp*/) {}
     virtual void waited() {}
-    // Another picture is there; and what is to be said of it.
-    virtual void shows(const PageNumber& /*page*/) {}
+    // A picture is there; and what is to be said of it.
+    virtual void shows(const ShownPicture& /*picture*/) {}
     virtual void remark(const QString& /*text*/) {}
 };
 

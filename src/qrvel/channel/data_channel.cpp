@@ -8,6 +8,7 @@
 
 #include "qrvel/base/application.h"
 #include "qrvel/base/own_texts.h"
+#include "qrvel/channel/neighbour_files.h"
 
 namespace qrvel {
 
@@ -28,6 +29,7 @@ class EmptyPicture final : public Speaker {
 
     void takeTurn() override { channel_.transmit(Transmission::endAlone()); }
     void giveUp() override {}
+    bool hasNothing() const override { return true; }
     qint64 bytesDone() const override { return 0; }
     qint64 bytesInAll() const override { return 0; }
     void shown() override { channel_.leave(*this); }
@@ -73,14 +75,17 @@ bool DataChannel::start(const Options& options) {
 }
 
 void DataChannel::open(const QByteArray& fileName) {
-    if (watch_ && fileName != STANDARD_INPUT) watch_->add(fileName);
+    if (fileName != STANDARD_INPUT) {
+        if (watch_) watch_->add(fileName);
+        if (std::find(files_.begin(), files_.end(), fileName) == files_.end()) files_.push_back(fileName);
+    }
     add(std::make_unique<FileSource>(*this, fileName, manner_));
 }
 
 // The user goes on looking at the page that was shown of it, as long as there is such a page.
 void DataChannel::openAgain(const QByteArray& fileName) {
     FileManner manner = manner_;
-    if (picture_.of != nullptr && picture_.name == fileName) manner.page = picture_.page.number;
+    if (picture_.shown.file == fileName) manner.page = picture_.shown.page.number;
     manner.again = true;
     add(std::make_unique<FileSource>(*this, fileName, manner));
 }
@@ -246,8 +251,8 @@ void DataChannel::deliver() {
 void DataChannel::finish() {
     delivered_ = true;
     if (picture_.of != nullptr && picture_.of != turn_) picture_.of->replaced();
-    picture_ = turn_ != nullptr ? Picture{turn_, turn_->fileName(), turn_->page()} : Picture{};
-    application()->run->shows(picture_.page);
+    picture_ = turn_ != nullptr ? Picture{turn_, shownNext(*turn_)} : Picture{};
+    application()->run->shows(picture_.shown);
     delivery_.reset();
     application()->run->waited();
     state_ = State::AwaitingPaint;
@@ -256,6 +261,22 @@ void DataChannel::finish() {
 
 void DataChannel::pictureIsOut() {
     if (state_ == State::AwaitingPaint) settle();
+}
+
+ShownPicture DataChannel::shownNext(const Speaker& speaker) const {
+    ShownPicture next{.file = speaker.fileName(), .page = speaker.page(), .isNone = speaker.hasNothing()};
+    next.again =
+        speaker.readsAgain() && next.file == picture_.shown.file && next.page.number == picture_.shown.page.number;
+    return next;
+}
+
+void DataChannel::readAgain() {
+    if (!pictureName().isEmpty()) openAgain(pictureName());
+}
+
+void DataChannel::turnFile(int by) {
+    const QByteArray next = neighbourOf(pictureName(), files_, by);
+    if (!next.isEmpty()) add(std::make_unique<FileSource>(*this, next, manner_));
 }
 
 void DataChannel::turnPage(int by) {

@@ -70,11 +70,16 @@ class DataChannel : public Object {
     bool sendPage(std::string_view format, std::string_view bytes);
     // Whose picture is shown, as far as it has been handed over; and which of its pages that is.
     bool isPictureOf(const Speaker& speaker) const { return picture_.of == &speaker; }
-    const PageNumber& picturePage() const { return picture_.page; }
+    const PageNumber& picturePage() const { return picture_.shown.page; }
     // The user wants to see the page so many further on, or back.
     void turnPage(int by);
     // The file that the picture comes from; empty when it comes from elsewhere.
-    const QByteArray& pictureName() const { return picture_.name; }
+    const QByteArray& pictureName() const { return picture_.shown.file; }
+    // The user wants that file to be read again.
+    void readAgain();
+    // The user wants to see the file so many further on, or back: of those that were named or, where it is the only
+    // one, of those beside it.
+    void turnFile(int by);
     // Whether a transmission has been handed over whole.
     bool hasDelivered() const { return delivered_; }
 
@@ -86,8 +91,7 @@ class DataChannel : public Object {
     // What was handed over last.
     struct Picture {
         Speaker* of = nullptr;  // null when it has left
-        QByteArray name;        // of the file that it comes from
-        PageNumber page;
+        ShownPicture shown;
     };
 
     void add(std::unique_ptr<Speaker> speaker);
@@ -100,6 +104,7 @@ class DataChannel : public Object {
     void settle();
     void waitForSpeakers();
     void showEmptyWindow();
+    ShownPicture shownNext(const Speaker& speaker) const;
     Progress progress() const;
 
     Receiver receiver_;
@@ -120,6 +125,7 @@ class DataChannel : public Object {
     bool isHandingOver_ = false;     // the viewer is in its callback
     std::vector<Speaker*> leaving_;  // meanwhile
     FileManner manner_;              // in which files are opened
+    std::vector<QByteArray> files_;  // that the user has named, in their order
     bool delivered_ = false;
 };
 

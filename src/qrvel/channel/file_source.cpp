@@ -70,10 +70,14 @@ void FileSource::isLookedAt() {
         fail(ownText(OwnText::CannotRead).arg(shownName(), file_->failure()));
         return;
     }
-    if (!look.foreignKind.empty()) {
-        isNoPlot(ownText(OwnText::OtherKind).arg(shownName(), QString::fromStdString(look.foreignKind)));
-    } else if (!look.isPlot && name_ != STANDARD_INPUT) {
-        isNoPlot(ownText(OwnText::NoDrawing).arg(shownName()));
+    if (const QString why = whyNoPlot(); !why.isEmpty()) {
+        if (isUnattended() || channel_.hasDelivered()) {  // what is shown is better than nothing
+            fail(why);
+            return;
+        }
+        showNotice(why);
+        single_ = std::make_unique<Spool>();  // an empty picture instead of what its bytes would draw by chance
+        manner_.page = 0;
     } else if (look.isPlain) {
         single_ = file_->takeFile();
     } else {
@@ -88,11 +92,12 @@ void FileSource::isLookedAt() {
     }
 }
 
-// An empty picture instead of what its bytes would draw by chance.
-void FileSource::isNoPlot(const QString& why) {
-    showNotice(why);
-    single_ = std::make_unique<Spool>();
-    manner_.page = 0;
+// Empty when it is one.
+QString FileSource::whyNoPlot() const {
+    const FileLook& look = file_->found();
+    const QString kind = QString::fromStdString(look.foreignKind);
+    if (!kind.isEmpty()) return ownText(OwnText::OtherKind).arg(shownName(), kind);
+    return look.isPlot || name_ == STANDARD_INPUT ? QString() : ownText(OwnText::NoDrawing).arg(shownName());
 }
 
 // That a page is white is said when it is printed.

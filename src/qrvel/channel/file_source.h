@@ -34,6 +34,7 @@ class FileSource final : public Speaker {
     qint64 bytesDone() const override;
     qint64 bytesInAll() const override;
     QByteArray fileName() const override { return name_ == STANDARD_INPUT ? QByteArray() : name_; }
+    bool readsAgain() const override { return manner_.again; }
     std::optional<QByteArray> folder() const override;
     PageNumber page() const override { return {.number = page_, .of = pages_}; }
     void turnPage(int by) override;
@@ -48,7 +49,7 @@ class FileSource final : public Speaker {
 
     void isRead();
     void isLookedAt();
-    void isNoPlot(const QString& why);
+    QString whyNoPlot() const;
     void sayReport();
     bool findPage();
     void beginPage();

@@ -40,6 +40,10 @@ class Speaker {
 
     // Of the file that it is, if it is one.
     virtual QByteArray fileName() const { return {}; }
+    // Whether it has nothing to show.
+    virtual bool hasNothing() const { return false; }
+    // Whether that has been read before, and is now because it may have changed.
+    virtual bool readsAgain() const { return false; }
 
     // Of what was transmitted last.
     virtual PageNumber page() const { return {}; }

@@ -43,6 +43,8 @@ struct Child : Object {
     WHandle container = 0;
     std::unique_ptr<ScreenSurface> surface;  // made by OUTstdcreate
     OutputDevice* page = nullptr;            // while it is there, it takes the surface's place
+    uint32_t updates = 0;                    // how often a paint has been asked for
+    QPoint pressPosition;                    // of the last press delivered
     QPoint mousePosition;                    // of the mouse message delivered last, device pixels, y upward
 };
 

@@ -30,11 +30,23 @@ QImage blank(QSize size) {
 
 // One pixel wide and one more to the right and below, like every outline. Sides are filled: QPainter's own outline
 // leaves out a corner when two sides that do not meet there are outside.
-void paintOutline(QPainter& painter, const QRectF& box, const QColor& colour) {
-    painter.fillRect(QRectF(box.left(), box.top(), box.width() + 1, 1), colour);
-    painter.fillRect(QRectF(box.left(), box.bottom(), box.width() + 1, 1), colour);
-    painter.fillRect(QRectF(box.left(), box.top(), 1, box.height() + 1), colour);
-    painter.fillRect(QRectF(box.right(), box.top(), 1, box.height() + 1), colour);
+void paintOutline(QPainter& painter, const QRectF& box, const QBrush& brush) {
+    painter.fillRect(QRectF(box.left(), box.top(), box.width() + 1, 1), brush);
+    painter.fillRect(QRectF(box.left(), box.bottom(), box.width() + 1, 1), brush);
+    painter.fillRect(QRectF(box.left(), box.top(), 1, box.height() + 1), brush);
+    painter.fillRect(QRectF(box.right(), box.top(), 1, box.height() + 1), brush);
+}
+
+// Stripes of black and white across, so that a line of it is seen on every colour.
+QBrush stripes() {
+    constexpr int WIDTH = 4;
+    QImage tile(2 * WIDTH, 2 * WIDTH, QImage::Format_RGB32);
+    for (int y = 0; y < tile.height(); ++y) {
+        for (int x = 0; x < tile.width(); ++x) {
+            tile.setPixel(x, y, (x + y) / WIDTH % 2 == 0 ? BLACK : WHITE);
+        }
+    }
+    return QBrush(tile);
 }
 
 }  // namespace
@@ -66,11 +78,11 @@ void ScreenSurface::clear() {
 
 void ScreenSurface::show(QPainter& painter) const {
     painter.drawImage(0, 0, shown_);
-    for (const auto& [box, colour] : trackBoxes_) {
+    for (const PixelBox& box : trackBoxes_) {
         paintOutline(painter,
                      QRectF(static_cast<double>(box.x), fromTop(box.y + box.height), static_cast<double>(box.width),
                             static_cast<double>(box.height)),
-                     QColor::fromRgb(colour));
+                     stripes());
     }
 }
 
@@ -148,12 +160,11 @@ void ScreenSurface::text(OUTPoint baseline, std::string_view bytes) {
 }
 
 void ScreenSurface::trackBox(const PixelBox& box) {
-    const auto known =
-        std::find_if(trackBoxes_.begin(), trackBoxes_.end(), [&](const TrackBox& track) { return track.box == box; });
+    const auto known = std::find(trackBoxes_.begin(), trackBoxes_.end(), box);
     if (known != trackBoxes_.end()) {
         trackBoxes_.erase(known);
     } else {
-        trackBoxes_.push_back({.box = box, .colour = attributes.lineColour});
+        trackBoxes_.push_back(box);
     }
 }
 

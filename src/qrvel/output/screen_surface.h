@@ -49,10 +49,6 @@ class ScreenSurface final : public OutputDevice {
     void trackBox(const PixelBox& box) override;
 
   private:
-    struct TrackBox {
-        PixelBox box;
-        uint32_t colour;
-    };
     using Clock = std::chrono::steady_clock;
 
     // Counts the work of one call, in the time of a short thin line; now and then looks at the clock.
@@ -73,7 +69,7 @@ class ScreenSurface final : public OutputDevice {
     PixelArea area_;  // the pixels of drawn_
     EvenOddFill polygons_;
     TextOutput text_;
-    std::vector<TrackBox> trackBoxes_;
+    std::vector<PixelBox> trackBoxes_;
     uint32_t background_ = 0;
     bool changed_ = false;
     bool complete_ = false;

@@ -1,8 +1,10 @@
 #include "qrvel/run/window_run.h"
 
 #include "qrvel/base/application.h"
+#include "qrvel/base/recent_files.h"
 #include "qrvel/channel/data_channel.h"
 #include "qrvel/output/child.h"
+#include "qrvel/window/child_widget.h"
 #include "qrvel/window/shell.h"
 #include "qrvel/window/strip.h"
 
@@ -13,6 +15,7 @@ bool WindowRun::delivered(bool whole) {
     const auto* child = handles().findFirst<Child>([](const Child&) { return true; });
     if (child == nullptr || (isUnattended() && !whole)) return false;
     application()->messages.postPaint(child->handle);
+    moveViews([&](ViewMotion& view) { view.began(keepsView_); });
     return true;
 }
 
@@ -29,8 +32,16 @@ void WindowRun::waiting(const std::function<Progress()>& progress, const std::fu
     if (!isUnattended()) panel_ = std::make_unique<LoadPanel>(progress, givenUp);
 }
 
-void WindowRun::shows(const PageNumber& page) {
-    showPageNumber(page.number, page.of);
+void WindowRun::shows(const ShownPicture& picture) {
+    keepsView_ = picture.again;
+    showTitle(picture);
+    if (!picture.file.isEmpty()) keepRecentFile(picture.file);
+    const Options& options = application()->options;
+    const bool isAlone = options.channelName.isEmpty() && options.channelDescriptor < 0 && !options.frames;
+    handles().forEach<Child>([&](const Child& child) {
+        auto* widget = static_cast<ChildWidget*>(child.widget.data());
+        if (widget != nullptr) widget->invite(isAlone && picture.isNone);
+    });
     hideStrip();
 }
 

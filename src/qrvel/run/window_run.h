@@ -15,11 +15,12 @@ class WindowRun : public Run {
     void sendPage(std::string_view format, std::string_view bytes) override;
     void waiting(const std::function<Progress()>& progress, const std::function<void()>& givenUp) override;
     void waited() override { panel_.reset(); }
-    void shows(const PageNumber& page) override;
+    void shows(const ShownPicture& picture) override;
     void remark(const QString& text) override;
 
   private:
     std::unique_ptr<LoadPanel> panel_;
+    bool keepsView_ = false;  // of the picture before
 };
 
 }  // namespace qrvel

@@ -4,46 +4,46 @@
 #include <iterator>
 
 #include "platform/message_pump.h"
-#include "qrvel/base/application.h"
-#include "qrvel/channel/data_channel.h"
-#include "qrvel/window/action_bar.h"
+#include "qrvel/window/commands.h"
+#include "toolkit/wi.h"
 
 namespace qrvel {
 
 namespace {
 
-// Above the actions of all items.
-constexpr uint32_t PAGE_BEFORE = 0x10000;
-constexpr uint32_t PAGE_AFTER = 0x10001;
+constexpr int CONTROL = Qt::ControlModifier, ALT = Qt::AltModifier;
 
-// The command is the action of the item; turning pages is not in the action bar.
+// Of several keys for a command the first is named in the menus.
 constexpr pump::Accelerator ACCELERATORS[] = {
-    {Qt::Key_P, Qt::ControlModifier, 5},      // print
-    {Qt::Key_Q, Qt::ControlModifier, 7},      // exit
-    {Qt::Key_Home, Qt::NoModifier, 9},        // complete picture
-    {Qt::Key_Backspace, Qt::NoModifier, 10},  // last zoom
-    {Qt::Key_R, Qt::ControlModifier, 11},     // rotate
-    {Qt::Key_PageUp, Qt::NoModifier, PAGE_BEFORE},
-    {Qt::Key_PageDown, Qt::NoModifier, PAGE_AFTER},
+    {Qt::Key_P, CONTROL, PRINT},
+    {Qt::Key_Q, CONTROL, EXIT},
+    {Qt::Key_Home, 0, COMPLETE_PICTURE},
+    {Qt::Key_0, CONTROL, COMPLETE_PICTURE},
+    {Qt::Key_F2, 0, COMPLETE_PICTURE},
+    {Qt::Key_Backspace, 0, LAST_ZOOM},
+    {Qt::Key_Left, ALT, LAST_ZOOM},
+    {Qt::Key_Right, ALT, GO_FORWARD},
+    {Qt::Key_R, CONTROL, ROTATE},
+    {Qt::Key_PageUp, 0, PAGE_BEFORE},
+    {Qt::Key_PageDown, 0, PAGE_AFTER},
+    {Qt::Key_PageUp, CONTROL, FILE_BEFORE},
+    {Qt::Key_PageDown, CONTROL, FILE_AFTER},
+    {Qt::Key_O, CONTROL, OPEN_FILE},
+    {Qt::Key_F5, 0, READ_AGAIN},
+    {Qt::Key_R, 0, READ_AGAIN},
+    {Qt::Key_Return, ALT, FULL_SCREEN},
+    {Qt::Key_Enter, ALT, FULL_SCREEN},
+    {Qt::Key_F10, 0, MENU_BAR},
+    {Qt::Key_C, CONTROL, COPY_PICTURE},
 };
 
-void turnPage(int by) {
-    if (DataChannel* channel = findDataChannel()) channel->turnPage(by);
-}
-
-void sendCommand(uint32_t command) {
-    if (command == PAGE_BEFORE) return turnPage(-1);
-    if (command == PAGE_AFTER) return turnPage(1);
-    handles().forEach<ActionBar>([&](const ActionBar& bar) { bar.choose(command); });
-}
-
-constexpr pump::AcceleratorTable TABLE = {ACCELERATORS, std::size(ACCELERATORS), sendCommand};
+constexpr pump::AcceleratorTable TABLE = {ACCELERATORS, std::size(ACCELERATORS), carryOut};
 
 }  // namespace
 
-QString acceleratorText(uint32_t action) {
+QString acceleratorText(uint32_t command) {
     for (const pump::Accelerator& row : ACCELERATORS) {
-        if (row.command == action) return QKeySequence(row.key | row.modifiers).toString(QKeySequence::NativeText);
+        if (row.command == command) return QKeySequence(row.key | row.modifiers).toString(QKeySequence::NativeText);
     }
     return {};
 }

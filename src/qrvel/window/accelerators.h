@@ -1,4 +1,4 @@
-// The keys that stand for items of the action bar.
+// The keys that stand for commands.
 #pragma once
 
 #include <QString>
@@ -6,7 +6,7 @@
 
 namespace qrvel {
 
-// The name of the key for the item with that action, in the session's language; empty where there is none.
-QString acceleratorText(uint32_t action);
+// The name of the key for that command, in the session's language; empty where there is none.
+QString acceleratorText(uint32_t command);
 
 }  // namespace qrvel

@@ -58,6 +58,13 @@ void ActionBar::post(const ACTBARRow& row) const {
     postAction(object, row.itemClass == HELP_CLASS ? helpKind : itemKind, row.action);
 }
 
+QString ActionBar::textOf(uint32_t action) const {
+    for (const ACTBARRow& row : rows) {
+        if (row.pulldown != 0 && row.action == action) return menuText(row.text);
+    }
+    return {};
+}
+
 void ActionBar::choose(uint32_t action) const {
     for (std::size_t i = 0; i < items.size(); ++i) {
         if (rows[i].pulldown == 0 || rows[i].action != action || items[i] == nullptr) continue;

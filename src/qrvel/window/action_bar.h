@@ -19,6 +19,8 @@ struct ActionBar : Object {
 
     // Does what choosing the item with that action does, if there is one and it is enabled.
     void choose(uint32_t action) const;
+    // The item's text, '&' before its letter; empty where there is none.
+    QString textOf(uint32_t action) const;
     // Sends the message of a row.
     void post(const ACTBARRow& row) const;
 

@@ -11,7 +11,7 @@ namespace qrvel {
 
 namespace {
 
-constexpr auto LONG = std::chrono::milliseconds(500);
+constexpr auto APPEARS_AFTER = std::chrono::milliseconds(500);
 constexpr auto TICK = std::chrono::milliseconds(100);
 constexpr int STEPS = 1000;  // of the bar
 
@@ -30,7 +30,7 @@ QWidget* windowInSight() {
 LoadPanel::LoadPanel(std::function<Progress()> progress, std::function<void()> givenUp)
     : progress_(std::move(progress)), givenUp_(std::move(givenUp)) {
     QObject::connect(&timer_, &QTimer::timeout, [this] { tick(); });
-    timer_.start(LONG);
+    timer_.start(APPEARS_AFTER);
 }
 
 void LoadPanel::tick() {

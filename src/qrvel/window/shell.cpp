@@ -92,12 +92,13 @@ void ContainerWidget::resizeEvent(QResizeEvent* /*event*/) {
     postSizeOfContainer(handle_);
 }
 
-void showPageNumber(int page, int pages) {
-    const QString number = ownText(OwnText::PageOf).arg(page).arg(pages);
+void showTitle(const ShownPicture& picture) {
+    QStringList parts;
+    if (!picture.file.isEmpty()) parts << QFileInfo(QString::fromLocal8Bit(picture.file)).fileName();
+    if (picture.page.of > 1) parts << ownText(OwnText::PageOf).arg(picture.page.number).arg(picture.page.of);
     handles().forEach<Shell>([&](const Shell& shell) {
         if (shell.window == nullptr) return;
-        const QString& title = shell.window->title();
-        shell.window->setWindowTitle(pages > 1 ? title + " \u2013 " + number : title);
+        shell.window->setWindowTitle((parts + QStringList(shell.window->title())).join(" \u2013 "));
     });
 }
 

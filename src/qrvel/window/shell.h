@@ -5,6 +5,7 @@
 #include <QPointer>
 
 #include "qrvel/base/objects.h"
+#include "qrvel/base/run.h"
 
 namespace qrvel {
 
@@ -13,7 +14,7 @@ class ShellWindow : public QMainWindow {
   public:
     explicit ShellWindow(const QString& title);
 
-    // The title without what stands behind it.
+    // The title without what stands before it.
     const QString& title() const { return title_; }
 
   protected:
@@ -54,7 +55,7 @@ struct ShellPart : Object {
     uint32_t part;
 };
 
-// Which page of how many is shown, behind the title of the window; nothing where there is only one.
-void showPageNumber(int page, int pages);
+// Names the picture in front of the window's own title: its file, and the page where there are several.
+void showTitle(const ShownPicture& picture);
 
 }  // namespace qrvel

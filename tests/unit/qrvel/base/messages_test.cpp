@@ -20,6 +20,7 @@ class Carrier final : public ChildMessages {
         heard += "mouse " + std::to_string(first) + " at " + std::to_string(position.x()) + '\n';
         if (whenCarrying) whenCarrying();
     }
+    void action(WHandle of, uint32_t kind, uint32_t id) override { ToolkitMessages::send(of, W_MSG_ACTION, kind, id); }
     void paint(WHandle child) override { heard += "paint " + std::to_string(child) + '\n'; }
 
     std::function<void()> whenCarrying;
