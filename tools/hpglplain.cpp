@@ -46,6 +46,10 @@ std::optional<Options> readOptions(int count, char** words) {
     for (int i = 1; i < count; ++i) {
         const std::string_view word = words[i];
         const bool hasNext = i + 1 < count;
+        if (word == "--help" || word == "-h") {
+            fputs(USAGE, stdout);
+            exit(0);
+        }
         if (word == "--report") {
             options.report = true;
         } else if (word == "--page" && hasNext) {

@@ -84,6 +84,7 @@ constexpr Option OPTIONS[] = {
     {"--as-is",    false, setAsIs},
     {"--receive",  true,  setReceive},
     {"--help",     false, setHelp},
+    {"-h",         false, setHelp},
 };
 // clang-format on
 

@@ -142,7 +142,7 @@ constexpr Option OPTIONS[] = {
     {"--page",    "SIZE",    "the paper: A0 to A6, Letter, Legal, Tabloid, WxHmm, fit (A4)",        setPage},
     {"--landscape", nullptr, "the paper lies on its longer side",                   setLandscape},
     {"--dpi",     "N",       "dots an inch of a .png (300)",                        setDpi},
-    {"--help",    nullptr,   "this text",                                          printHelp},
+    {"--help",    nullptr,   "this text; -h too",                                          printHelp},
     {"--version", nullptr,   "name and version",                                   printVersion},
 };
 // clang-format on
@@ -181,6 +181,7 @@ bool takeNotification(Options& options, std::string_view word) {
 }
 
 const Option* findOption(std::string_view word) {
+    if (word == "-h") return findOption("--help");
     for (const Option& option : OPTIONS) {
         if (word == option.name) return &option;
     }

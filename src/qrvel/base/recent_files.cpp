@@ -5,6 +5,8 @@
 #include <QFileInfo>
 #include <QSaveFile>
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 namespace qrvel {
 
@@ -33,7 +35,10 @@ std::vector<QByteArray> recentFiles() {
 }
 
 void keepRecentFile(const QByteArray& file) {
-    const QByteArray path = QFile::encodeName(QFileInfo(QFile::decodeName(file)).absoluteFilePath());
+    std::error_code problem;  // byte by byte: a name need not be text
+    const auto path =
+        QByteArray::fromStdString(std::filesystem::absolute(file.toStdString(), problem).lexically_normal());
+    if (problem) return;
     std::vector<QByteArray> files = recentFiles();
     if (!files.empty() && files.front() == path) return;
     std::erase(files, path);

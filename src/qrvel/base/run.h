@@ -76,8 +76,10 @@ class Run {
     virtual void sendPage(std::string_view /*format*/, std::string_view /*bytes*/) {}
 
     // ---- what the user is told ----
-    // A picture is waited for, which the user may give up; and it is there, or is not waited for any more.
-    virtual void waiting(const std::function<Progress()>& /*progress*/, const std::function<void()>& /*givenUp*/) {}
+    // A picture is waited for, of that file if it is one, which the user may give up; and it is there, or is not waited
+    // for any more.
+    virtual void waiting(const QByteArray& /*file*/, const std::function<Progress()>& /*progress*/,
+                         const std::function<void()>& /*givenUp*/) {}
     virtual void waited() {}
     // A picture is there; and what is to be said of it.
     virtual void shows(const ShownPicture& /*picture*/) {}

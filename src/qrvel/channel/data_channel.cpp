@@ -121,7 +121,8 @@ void DataChannel::giveTurn() {
     state_ = State::Collecting;
     turn_ = line_.front();
     line_.pop_front();
-    application()->run->waiting([this] { return progress(); }, [this] { giveUp(); });
+    application()->run->waiting(
+        turn_->fileName(), [this] { return progress(); }, [this] { giveUp(); });
     turn_->takeTurn();
 }
 

@@ -71,7 +71,7 @@ void FileSource::isLookedAt() {
         return;
     }
     if (const QString why = whyNoPlot(); !why.isEmpty()) {
-        if (isUnattended() || channel_.hasDelivered()) {  // what is shown is better than nothing
+        if (isBetterLeft()) {
             fail(why);
             return;
         }
@@ -90,6 +90,13 @@ void FileSource::isLookedAt() {
     } else if (findPage()) {
         beginPage();
     }
+}
+
+// A drawing that is shown is better than nothing; nor does anybody want a picture of a file that is known to be
+// something else.
+bool FileSource::isBetterLeft() const {
+    if (application()->run->prints()) return false;
+    return isUnattended() ? !file_->found().foreignKind.empty() : channel_.hasDelivered();
 }
 
 // Empty when it is one.

@@ -50,6 +50,7 @@ class FileSource final : public Speaker {
     void isRead();
     void isLookedAt();
     QString whyNoPlot() const;
+    bool isBetterLeft() const;
     void sayReport();
     bool findPage();
     void beginPage();

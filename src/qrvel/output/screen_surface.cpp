@@ -101,7 +101,7 @@ void ScreenSurface::bringUpToDate() {
 void ScreenSurface::showProgress() {
     workLeft_ = WORK_BETWEEN_LOOKS;
     if (Clock::now() < nextProgress_) return;
-    bringUpToDate();
+    if (!keepsShown_) bringUpToDate();
     if (!refresher_(Refresh::AtOnce)) area_ = {};  // nobody will see the rest: what has no room costs nothing
     nextProgress_ = Clock::now() + PROGRESS_INTERVAL;
 }
@@ -113,6 +113,7 @@ void ScreenSurface::reset() {
 }
 
 void ScreenSurface::endPaint() {
+    keepsShown_ = false;
     bringUpToDate();
     complete_ = true;
     refresher_(Refresh::Soon);

@@ -32,6 +32,8 @@ class ScreenSurface final : public OutputDevice {
     // Puts what is to be seen, one unit of the painter a device pixel.
     void show(QPainter& painter) const;
     void dropTrackBoxes();
+    // What is shown stays until the next drawing has ended, and not only until a part of it is there.
+    void keepShown() { keepsShown_ = true; }
     // What was shown last, without track boxes.
     const QImage& shown() const { return shown_; }
     // Whether a drawing has been ended since the size was set.
@@ -72,6 +74,7 @@ class ScreenSurface final : public OutputDevice {
     std::vector<PixelBox> trackBoxes_;
     uint32_t background_ = 0;
     bool changed_ = false;
+    bool keepsShown_ = false;
     bool complete_ = false;
     int32_t workLeft_ = 0;
     Clock::time_point nextProgress_;

@@ -1,5 +1,7 @@
 #include "qrvel/run/window_run.h"
 
+#include <QFileInfo>
+
 #include "qrvel/base/application.h"
 #include "qrvel/base/recent_files.h"
 #include "qrvel/channel/data_channel.h"
@@ -28,8 +30,11 @@ void WindowRun::sendPage(std::string_view format, std::string_view bytes) {
     if (DataChannel* channel = findDataChannel()) channel->sendPage(format, bytes);
 }
 
-void WindowRun::waiting(const std::function<Progress()>& progress, const std::function<void()>& givenUp) {
-    if (!isUnattended()) panel_ = std::make_unique<LoadPanel>(progress, givenUp);
+void WindowRun::waiting(const QByteArray& file, const std::function<Progress()>& progress,
+                        const std::function<void()>& givenUp) {
+    if (isUnattended()) return;
+    const QString name = QFileInfo(QString::fromLocal8Bit(file)).fileName();
+    panel_ = std::make_unique<LoadPanel>(name, progress, givenUp);
 }
 
 void WindowRun::shows(const ShownPicture& picture) {

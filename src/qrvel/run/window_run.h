@@ -13,7 +13,8 @@ class WindowRun : public Run {
     bool delivered(bool whole) override;
     bool takesPages() const override;
     void sendPage(std::string_view format, std::string_view bytes) override;
-    void waiting(const std::function<Progress()>& progress, const std::function<void()>& givenUp) override;
+    void waiting(const QByteArray& file, const std::function<Progress()>& progress,
+                 const std::function<void()>& givenUp) override;
     void waited() override { panel_.reset(); }
     void shows(const ShownPicture& picture) override;
     void remark(const QString& text) override;

@@ -10,6 +10,7 @@
 #include "qrvel/window/accelerators.h"
 #include "qrvel/window/commands.h"
 #include "qrvel/window/context_menu.h"
+#include "qrvel/window/load_panel.h"
 
 namespace qrvel {
 
@@ -227,6 +228,8 @@ void ChildWidget::holdSpace(bool held) {
 void ChildWidget::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape && drag_ != Drag::None) {
         breakOff();
+    } else if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        if (!giveUpLoading()) QWidget::keyPressEvent(event);
     } else if (event->key() == Qt::Key_Space) {
         if (!event->isAutoRepeat()) holdSpace(true);
     } else if (!moveByKey(view_, *event)) {

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QInputEvent>
 #include <QPushButton>
+#include <QShortcut>
 #include <QStatusBar>
 #include <algorithm>
 #include <cstdlib>
@@ -90,6 +91,13 @@ bool HelpLine::press(uint32_t key) const {
     if (found == buttons.end()) return false;
     if (found->enabled) postButton(*this, found->number);
     return true;
+}
+
+void takeHelpKey(QWidget& panel) {
+    constexpr uint32_t HELP_KEY = 1;
+    auto* key = new QShortcut(QKeySequence(Qt::Key_F1), &panel);
+    QObject::connect(key, &QShortcut::activated, &panel,
+                     [] { handles().forEach<HelpLine>([](const HelpLine& line) { line.press(HELP_KEY); }); });
 }
 
 }  // namespace qrvel

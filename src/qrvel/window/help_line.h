@@ -41,4 +41,7 @@ struct HelpLine : Object {
     QPointer<QWidget> row;               // the shell's window owns it
 };
 
+// F1 does in that panel what it does in the main window.
+void takeHelpKey(QWidget& panel);
+
 }  // namespace qrvel

@@ -7,6 +7,7 @@
 #include "qrvel/base/objects.h"
 #include "qrvel/base/own_texts.h"
 #include "qrvel/window/child_widget.h"
+#include "qrvel/window/help_line.h"
 #include "qrvel/window/shell.h"
 #include "toolkit/info.h"
 
@@ -26,6 +27,7 @@ QMessageBox* makeBox(ShellWindow& window) {
     box->addButton(QMessageBox::Close)->setText(ownText(OwnText::Close));
     box->setEscapeButton(QMessageBox::Close);
     box->setModal(false);
+    takeHelpKey(*box);
     return box;
 }
 

@@ -1,5 +1,6 @@
 #include "qrvel/window/load_panel.h"
 
+#include <QLabel>
 #include <chrono>
 #include <utility>
 
@@ -25,10 +26,12 @@ QWidget* windowInSight() {
     return shell != nullptr && shell->window->isVisible() ? shell->window : nullptr;
 }
 
+QPointer<QProgressDialog> shownPanel;
+
 }  // namespace
 
-LoadPanel::LoadPanel(std::function<Progress()> progress, std::function<void()> givenUp)
-    : progress_(std::move(progress)), givenUp_(std::move(givenUp)) {
+LoadPanel::LoadPanel(QString name, std::function<Progress()> progress, std::function<void()> givenUp)
+    : name_(std::move(name)), progress_(std::move(progress)), givenUp_(std::move(givenUp)) {
     QObject::connect(&timer_, &QTimer::timeout, [this] { tick(); });
     timer_.start(APPEARS_AFTER);
 }
@@ -43,7 +46,12 @@ void LoadPanel::tick() {
 
 void LoadPanel::show() {
     const Application* app = application();
-    dialog_ = new QProgressDialog(textOf(app->loadText), ownText(OwnText::GiveUp), 0, 0, windowInSight());
+    const QString text = textOf(app->loadText);
+    auto* label = new QLabel(name_.isEmpty() ? text : text + '\n' + name_);
+    label->setTextFormat(Qt::PlainText);
+    dialog_ = new QProgressDialog(QString(), ownText(OwnText::GiveUp), 0, 0, windowInSight());
+    dialog_->setLabel(label);
+    shownPanel = dialog_;
     dialog_->setWindowTitle(textOf(app->loadTitle));
     dialog_->setAttribute(Qt::WA_ShowWithoutActivating);
     dialog_->setAutoReset(false);
@@ -53,6 +61,12 @@ void LoadPanel::show() {
         if (const auto givenUp = std::exchange(givenUp_, nullptr)) givenUp();
     });
     dialog_->show();
+}
+
+bool giveUpLoading() {
+    if (shownPanel == nullptr || !shownPanel->isVisible()) return false;
+    shownPanel->cancel();
+    return true;
 }
 
 void LoadPanel::showProgress() {

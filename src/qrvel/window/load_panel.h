@@ -12,8 +12,9 @@ namespace qrvel {
 
 class LoadPanel {
   public:
-    // The panel asks for the progress while it is shown. givenUp is called at most once.
-    LoadPanel(std::function<Progress()> progress, std::function<void()> givenUp);
+    // name: of what is loaded, may be empty. The panel asks for the progress while it is shown. givenUp is called at
+    // most once.
+    LoadPanel(QString name, std::function<Progress()> progress, std::function<void()> givenUp);
     ~LoadPanel() { delete dialog_; }
     LoadPanel(const LoadPanel&) = delete;
     LoadPanel& operator=(const LoadPanel&) = delete;
@@ -23,10 +24,14 @@ class LoadPanel {
     void show();
     void showProgress();
 
+    QString name_;
     std::function<Progress()> progress_;
     std::function<void()> givenUp_;
     QTimer timer_;
     QPointer<QProgressDialog> dialog_;  // once it has taken long
 };
+
+// As its button does; for the keys that the main window gets while the panel is shown. False when none is.
+bool giveUpLoading();
 
 }  // namespace qrvel

@@ -23,6 +23,7 @@
 
 #include "qrvel/base/own_texts.h"
 #include "qrvel/page/page_image.h"
+#include "qrvel/window/help_line.h"
 #include "qrvel/window/page_preview.h"
 #include "system/whole_file.h"
 
@@ -92,6 +93,7 @@ QWidget* inOneRow(QWidget* field, QWidget* beside) {
 void addRow(QFormLayout& form, OwnText text, QWidget* field, QWidget* beside = nullptr) {
     auto* label = new QLabel(ownText(text));
     label->setBuddy(field);
+    field->setAccessibleName(ownText(text).remove('&').remove(':'));
     form.addRow(label, beside != nullptr ? inOneRow(field, beside) : field);
 }
 
@@ -128,6 +130,7 @@ PrintPanel::PrintPanel(QWidget* parent, Events events)
     both->setSpacing(2 * both->spacing());  // which is known now
     all->addWidget(makeButtons());
     print_->setDefault(true);
+    takeHelpKey(*this);
     refresh();
     connectFields();
 }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "qrvel/base/application.h"
+#include "qrvel/output/child.h"
 #include "qrvel/window/action_bar.h"
 #include "qrvel/window/commands.h"
 
@@ -128,7 +129,7 @@ void ViewMotion::moveByParts(int right, int up) {
 
 void ViewMotion::aimAt(const ViewRect& view) {
     target_ = view;
-    isOver_ = false;
+    if (std::exchange(isOver_, false) && !isUnderWay_) taken_.reset();  // another motion
     isDue_ = true;
     rest_.start(REST);
     widget_.update();
@@ -174,6 +175,9 @@ std::optional<Stroke> ViewMotion::stroked(const Stroke& stroke, bool opened) {
         return trail_.stroke(trail_.seen(), sent_);
     }
     taken_ = sent_;
+    awaitsPaint_ = true;
+    const Child* child = handles().find<Child>(child_);
+    if (child != nullptr && child->surface) child->surface->keepShown();
     const double zoomed = sent_.width / trail_.before().width;
     if (zoomed < 1 / MOST_IN_ONE || zoomed > MOST_IN_ONE) taken_.reset();
     return std::nullopt;
@@ -195,7 +199,7 @@ void ViewMotion::chosen(uint32_t item) {
 void ViewMotion::finish() {
     rest_.stop();
     if (isDue_) send();
-    if (isUnderWay_) {
+    if (isUnderWay_ || awaitsPaint_) {
         isOver_ = true;
     } else {
         forget();
@@ -207,7 +211,7 @@ void ViewMotion::forget() {
     rest_.stop();
     target_.reset();
     taken_.reset();
-    isDue_ = isOver_ = isUnderWay_ = false;
+    isDue_ = isOver_ = isUnderWay_ = awaitsPaint_ = false;
 }
 
 void ViewMotion::goForward() {
@@ -219,12 +223,13 @@ void ViewMotion::painted(milliseconds duration) {
     painting_ = duration;
     sincePainted_.start();
     drawn_ = trail_.seen();
+    awaitsPaint_ = false;
     if (isOver_ && !isUnderWay_ && !isDue_) forget();
     if (isDue_) schedule();
 }
 
 std::optional<QRectF> ViewMotion::placeOfPicture(QSize window) const {
-    if (!target_ || (!isDue_ && !isUnderWay_)) return std::nullopt;
+    if (!target_ || (!isDue_ && !isUnderWay_ && !awaitsPaint_)) return std::nullopt;
     const double scale = window_.width() / target_->width;
     const double zoomed = drawn_.width / target_->width;
     const QPointF corner((drawn_.left - target_->left) * scale, (drawn_.bottom - target_->bottom) * scale);

@@ -79,6 +79,7 @@ class ViewMotion {
     bool isOver_ = false;               // the motion is, when what is to be sent is delivered
     bool isDue_ = false;                // the target is to be sent
     bool isUnderWay_ = false;           // a stroke is
+    bool awaitsPaint_ = false;          // its view has been opened and is not painted
     ViewRect sent_;
     QTimer sending_;
     QTimer rest_;

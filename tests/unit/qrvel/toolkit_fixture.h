@@ -29,7 +29,8 @@ class LoggedRun final : public Run {
         return paints;
     }
     void failed() override { log_ += "failed\n"; }
-    void waiting(const std::function<Progress()>& /*progress*/, const std::function<void()>& givenUp) override {
+    void waiting(const QByteArray& /*file*/, const std::function<Progress()>& /*progress*/,
+                 const std::function<void()>& givenUp) override {
         giveUp = givenUp;
     }
 
