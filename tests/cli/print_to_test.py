@@ -479,6 +479,12 @@ class Outcomes(Printing):
             self.prints("--print-to", file.name, "--dpi", "50", "square.plt")
             self.assert_whole(file)
 
+    def test_the_user_has_not_looked_at_them(self):
+        """Whoever makes pictures of a folder's files must not find them among those that were shown last."""
+        for option in ("--picture", "--print-to"):
+            self.prints(option, "out.png", "square.plt", HOME=str(self.folder / "home"), XDG_STATE_HOME="")
+            self.assertFalse((self.folder / "home").exists(), option)
+
     def test_german_messages(self):
         if not has_locale("de_DE.UTF-8"):
             self.skipTest("there is no locale de_DE.UTF-8")

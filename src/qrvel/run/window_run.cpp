@@ -40,7 +40,7 @@ void WindowRun::waiting(const QByteArray& file, const std::function<Progress()>&
 void WindowRun::shows(const ShownPicture& picture) {
     keepsView_ = picture.again;
     showTitle(picture);
-    if (!picture.file.isEmpty()) keepRecentFile(picture.file);
+    if (!picture.file.isEmpty() && !isUnattended()) keepRecentFile(picture.file);
     const Options& options = application()->options;
     const bool isAlone = options.channelName.isEmpty() && options.channelDescriptor < 0 && !options.frames;
     handles().forEach<Child>([&](const Child& child) {
