@@ -34,5 +34,6 @@ without a window. Other programs can feed it through a pipe or a socket.
 Besides the viewer there are hpglsend, which sends files to a running viewer,
 hpglplain, which turns a plotter's file into a few simple commands, and
 hpgldump, which prints what the viewer makes of a file.")
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/conffiles ${CMAKE_CURRENT_LIST_DIR}/postinst)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 include(CPack)
