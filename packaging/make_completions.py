@@ -145,11 +145,23 @@ def fish_option(name, option):
     return line + (f" -d '{about}'" if about else "")
 
 
+FISH = """# fish completion for {name}, made from what it says of its options.
+
+# Plots and folders; all files where there are none.
+function __fish_{name}_files
+    set -l files (complete -C "__fish_command_without_completions "(commandline -ct))
+    string match -ri '^.*(?:/|\\.(?:{endings}))$' -- $files
+    or string join \\n -- $files
+end
+
+complete -c {name} -xa '(__fish_{name}_files)'
+{options}
+"""
+
+
 def fish(name, options, endings):
-    plots = " ".join("." + ending for ending in endings)
-    return "\n".join([f"# fish completion for {name}, made from what it says of its options.",
-                      f"complete -c {name} -k -xa '(__fish_complete_suffix {plots})'",
-                      *(fish_option(name, option) for option in options)]) + "\n"
+    return FISH.format(name=name, endings="|".join(endings),
+                       options="\n".join(fish_option(name, option) for option in options))
 
 
 def main(folder, mime, *programs):
