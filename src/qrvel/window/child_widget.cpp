@@ -142,7 +142,9 @@ void ChildWidget::post(uint32_t first, QPoint position) {
 }
 
 void ChildWidget::breakOff() {
-    if (std::exchange(drag_, Drag::None) == Drag::Rectangle) post(W_MOUSE_RELEASE, start_);
+    const Drag drag = std::exchange(drag_, Drag::None);
+    if (drag == Drag::Rectangle) post(W_MOUSE_RELEASE, start_);
+    if (drag == Drag::View) holdSpace(spaceIsHeld_);  // and the cursor that goes with it
     view_.finish();
 }
 

@@ -48,12 +48,11 @@ class ViewMotion {
     void began(bool keepView);
     // A view has been opened, or, when there is none in those pixels, not. Answers the stroke that must follow at once.
     std::optional<Stroke> stroked(const Stroke& stroke, bool opened);
-    // An item of the menu (MenuItem) has been delivered.
+    // An item of the menu (Command) has been delivered.
     void chosen(uint32_t item);
     void painted(std::chrono::milliseconds duration);
 
     // ---- what is seen ----
-    const ViewTrail& trail() const { return trail_; }
     // Where the picture that was drawn last lies in the window, y downward, until the next is there.
     std::optional<QRectF> placeOfPicture(QSize window) const;
 

@@ -7,7 +7,7 @@ namespace qrvel {
 
 namespace {
 
-bool isNearZero(const QPointF& point) {
+bool isWithinReach(const QPointF& point) {
     constexpr double FAR = 1 << 24;
     return std::abs(point.x()) < FAR && std::abs(point.y()) < FAR;
 }
@@ -48,7 +48,7 @@ std::optional<Stroke> ViewTrail::stroke(const ViewRect& from, const ViewRect& to
     const double pixel = from.width / window_.width();
     const QPointF press((to.left - from.left) / pixel, (to.bottom - from.bottom) / pixel);
     const QPointF release = press + QPointF(to.width / pixel, to.height / pixel);
-    if (!isNearZero(press) || !isNearZero(release)) return std::nullopt;
+    if (!isWithinReach(press) || !isWithinReach(release)) return std::nullopt;
     const Stroke stroke{.press = press.toPoint(), .release = release.toPoint()};
     if (stroke.press.x() == stroke.release.x() || stroke.press.y() == stroke.release.y()) return std::nullopt;
     return stroke;
